@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/NumberText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+
+namespace number_text
+{
+namespace
+{
+constexpr int kFloatDigits = 7;
+constexpr int kDoubleDigits = 15;
+
+std::string UpperExponent(std::string text)
+{
+    std::replace(text.begin(), text.end(), 'e', 'E');
+    return text;
+}
+
+template <typename... Format>
+std::string Chars(Format... format)
+{
+    std::array<char, 512> buffer; // room for the largest double written out in full
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), format...).ptr;
+    return {buffer.data(), end};
+}
+
+std::string General(double value, int digits)
+{
+    if (value == 0.0)
+        return "0"; // no minus sign on a zero
+    return UpperExponent(Chars(value, std::chars_format::general, digits));
+}
+
+std::size_t SkipDigits(std::string_view text, std::size_t at)
+{
+    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+        ++at;
+    return at;
+}
+
+std::size_t SkipSign(std::string_view text, std::size_t at)
+{
+    return at < text.size() && (text[at] == '+' || text[at] == '-') ? at + 1 : at;
+}
+
+bool HasNumberForm(std::string_view text)
+{
+    const std::size_t first = SkipSign(text, 0);
+    std::size_t at = SkipDigits(text, first);
+    std::size_t digits = at - first;
+    if (at < text.size() && text[at] == '.') {
+        const std::size_t fraction = at + 1;
+        at = SkipDigits(text, fraction);
+        digits += at - fraction;
+    }
+    if (digits == 0)
+        return false;
+    if (at < text.size() && (text[at] == 'E' || text[at] == 'e')) {
+        const std::size_t exponent = SkipSign(text, at + 1);
+        at = SkipDigits(text, exponent);
+        if (at == exponent)
+            return false;
+    }
+    return at == text.size();
+}
+} // namespace
+
+std::string Plain(float value)
+{
+    return General(static_cast<double>(value), kFloatDigits);
+}
+
+std::string Plain(double value)
+{
+    return General(value, kDoubleDigits);
+}
+
+std::string Shortest(float value)
+{
+    return UpperExponent(Chars(value));
+}
+
+std::string Fixed(double value, int decimals)
+{
+    return Chars(value, std::chars_format::fixed, decimals);
+}
+
+std::optional<double> Parse(std::string_view text)
+{
+    if (!HasNumberForm(text))
+        return std::nullopt;
+    if (text.front() == '+')
+        text.remove_prefix(1); // from_chars knows no plus sign
+    double value = 0.0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too small to tell from zero is a zero; too large is no value of ours.
+        const bool tiny = text.find_first_of("eE") != std::string_view::npos &&
+                          text[text.find_first_of("eE") + 1] == '-';
+        return tiny ? std::optional<double>(0.0) : std::nullopt;
+    }
+    return result.ec == std::errc() ? std::optional<double>(value) : std::nullopt;
+}
+
+std::optional<double> ParseTyped(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos)
+        return std::nullopt;
+    const auto last = text.find_last_not_of(" \t");
+    return Parse(text.substr(first, last - first + 1));
+}
+
+} // namespace number_text

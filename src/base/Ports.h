@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the core reaches the outside. Each interface is implemented by the desktop and by a scripted user.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class ModelGraph;
+class ParameterReport;
+class VELT_ContourPlot;
+struct AsciiWizard;
+struct ContourRange;
+struct InputParams;
+struct MinimiserOptions;
+struct StartVals;
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
+enum class Answer { Ok, Cancel, Yes, No, Retry };
+
+struct Message {
+    std::string text;
+    Icon icon = Icon::Exclamation;
+    Buttons buttons = Buttons::Ok;
+    std::string title = "VELT 3.0";
+    int helpContext = 0; ///< above 0: the box has a Help button that opens this topic
+};
+
+/// One choice out of a list; `chosen` counts from 1 and is 0 before the user has chosen.
+struct Selection {
+    std::string caption;
+    std::string prompt;
+    std::vector<std::string> items;
+    std::size_t chosen = 0;
+};
+
+/// Two levels with their labels.
+struct RangeQuestion {
+    std::string caption;
+    std::string prompt;
+    std::string lowLabel;
+    std::string highLabel;
+    double low = 0.0;
+    double high = 0.0;
+};
+
+/// Questions to the person at the desk. A dialog is record in, record out: the operation fills its form from
+/// the record, answers true for OK with the record changed, and false for Cancel with the record untouched.
+class IUser
+{
+public:
+    virtual ~IUser() = default;
+    virtual Answer Show(const Message& message) = 0;
+    /// The text typed; nothing for Cancel.
+    virtual std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                                const std::string& suggestion) = 0;
+    virtual bool AskSelection(Selection& selection) = 0;
+    virtual bool AskRange(RangeQuestion& question) = 0;
+    virtual bool AskInputParams(InputParams& params) = 0;
+    virtual bool AskStartVals(StartVals& starts) = 0;
+    virtual bool AskContourRange(ContourRange& range) = 0;
+    virtual bool AskOptions(MinimiserOptions& options) = 0;
+    virtual bool AskAsciiWizard(AsciiWizard& wizard) = 0;
+};
+
+/// What the fit workflow asks of the main window.
+class IMainWindow
+{
+public:
+    virtual ~IMainWindow() = default;
+    /// Writes the status line and lets pending window events run.
+    virtual void StatusText(const std::string& text) = 0;
+    virtual void HourglassOn() = 0;
+    virtual void HourglassOff() = 0;
+    /// Accepts a progress value; the status line has no bar, callers may call it freely.
+    virtual void UpDatePBar(double value) = 0;
+    virtual void AddModelGraph(std::shared_ptr<ModelGraph> graph) = 0;
+    virtual void ClearGraphs(bool histogramsOnly) = 0;
+    virtual void SetUpDataGrid() = 0;
+    virtual void EnableControls() = 0;
+    /// Shows the report with this content, or hides it when there is none.
+    virtual void ShowParameterReport(const ParameterReport* report) = 0;
+    /// A window for one likelihood surface; it lives until the user closes it or the graphs are cleared.
+    virtual std::unique_ptr<VELT_ContourPlot> NewContourPlot() = 0;
+    /// Gives the event queue its turn, so that Cancel and the closing of windows take effect.
+    virtual void YieldToEvents() = 0;
+};
+
+/// The meter of long work. The loops call Start once, Value after each step, and look at Cancelled.
+class IProgressMeter
+{
+public:
+    virtual ~IProgressMeter() = default;
+    virtual void Start(const std::string& title, int maximum) = 0;
+    virtual void Value(int value) = 0;
+    virtual bool Cancelled() = 0;
+    virtual void Finish() = 0;
+};
+
+/// Uniform numbers on [0, 1).
+class IRandomSource
+{
+public:
+    virtual ~IRandomSource() = default;
+    virtual void Randomize() = 0; ///< a new seed from the clock, unless the source was given a fixed one
+    virtual double Next() = 0;
+};

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "data/clsVeltData.h"
+
+#include "base/Checked.h"
+#include "base/Utilities.h"
+
+#include <algorithm>
+
+clsVeltData::clsVeltData(Run& run)
+    : m_run(run), m_db(Series(kMissing)), m_colFormat(std::string("0")), m_toggledIn(true)
+{
+}
+
+float clsVeltData::DB(int column, int row) const
+{
+    if (column < columns::kFirst || column > columns::kLast)
+        return 0.0F; // deliberate: an unknown column is no failure here
+    return m_db(column)(row);
+}
+
+void clsVeltData::DB(int column, int row, float value)
+{
+    if (column < columns::kFirst || column > columns::kLast)
+        return;
+    m_db(column)(row) = value;
+    m_isDirty = true;
+}
+
+const clsVeltData::Series& clsVeltData::Column(int column) const
+{
+    return m_db(column);
+}
+
+std::string clsVeltData::ColFormat(int column) const
+{
+    return Trim(m_colFormat(column));
+}
+
+void clsVeltData::ColFormat(int column, const std::string& format)
+{
+    Set(m_colFormat(column), PadString(format, kFormatWidth));
+}
+
+std::int16_t clsVeltData::NumDPs(int row) const
+{
+    return checked::ToInt16(m_numDPs(row));
+}
+
+void clsVeltData::NumDPs(int row, std::int16_t value)
+{
+    Set(m_numDPs(row), std::int32_t{value});
+}
+
+void clsVeltData::DecPlaces(int column, std::int32_t value)
+{
+    Set(m_decPlaces(column), value);
+}
+
+void clsVeltData::Reset()
+{
+    for (int column = columns::kFirst; column <= columns::kLast; ++column) {
+        if (DBSysOnly(column))
+            m_colPresent(column) = false;
+    }
+}
+
+bool clsVeltData::CheckRqCols(std::span<const int> wanted) const
+{
+    return !wanted.empty() &&
+           std::all_of(wanted.begin(), wanted.end(), [this](int column) { return m_colPresent(column); });
+}
+
+int clsVeltData::ShownRows() const
+{
+    return std::clamp(static_cast<int>(m_timeInts), 0, kRows);
+}

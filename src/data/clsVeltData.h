@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Array1.h"
+#include "base/Run.h"
+#include "data/Columns.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+
+/// The one data set of a run: 200 time periods by 15 columns of 32-bit floats, the selection flags, a few
+/// counters, description and file name. The models read their series from it and write their expected series
+/// back; nothing may grow it, its sizes are those of the project file.
+///
+/// Rows and columns count from 1; row r is the period MinTimeP + r - 1. A row outside 1 to 200 raises 9.
+/// A property is two overloads of one name: `data.Effort(r)` reads, `data.Effort(r, v)` writes; without a row
+/// the series getters give the whole column.
+class clsVeltData
+{
+public:
+    static constexpr int kRows = 200;
+    static constexpr float kMissing = -1.0F; ///< the one mark of an absent value; a true -1 cannot be stored
+    static constexpr std::size_t kFormatWidth = 20;
+    static constexpr std::size_t kDescriptionWidth = 40; ///< characters that survive a save
+
+    using Series = Array1<float, kRows>;
+    using Flags = Array1<bool, kRows>;
+
+    explicit clsVeltData(Run& run);
+
+    // By number. A column outside 1 to 15 reads 0 and takes nothing.
+    float DB(int column, int row) const;
+    void DB(int column, int row, float value); ///< marks the data set as changed
+    const Series& Column(int column) const;    ///< \throws VeltError 9 outside 1 to 15
+
+    std::string ColFormat(int column) const; ///< number format, trimmed
+    void ColFormat(int column, const std::string& format); ///< cut to 20 characters; marks as changed
+    static bool DBSysOnly(int column) { return columns::IsSystem(column); }
+    std::int16_t NumDPs(int row) const;
+    void NumDPs(int row, std::int16_t value);
+    std::int32_t DecPlaces(int column) const { return m_decPlaces(column); }
+    void DecPlaces(int column, std::int32_t value);
+    bool ColPresent(int column) const { return m_colPresent(column); }
+    void ColPresent(int column, bool present) { m_colPresent(column) = present; }
+
+    // Which rows take part: Included, the data allow it; ToggledIn, the user lets it.
+    bool Included(int row) const { return m_included(row); }
+    void Included(int row, bool value) { m_included(row) = value; }
+    const Flags& Included() const { return m_included; }
+    bool ToggledIn(int row) const { return m_toggledIn(row); }
+    void ToggledIn(int row, bool value) { m_toggledIn(row) = value; }
+    const Flags& ToggledIn() const { return m_toggledIn; }
+
+    // By name. These do not mark the data set as changed, so that a fit leaves it as it was.
+#define VELT_SERIES(Name)                                                                                    \
+    float Name(int row) const { return m_db(columns::Name)(row); }                                           \
+    void Name(int row, float value) { m_db(columns::Name)(row) = value; }                                    \
+    const Series& Name() const { return m_db(columns::Name); }
+    VELT_SERIES(PopNums)
+    VELT_SERIES(PopWt)
+    VELT_SERIES(ExpCatchNums)
+    VELT_SERIES(ExpCatchWt)
+    VELT_SERIES(ObsCPUE)
+    VELT_SERIES(ExpCPUE)
+    VELT_SERIES(RecruitIndex)
+    VELT_SERIES(VarAbundIndex)
+    VELT_SERIES(AbundIndex)
+    VELT_SERIES(CatchNums)
+    VELT_SERIES(CatchWt)
+    VELT_SERIES(Effort)
+    VELT_SERIES(MeanWt)
+    VELT_SERIES(TotCatchNums)
+    VELT_SERIES(TotCatchWt)
+#undef VELT_SERIES
+
+    // Counters and labels; "dirty" behind those that mark the data set as changed when set.
+    std::int32_t TimeInts() const { return m_timeInts; }
+    void TimeInts(std::int32_t value) { Set(m_timeInts, value); } // dirty
+    std::int32_t ProjNum() const { return m_projNum; }
+    void ProjNum(std::int32_t value) { Set(m_projNum, value); } // dirty
+    std::int32_t MaxTimeP() const { return m_maxTimeP; }
+    void MaxTimeP(std::int32_t value) { Set(m_maxTimeP, value); } // dirty
+    std::int32_t MinTimeP() const { return m_minTimeP; }
+    void MinTimeP(std::int32_t value) { Set(m_minTimeP, value); } // dirty
+    const std::string& DSDesc() const { return m_dsDesc; }
+    void DSDesc(std::string text) { Set(m_dsDesc, std::move(text)); } // dirty
+    const std::string& DSFName() const { return m_dsFName; }
+    void DSFName(std::string path) { m_dsFName = std::move(path); }
+    std::int32_t NAPoints() const { return m_naPoints; }
+    void NAPoints(std::int32_t value) { m_naPoints = value; }
+    /// Setting it marks the data set as changed, so that a projection alone leads to the question on Close.
+    std::int32_t OrigNAPoints() const { return m_origNAPoints; }
+    void OrigNAPoints(std::int32_t value) { Set(m_origNAPoints, value); } // dirty
+    std::int32_t NNtPoints() const { return m_nntPoints; }
+    void NNtPoints(std::int32_t value) { m_nntPoints = value; }
+    std::int32_t NumScens() const { return m_numScens; }
+    void NumScens(std::int32_t value) { Set(m_numScens, value); } // dirty
+    std::int32_t NumPts() const { return m_numPts; }
+    void NumPts(std::int32_t value) { m_numPts = value; }
+    std::int32_t NDPoints() const { return m_ndPoints; }
+    void NDPoints(std::int32_t value) { m_ndPoints = value; }
+
+    bool IsDirty() const { return m_isDirty; }
+
+    /// Drops the system columns from view; their values stay.
+    void Reset();
+
+    /// Derives the columns that can be derived from what is present and decides which rows are usable.
+    /// Does not mark the data set as changed. \throws VeltError 11, 6 when a derivation fails; the data set
+    /// is then as it was.
+    void DoColumnConversions();
+
+    /// True when every one of `wanted` is present; false for an empty list.
+    bool CheckRqCols(std::span<const int> wanted) const;
+
+    /// Reads a text file of periods through the import wizard. What goes wrong is told to the user; the
+    /// data set is then empty. \return whether a table was imported.
+    bool ImportASCIIFile(const std::string& path);
+
+    /// Rows that exist: TimeInts, but never more than 200 and never below 0.
+    int ShownRows() const;
+
+    Run& TheRun() const { return m_run; }
+
+private:
+    template <typename T>
+    void Set(T& field, T value)
+    {
+        field = std::move(value);
+        m_isDirty = true;
+    }
+
+    Run& m_run;
+    Array1<Series, columns::kLast> m_db;
+    Array1<bool, columns::kLast> m_colPresent;
+    Array1<std::string, columns::kLast> m_colFormat;
+    Array1<std::int32_t, columns::kLast> m_decPlaces;
+    Array1<std::int32_t, kRows> m_numDPs;
+    Flags m_included;
+    Flags m_toggledIn;
+    std::int32_t m_ndPoints = 0, m_numPts = 0, m_numScens = 0, m_nntPoints = 0, m_origNAPoints = 0,
+                 m_naPoints = 0, m_minTimeP = 0, m_maxTimeP = 0, m_timeInts = 0, m_projNum = 0;
+    std::string m_dsDesc;
+    std::string m_dsFName;
+    bool m_isDirty = false;
+};

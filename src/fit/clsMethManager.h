@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Array1.h"
+#include "data/clsVeltData.h"
+#include "models/IMethod.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The fit manager: the one object between the main window and the models. It owns the current model, the
+/// inputs of the current fit and a copy of its results; the mathematics stays in the models.
+class clsMethManager
+{
+public:
+    explicit clsMethManager(Run& run);
+    ~clsMethManager();
+    clsMethManager(const clsMethManager&) = delete;
+    clsMethManager& operator=(const clsMethManager&) = delete;
+
+    /// Keeps the data set, which must outlive the manager, and starts with no fit.
+    void Create(clsVeltData& data);
+    void Reset();
+
+    /// The whole way from the list of models to the report and the graphs. With `keepInputs` the model, the
+    /// inputs and the two check boxes of the former fit stand; otherwise the user picks a model and starts
+    /// from the defaults. Every way of stopping leaves no fit. Raises nothing: failures are told to the user.
+    void FitNewModel(bool keepInputs);
+
+    bool MethDefined() const { return m_methDefined; }
+    bool IsBSDone() const;
+    bool FitLogged() const { return m_fitLogged; }
+    /// Yields 0 whatever the data set holds; the scenario count comes from the data set. Deliberate.
+    std::int32_t NumProjScens() const { return 0; }
+    bool DisplayParameters() const { return m_displayParameters; }
+    void DisplayParameters(bool show);
+
+    void MinimisationOptions();
+
+    void GenerateBootStraps();
+    /// \return whether new levels were accepted
+    bool GetUserConfidenceIntervals();
+    void DisplayBootStrapHistograms();
+    float UpperCILimit(std::int32_t parameter) const;
+    float LowerCILimit(std::int32_t parameter) const;
+
+    /// The column code the user picked: 1 to 15, 16 for CPUE, 0 for none.
+    std::int32_t GetUserDataPlot();
+    void PlotData(std::int32_t code);
+
+    bool ImportASCIIFile(const std::string& path) { return m_data->ImportASCIIFile(path); }
+
+    // Copies of the results, filled when a fit is done; a value the model does not have keeps what it held.
+    float Lambda() const { return m_lambda; }
+    float N1() const { return m_n1; }
+    float Q() const { return m_q; }
+    float FinalPopulation() const { return m_finalPopulation; }
+    float K() const { return m_k; }
+    float R() const { return m_r; }
+    float MSY() const { return m_msy; }
+    float RYield() const { return m_rYield; }
+    float FinalBiomass() const { return m_finalBiomass; }
+    float RSqr() const { return m_rSqr; }
+
+    std::int32_t NumBootStraps() const;
+    void NumBootStraps(std::int32_t value);
+    std::int32_t CurrMethType() const { return m_currMethType; }
+    void CurrMethType(std::int32_t value) { m_currMethType = value; }
+    bool PlotEvaluations() const { return m_plotEvaluations; }
+    void PlotEvaluations(bool on) { m_plotEvaluations = on; }
+    bool SetStartingEstimates() const { return m_setStartingEstimates; }
+    void SetStartingEstimates(bool on) { m_setStartingEstimates = on; }
+    std::int32_t ErrorModel() const { return m_errorModel; }
+    void ErrorModel(std::int32_t value) { m_errorModel = value; }
+    float NaturalMortality() const { return m_naturalMortality; }
+    void NaturalMortality(float value) { m_naturalMortality = value; }
+    float InitialProportion() const { return m_initialProportion; }
+    void InitialProportion(float value) { m_initialProportion = value; }
+    float LAG() const { return m_lag; } ///< always a whole number of periods
+    void LAG(float value) { m_lag = value; }
+    float Z() const { return m_z; }
+    void Z(float value) { m_z = value; }
+    float CIHigh() const { return m_ciHigh; }
+    void CIHigh(float level) { m_ciHigh = level; }
+    float CILow() const { return m_ciLow; }
+    void CILow(float level) { m_ciLow = level; }
+    bool ProjWithFit() const { return m_projWithFit; }
+    void ProjWithFit(bool on) { m_projWithFit = on; }
+
+    const std::vector<std::string>& AvailableModels() const { return m_availableModels; }
+    /// The current model, or nothing.
+    const IMethod* Method() const { return m_method.get(); }
+    /// Why the last FitNewModel gave no fit, as a model's Excuse; 0 when it did not stop at a model.
+    std::int32_t LastExcuse() const { return m_lastExcuse; }
+    const Run& TheRun() const { return m_run; }
+
+private:
+    void BuildModelList();
+    bool HasEnoughPoints(std::int32_t needed) const;
+    bool ChooseModel();
+    void CreateModel();
+    bool AskInputs();
+    bool Start();
+    void PrepareContours();
+    void PushInputParameters();
+    void PullResults();
+    void Fit();
+    void RunFit(bool keepInputs);
+    float CILimit(std::int32_t parameter, float level) const;
+    void Say(const std::string& text, Icon icon = Icon::Exclamation, Buttons buttons = Buttons::Ok,
+             int helpContext = 0);
+
+    Run& m_run;
+    clsVeltData* m_data = nullptr;
+    std::unique_ptr<IMethod> m_method;
+    std::int32_t m_currMethType = 0;
+    std::int32_t m_lastExcuse = 0;
+    bool m_methDefined = false;
+    bool m_fitLogged = false;
+    bool m_projWithFit = false;
+    float m_ciHigh = 0.975F;
+    float m_ciLow = 0.025F;
+    float m_naturalMortality = 0.2F;
+    float m_initialProportion = 1.0F;
+    float m_lag = 0.0F;
+    float m_z = 1.0F;
+    std::int32_t m_errorModel = 1;
+    bool m_setStartingEstimates = false;
+    bool m_plotEvaluations = false;
+    float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0, m_rYield = 0,
+          m_finalBiomass = 0, m_r = 0;
+    bool m_displayParameters = false;
+    std::vector<std::string> m_availableModels;
+    Array1<bool, models::kCount> m_modelAvailable;
+};

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+/// What a graph shows.
+enum class GraphType : int {
+    PointsAndLine = 0, ///< observed points against time with an expected line
+    Residuals = 1,     ///< points with two horizontal limit lines
+    Line = 2,          ///< a plain line; no clicks
+    Histogram = 3,     ///< counts of bootstrap estimates
+};
+
+/// Content and behaviour of one graph: its series, which points show, what copying gives. It does not draw.
+///
+/// Points count from 1. `YData` holds the points in the fit and `YData2` those out of it, each with
+/// InvalidData where the other has the point.
+class ModelGraph
+{
+public:
+    /// A point with this value is not drawn.
+    static constexpr double InvalidData = -999.999;
+
+    /// Sets of a graph of GraphType 0 and 1, as clicks name them.
+    enum Set { kIncluded = 1, kExcluded = 2, kHighlight = 3, kExpected = 4 };
+
+    /// Sizes the four series to `points`, all InvalidData.
+    void Create(int points);
+
+    const std::string& Title() const { return m_title; }
+    void Title(std::string text) { m_title = m_userTitle = std::move(text); }
+    const std::string& XTitle() const { return m_xTitle; }
+    void XTitle(std::string text) { m_xTitle = std::move(text); }
+    const std::string& YTitle() const { return m_yTitle; }
+    void YTitle(std::string text) { m_yTitle = std::move(text); }
+    /// The title as the user may have edited it.
+    const std::string& UserTitle() const { return m_userTitle; }
+    void UserTitle(std::string text) { m_userTitle = std::move(text); }
+
+    GraphType Type() const { return m_type; }
+    void Type(GraphType type) { m_type = type; }
+    bool WithToggs() const { return m_withToggs; }
+    void WithToggs(bool on) { m_withToggs = on; }
+    float UCI() const { return m_uci; }
+    void UCI(float value) { m_uci = value; }
+    float LCI() const { return m_lci; }
+    void LCI(float value) { m_lci = value; }
+
+    int NumPoints() const { return m_points; }
+    /// Each setter takes NumPoints values. \throws VeltError 9 for another length.
+    void XData(std::span<const double> values) { Take(m_x, values); }
+    void YData(std::span<const double> values) { Take(m_y, values); }
+    void YData2(std::span<const double> values) { Take(m_y2, values); }
+    void OverlayLine(std::span<const double> values) { Take(m_overlay, values); }
+    const std::vector<double>& XData() const { return m_x; }
+    const std::vector<double>& YData() const { return m_y; }
+    const std::vector<double>& YData2() const { return m_y2; }
+    const std::vector<double>& OverlayLine() const { return m_overlay; }
+
+    /// Whether a value is to be drawn.
+    static bool Shown(double value) { return value != InvalidData; }
+
+    /// The range of a time axis of years.
+    struct TimeAxis {
+        double minimum = 0.0;
+        double maximum = 0.0;
+        double step = 0.0;
+    };
+    /// Only when the first X lies from 1900 to 1999: from that year rounded down to a multiple of 5 to (last
+    /// year + 5) rounded down, in five steps. Other graphs keep the drawing's own scale.
+    std::optional<TimeAxis> YearAxis() const;
+
+private:
+    void Take(std::vector<double>& series, std::span<const double> values);
+
+    std::string m_title = "Title", m_userTitle = "Title", m_xTitle = "X_Title", m_yTitle = "Y_Title";
+    GraphType m_type = GraphType::PointsAndLine;
+    bool m_withToggs = false;
+    float m_uci = 0.0F;
+    float m_lci = 0.0F;
+    int m_points = 0;
+    std::vector<double> m_x, m_y, m_y2, m_overlay;
+};

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+/// A typed field as the program understands it: the value, or the sentence that tells the user why not.
+template <typename T>
+using Reading = std::variant<T, std::string>;
+
+/// Starting values of a two-parameter model, each of which may be held fixed while the other is searched.
+struct StartVals {
+    std::string Param1Name;
+    std::string Param2Name;
+    double param1 = 0.0;
+    double param2 = 0.0;
+    bool Fixed1 = false;
+    bool Fixed2 = false;
+};
+
+/// A starting value: a number of at least 0.
+Reading<double> ReadStartingValue(std::string_view typed);
