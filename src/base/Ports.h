@@ -33,7 +33,7 @@ struct Message {
 struct Selection {
     std::string caption;
     std::string prompt;
-    std::vector<std::string> items;
+    std::vector<std::string> items = {};
     std::size_t chosen = 0;
 };
 

@@ -4,10 +4,14 @@
 
 #include "base/ErrorReporter.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+/// The bytes a project file begins with; the version byte follows.
+inline constexpr std::array<std::uint8_t, 10> kProjectMagic{0, 4, 0, 8, 6, 9, 'O', 'R', 'V', 'O'};
 
 /// What a file is, by its first bytes and its extension.
 enum class FileType : std::uint8_t {
@@ -38,7 +42,7 @@ std::string GetBaseName(const std::string& path); ///< name without extension
 std::string GetFileName(const std::string& path); ///< name with extension
 std::string GetFileExt(const std::string& path);  ///< extension with its dot
 
-/// `text` filled with blanks on the right, or cut, to `width` characters.
+/// `text` (UTF-8) filled with blanks on the right, or cut, to `width` characters.
 std::string PadString(std::string_view text, std::size_t width);
 
 /// `text` without blanks at either end.
@@ -54,9 +58,21 @@ std::vector<std::string> ParseLine(std::string_view line);
 /// What a failed file operation should do next.
 enum class FileErrorDecision { Retry = 0, Continue = 1, GiveUp = 2, Unknown = 3 };
 
-/// Asks the user what to do about file error `number` (52 to 76), in a box titled "File Error". An unknown
-/// number shows the default message and answers Unknown at once.
-FileErrorDecision FileErrors(std::uint32_t number, ErrorReporter& reporter);
+/// What the user reads and may answer for one file error.
+struct FileErrorText {
+    std::uint32_t number;
+    std::string_view text;
+    Buttons buttons;
+};
+
+/// The entry of a file error (52 to 76); null for a number that is none.
+const FileErrorText* FindFileError(std::uint32_t number);
+
+/// Asks the user what to do about file error `number`, in a box titled "File Error"; `place` (which file,
+/// which line) stands on a line of its own behind the fixed text. An unknown number shows the default message
+/// and answers Unknown at once. An answer that the box does not offer gives up, so that nobody retries for
+/// ever unasked.
+FileErrorDecision FileErrors(std::uint32_t number, ErrorReporter& reporter, const std::string& place = {});
 
 /// The file error number of this program for the system's error code `code` (errno): 76 for a path that does
 /// not exist, 75 for one that cannot be accessed, 61 for a full disk, 68, 57, and 0 for the rest.

@@ -64,6 +64,12 @@ void clsVeltData::Reset()
     }
 }
 
+void clsVeltData::ClearSystemColumn(int column)
+{
+    m_colPresent(column) = false;
+    m_db(column).Fill(0.0F);
+}
+
 bool clsVeltData::CheckRqCols(std::span<const int> wanted) const
 {
     return !wanted.empty() &&

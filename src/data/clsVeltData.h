@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -107,6 +108,9 @@ public:
     /// Drops the system columns from view; their values stay.
     void Reset();
 
+    /// Makes a system column absent and sets its 200 values to 0, as the fit manager does when it goes.
+    void ClearSystemColumn(int column);
+
     /// Derives the columns that can be derived from what is present and decides which rows are usable.
     /// Does not mark the data set as changed. \throws VeltError 11, 6 when a derivation fails; the data set
     /// is then as it was.
@@ -132,7 +136,7 @@ private:
         m_isDirty = true;
     }
 
-    Run& m_run;
+    std::reference_wrapper<Run> m_run; // not a plain reference: a data set built aside is moved in whole
     Array1<Series, columns::kLast> m_db;
     Array1<bool, columns::kLast> m_colPresent;
     Array1<std::string, columns::kLast> m_colFormat;

@@ -1,1 +1,53 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fit/InputParams.h"
+
+#include "base/StringTable.h"
+#include "models/FieldRules.h"
+#include "models/IMethod.h"
+
+bool UsesRegression(std::int32_t fitOp, std::int32_t whichMeth)
+{
+    return whichMeth >= models::kNoRecruitment && whichMeth <= models::kConstantRecruitment &&
+           fit_op::IsLeastSquares(fitOp);
+}
+
+InputFields FieldsOf(const InputParams& params)
+{
+    const bool production = models::IsProduction(params.WhichMeth);
+    const bool searches = !UsesRegression(params.FitOp, params.WhichMeth);
+    InputFields fields;
+    fields.mort = !production;
+    fields.initProp = production || params.WhichMeth == models::kConstantRecruitment;
+    fields.lag = production;
+    fields.z = params.WhichMeth == models::kPellaTomlinson;
+    fields.weightedEnabled = params.hasVariances;
+    // Only a search over two parameters can be drawn as a surface.
+    fields.viewMinShown = production || params.WhichMeth == models::kRecruitmentIndex;
+    fields.viewMinEnabled = fields.viewMinShown && searches;
+    fields.setManEnabled = searches;
+    return fields;
+}
+
+Reading<float> ReadInitialProportion(std::string_view typed)
+{
+    return field_rules::ReadFloat(
+        typed, [](double value) { return value >= 0.0 && value <= 1.0; }, LoadResString(1917));
+}
+
+Reading<float> ReadNaturalMortality(std::string_view typed)
+{
+    return field_rules::ReadFloat(
+        typed, [](double value) { return value >= 0.0; }, LoadResString(1916));
+}
+
+Reading<float> ReadZShape(std::string_view typed)
+{
+    return field_rules::ReadFloat(
+        typed, [](double value) { return value > 0.0; }, LoadResString(1915));
+}
+
+Reading<std::int16_t> ReadTimeLag(std::string_view typed)
+{
+    return field_rules::ReadInt16(
+        typed, [](double value) { return value >= 0.0; }, LoadResString(1914));
+}

@@ -1,1 +1,439 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fit/clsMethManager.h"
+
+#include "base/Checked.h"
+#include "base/StringTable.h"
+#include "fit/InputParams.h"
+#include "fit/MinimiserOptions.h"
+#include "fit/ParameterReport.h"
+#include "graphs/ModelGraph.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace
+{
+/// What a model needs of a data set before it is offered, and of its points before it is fitted.
+struct ModelNeeds {
+    std::vector<int> columns;
+    std::int32_t minPoints;
+};
+
+const ModelNeeds& NeedsOf(std::int32_t whichMeth)
+{
+    using namespace columns;
+    static const ModelNeeds needs[models::kCount] = {
+        {{Effort, CatchNums, TotCatchNums}, 2},
+        {{Effort, CatchNums, TotCatchNums, RecruitIndex}, 3},
+        {{Effort, CatchNums, TotCatchNums}, 2},
+        {{Effort, CatchWt, TotCatchWt}, 3},
+        {{Effort, CatchWt, TotCatchWt}, 3},
+        {{Effort, CatchWt, TotCatchWt}, 3},
+    };
+    return needs[whichMeth - 1];
+}
+
+constexpr float kDefaultMortality = 0.2F;
+constexpr float kDefaultProportion = 1.0F;
+constexpr float kDefaultZ = 1.0F;
+constexpr int kHelpTooFewPoints = 20;
+constexpr std::int32_t kCPUECode = 16; // the column code of catch / effort in data plots
+} // namespace
+
+clsMethManager::clsMethManager(Run& run) : m_run(run) {}
+
+clsMethManager::~clsMethManager()
+{
+    if (!m_data)
+        return;
+    for (int column = columns::kFirst; column <= columns::kLast; ++column) {
+        if (clsVeltData::DBSysOnly(column) && m_data->ColPresent(column))
+            m_data->ClearSystemColumn(column);
+    }
+}
+
+void clsMethManager::Create(clsVeltData& data)
+{
+    m_data = &data;
+    Reset();
+}
+
+void clsMethManager::Reset()
+{
+    m_modelAvailable.Fill(false);
+    m_data->Reset();
+    m_availableModels.clear();
+    m_methDefined = m_plotEvaluations = m_setStartingEstimates = m_fitLogged = false;
+    m_method.reset();
+    if (m_displayParameters)
+        DisplayParameters(false);
+    m_ciLow = 0.025F;
+    m_ciHigh = 0.975F;
+}
+
+void clsMethManager::Say(const std::string& text, Icon icon, Buttons buttons, int helpContext)
+{
+    m_run.user.Show({.text = text, .icon = icon, .buttons = buttons, .helpContext = helpContext});
+}
+
+bool clsMethManager::IsBSDone() const
+{
+    return m_methDefined && m_method->IsBSDone();
+}
+
+void clsMethManager::DisplayParameters(bool show)
+{
+    m_displayParameters = show;
+    if (show) {
+        const ParameterReport report = ParameterReport::Of(*this);
+        m_run.window.ShowParameterReport(&report);
+    } else {
+        m_run.window.ShowParameterReport(nullptr);
+    }
+    m_run.window.YieldToEvents();
+}
+
+void clsMethManager::BuildModelList()
+{
+    for (std::int32_t model = 1; model <= models::kCount; ++model) {
+        m_modelAvailable(model) = m_data->CheckRqCols(NeedsOf(model).columns);
+        if (m_modelAvailable(model))
+            m_availableModels.push_back(m_run.globals.ModelTitles(model));
+    }
+}
+
+bool clsMethManager::HasEnoughPoints(std::int32_t needed) const
+{
+    return m_data->NNtPoints() >= needed;
+}
+
+bool clsMethManager::ChooseModel()
+{
+    Selection selection{.caption = LoadResString(1506), .prompt = LoadResString(1505), .items = m_availableModels};
+    if (!m_run.user.AskSelection(selection) || selection.chosen == 0)
+        return false;
+    const std::string& title = selection.items.at(selection.chosen - 1);
+    const auto& titles = m_run.globals.ModelTitles;
+    m_currMethType = static_cast<std::int32_t>(std::find(titles.begin(), titles.end(), title) - titles.begin()) + 1;
+    return true;
+}
+
+void clsMethManager::CreateModel()
+{
+    m_method = NewMethod(m_currMethType);
+    m_method->Create(*m_data);
+    m_method->WhichMeth(m_currMethType);
+    m_methDefined = true;
+    m_method->SetColumnRefs();
+}
+
+bool clsMethManager::AskInputs()
+{
+    InputParams params{.WhichMeth = m_currMethType,
+                       .modelTitle = m_run.globals.ModelTitles(m_currMethType),
+                       .hasVariances = m_data->ColPresent(columns::VarAbundIndex),
+                       .FitOp = m_errorModel,
+                       .InitProp = m_initialProportion,
+                       .Mort = m_naturalMortality,
+                       .Z = m_z,
+                       .TimeLag = checked::ToInt16(static_cast<double>(m_lag)),
+                       .SetStartingEstimates = m_setStartingEstimates,
+                       .PlotEvaluations = m_plotEvaluations};
+    if (!m_run.user.AskInputParams(params))
+        return false;
+    m_initialProportion = params.InitProp;
+    m_z = params.Z;
+    m_naturalMortality = params.Mort;
+    m_lag = static_cast<float>(params.TimeLag);
+    m_errorModel = params.FitOp;
+    m_plotEvaluations = params.PlotEvaluations;
+    m_setStartingEstimates = params.SetStartingEstimates;
+    return true;
+}
+
+void clsMethManager::PushInputParameters()
+{
+    m_method->FitOp(m_errorModel);
+    m_method->Z(m_z);
+    m_method->LAG(checked::ToInt16(static_cast<double>(m_lag)));
+    m_method->InitDep(m_initialProportion);
+    m_method->Mort(m_naturalMortality);
+    m_method->SetStartingEsts(m_setStartingEstimates);
+    m_method->PlotEvaluations(m_plotEvaluations);
+}
+
+bool clsMethManager::Start()
+{
+    const bool started = m_method->CalcInitEstimates();
+    if (!started && !m_method->SetStartingEsts()) {
+        m_lastExcuse = m_method->Excuse();
+        Say(m_run.globals.ExcuseTexts(m_lastExcuse));
+        if (UsesRegression(m_method->FitOp(), m_currMethType)) {
+            Say(LoadResString(1907)); // a regression has no search that could be started by hand
+            return false;
+        }
+        Say(LoadResString(1906));
+        m_method->SetStartingEsts(true);
+    }
+    return !m_method->SetStartingEsts() || m_method->InputStartingEsts();
+}
+
+void clsMethManager::PrepareContours()
+{
+    if (!m_method->PlotEvaluations())
+        return;
+    if (m_method->SetContourRanges())
+        m_method->PlotInitContours();
+    else
+        m_method->PlotEvaluations(false);
+}
+
+void clsMethManager::PullResults()
+{
+    m_naturalMortality = m_method->Mort();
+    m_errorModel = m_method->FitOp();
+    m_z = m_method->Z();
+    m_initialProportion = m_method->InitDep();
+    m_setStartingEstimates = m_method->SetStartingEsts();
+    m_plotEvaluations = m_method->PlotEvaluations();
+    m_lag = static_cast<float>(m_method->LAG());
+    const std::vector<double> estimates = m_method->FinalEsts();
+    m_rSqr = m_method->RSqr();
+
+    std::vector<float*> targets;
+    switch (m_currMethType) {
+    case models::kNoRecruitment:
+        targets = {&m_n1, &m_q, &m_finalPopulation};
+        break;
+    case models::kRecruitmentIndex:
+        targets = {&m_n1, &m_q, &m_lambda, &m_finalPopulation};
+        break;
+    case models::kConstantRecruitment:
+        targets = {&m_k, &m_q, &m_rYield, &m_finalPopulation};
+        break;
+    default:
+        targets = {&m_k, &m_q, &m_r, &m_msy, &m_rYield, &m_finalBiomass};
+        break;
+    }
+    for (std::size_t i = 0; i < targets.size(); ++i)
+        *targets[i] = checked::ToFloat(estimates.at(i));
+}
+
+void clsMethManager::Fit()
+{
+    m_run.window.StatusText(LoadResString(1504));
+    m_run.window.HourglassOn();
+    if (!m_method->CalcFinalEstimates())
+        throw ProgramError(errors::kFitFailed, "ReadObj Failure.", "");
+    m_method->CalcCPUEVectors();
+    m_method->SetRSquared();
+    PullResults();
+    DisplayParameters(true);
+    m_method->BuildModelGraphs();
+    m_lastExcuse = excuse::kNone;
+    m_run.window.StatusText(m_run.globals.Ready);
+    m_run.window.HourglassOff();
+}
+
+void clsMethManager::RunFit(bool keepInputs)
+{
+    const bool setStartingEstimates = keepInputs && m_setStartingEstimates;
+    const bool plotEvaluations = keepInputs && m_plotEvaluations;
+    if (!keepInputs) {
+        m_naturalMortality = kDefaultMortality;
+        m_errorModel = fit_op::kLeastSquares;
+        m_lag = 0.0F;
+        m_initialProportion = kDefaultProportion;
+        m_z = kDefaultZ;
+    }
+    Reset();
+    m_setStartingEstimates = setStartingEstimates;
+    m_plotEvaluations = plotEvaluations;
+
+    BuildModelList();
+    if (m_availableModels.empty()) {
+        Say(LoadResString(1909), Icon::Exclamation, Buttons::OkCancel);
+        return;
+    }
+    if (!keepInputs && !ChooseModel())
+        return;
+    CreateModel();
+    if (!HasEnoughPoints(NeedsOf(m_currMethType).minPoints)) {
+        Say(LoadResString(1908), Icon::Exclamation, Buttons::Ok, kHelpTooFewPoints);
+        m_methDefined = false;
+        return;
+    }
+    if (!AskInputs()) {
+        m_methDefined = false;
+        return;
+    }
+    m_run.window.YieldToEvents();
+    PushInputParameters();
+    m_method->CalcDiscCatches();
+    if (!Start()) {
+        m_methDefined = false;
+        return;
+    }
+    PrepareContours();
+    Fit();
+}
+
+void clsMethManager::FitNewModel(bool keepInputs)
+{
+    m_lastExcuse = excuse::kNone;
+    try {
+        RunFit(keepInputs);
+    } catch (const VeltError& error) {
+        if (m_method)
+            m_lastExcuse = m_method->Excuse();
+        const bool gaveUp = error.number == kProgramErrorBase + errors::kFitFailed;
+        m_run.reporter.HandleError(error, gaveUp ? "" : "clsMethManager_FitNewModel");
+        Reset();
+        m_run.window.StatusText(m_run.globals.Ready);
+        m_run.window.HourglassOff();
+    }
+}
+
+void clsMethManager::MinimisationOptions()
+{
+    modVeltGlobals::Settings& settings = m_run.globals.settings;
+    MinimiserOptions options{.ConvergeOn = settings.ConvergeOn,
+                             .BS = checked::ToInt16(settings.NumBootStraps),
+                             .sngFTOL = settings.sngFTOL,
+                             .sngXTOL = settings.sngXTOL,
+                             .intMaxIts = settings.intMaxIts};
+    if (!m_run.user.AskOptions(options))
+        return;
+    settings.sngFTOL = options.sngFTOL;
+    settings.sngXTOL = options.sngXTOL;
+    settings.intMaxIts = options.intMaxIts;
+    settings.NumBootStraps = options.BS;
+    settings.ConvergeOn = options.ConvergeOn;
+}
+
+std::int32_t clsMethManager::NumBootStraps() const
+{
+    return m_run.globals.settings.NumBootStraps;
+}
+
+void clsMethManager::NumBootStraps(std::int32_t value)
+{
+    m_run.globals.settings.NumBootStraps = value;
+}
+
+void clsMethManager::GenerateBootStraps()
+{
+    // Refits never draw on the contour graph; the switch is put back however the run ends.
+    const bool plotEvaluations = m_method->PlotEvaluations();
+    m_method->PlotEvaluations(false);
+    try {
+        m_run.window.StatusText(m_run.globals.CalculatingBootstraps);
+        m_run.window.HourglassOn();
+        m_method->NumBootStraps(NumBootStraps());
+        m_method->CalcBootStraps();
+        if (!m_method->IsBSDone())
+            throw UserCancelled("");
+    } catch (const VeltError& error) {
+        m_run.reporter.HandleError(error, "");
+    }
+    m_method->PlotEvaluations(plotEvaluations);
+    m_run.window.StatusText(m_run.globals.Ready);
+    m_run.window.HourglassOff();
+}
+
+bool clsMethManager::GetUserConfidenceIntervals()
+{
+    if (!m_method->IsBSDone()) {
+        Say(LoadResString(1940), Icon::Information);
+        return false;
+    }
+    RangeQuestion question{.caption = LoadResString(1509),
+                           .prompt = LoadResString(1512),
+                           .lowLabel = LoadResString(1510),
+                           .highLabel = LoadResString(1511),
+                           .low = static_cast<double>(m_ciLow),
+                           .high = static_cast<double>(m_ciHigh)};
+    if (!m_run.user.AskRange(question))
+        return false;
+    // Exactly these two comparisons: a low level above the high one passes. Deliberate.
+    if (question.high > 1.0 || question.low < 0.0) {
+        Say(LoadResString(1946));
+        return false;
+    }
+    m_ciHigh = checked::ToFloat(question.high);
+    m_ciLow = checked::ToFloat(question.low);
+    return true;
+}
+
+void clsMethManager::DisplayBootStrapHistograms()
+{
+    m_run.window.ClearGraphs(true);
+    m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
+    DisplayParameters(true);
+}
+
+float clsMethManager::CILimit(std::int32_t parameter, float level) const
+{
+    // The nearest position, ties to even, without interpolation.
+    const auto position =
+        static_cast<std::int32_t>(std::nearbyint(m_method->NumBootStraps() * static_cast<double>(level)));
+    return m_method->SortedBootStrap(parameter, position == 0 ? 1 : position);
+}
+
+float clsMethManager::UpperCILimit(std::int32_t parameter) const
+{
+    return CILimit(parameter, m_ciHigh);
+}
+
+float clsMethManager::LowerCILimit(std::int32_t parameter) const
+{
+    return CILimit(parameter, m_ciLow);
+}
+
+std::int32_t clsMethManager::GetUserDataPlot()
+{
+    Selection selection{.caption = "Plot Data", .prompt = "Select Data Series To Plot"};
+    std::vector<std::int32_t> codes;
+    for (int column = columns::kFirst; column <= columns::kLast; ++column) {
+        if (!m_data->ColPresent(column))
+            continue;
+        selection.items.push_back(m_run.globals.ColumnDisplayNames(column));
+        codes.push_back(column);
+    }
+    if (m_data->ColPresent(columns::CatchWt) && m_data->ColPresent(columns::Effort)) {
+        selection.items.push_back(m_run.globals.CPUETitle);
+        codes.push_back(kCPUECode);
+    }
+    if (!m_run.user.AskSelection(selection) || selection.chosen == 0)
+        return 0;
+    return codes.at(selection.chosen - 1);
+}
+
+void clsMethManager::PlotData(std::int32_t code)
+{
+    const bool cpue = code == kCPUECode;
+    if (!cpue && !m_data->ColPresent(code))
+        return;
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 1; i <= m_data->ShownRows(); ++i) {
+        x.push_back(m_data->MinTimeP() + i - 1);
+        double value = ModelGraph::InvalidData;
+        if (m_data->Included(i) && !cpue)
+            value = m_data->DB(code, i);
+        else if (m_data->Included(i) && m_data->Effort(i) != 0.0F) // no catch rate without effort: a gap
+            value = checked::Div(m_data->CatchWt(i), m_data->Effort(i));
+        y.push_back(value);
+    }
+    auto graph = std::make_shared<ModelGraph>();
+    graph->Create(m_data->ShownRows());
+    graph->XData(x);
+    graph->YData(y);
+    graph->Title(cpue ? m_run.globals.CPUETitle : m_run.globals.ColumnDisplayNames(code));
+    graph->YTitle(graph->Title());
+    graph->XTitle(m_run.globals.TimeTitle);
+    graph->WithToggs(false);
+    graph->Type(GraphType::Line);
+    m_run.window.AddModelGraph(std::move(graph));
+}

@@ -1,1 +1,276 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "models/clsProduction.h"
+
+#include "base/Checked.h"
+#include "graphs/ModelGraph.h"
+#include "models/LogFit.h"
+#include "models/StartVals.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <tuple>
+
+using checked::Div;
+using checked::Ln;
+using checked::Pow;
+using checked::Sqrt;
+using checked::ToFloat;
+
+clsProduction::clsProduction()
+    : MethodCommon("clsProduction", models::kSchaefer,
+                   {bs_param::kK, bs_param::kQ, bs_param::kR, bs_param::kMSY, bs_param::kRYield})
+{
+    m.InitDep = 1.0F;
+    m.PlotEvaluations = true; // unlike the other models this one starts with the view on
+}
+
+void clsProduction::Create(clsVeltData& data)
+{
+    MethodCommon::Create(data);
+    m_contours.range.Param1Name = TheRun().globals.K;
+    m_contours.range.Param2Name = TheRun().globals.R;
+}
+
+float clsProduction::Production(float N, const Estimates& ests) const
+{
+    const double n = static_cast<double>(N);
+    switch (m.WhichMeth) {
+    case models::kFox:
+        return ToFloat(ests.R * n * (Ln(ests.K) - Ln(n)));
+    case models::kSchaefer:
+        return ToFloat(ests.R * n * (1.0 - n / ests.K));
+    case models::kPellaTomlinson:
+        return ToFloat(ests.R * n * (1.0 - Pow(n / ests.K, m_z)));
+    default:
+        return 0.0F;
+    }
+}
+
+float clsProduction::ProductionFunction(float N) const
+{
+    return N < 0.0F ? 0.0F : Production(N, WorkEsts);
+}
+
+float clsProduction::YieldOfBiomass(const float& N) const
+{
+    return Production(N, FinalEstimates);
+}
+
+float clsProduction::MSYOf(const Estimates& record) const
+{
+    switch (m.WhichMeth) {
+    case models::kFox:
+        return ToFloat(record.R * record.K * std::exp(-1.0));
+    case models::kSchaefer:
+        return ToFloat(record.R * record.K / 4.0);
+    case models::kPellaTomlinson: {
+        const double z = static_cast<double>(m_z);
+        const double share = std::exp(Div(-1.0, z) * Ln(z + 1.0));
+        return ToFloat(record.R * record.K * share * (1.0 - share));
+    }
+    default:
+        return 0.0F;
+    }
+}
+
+std::vector<double> clsProduction::FinalEsts()
+{
+    WorkEsts = FinalEstimates;
+    CalcPopTraj();
+    const float replacementYield = ProductionFunction(m.Nt(m.NDPoints() - m.LAG));
+    return {FinalEstimates.K,
+            FinalEstimates.Q,
+            FinalEstimates.R,
+            static_cast<double>(MSYOf(FinalEstimates)),
+            static_cast<double>(replacementYield),
+            static_cast<double>(m.Nt(m.NDPoints()))};
+}
+
+void clsProduction::CopyQANDFinalToWorkEsts()
+{
+    WorkEsts.K = FinalEstimates.K;
+    WorkEsts.R = FinalEstimates.R;
+    WorkEsts.Q = m.QValue = FinalEstimates.Q;
+}
+
+void clsProduction::CopyBStrapsToWorkEsts(std::int16_t n)
+{
+    WorkEsts.K = static_cast<double>(BootStrap(bs_param::kK, n));
+    WorkEsts.Q = static_cast<double>(BootStrap(bs_param::kQ, n));
+    WorkEsts.R = static_cast<double>(BootStrap(bs_param::kR, n));
+}
+
+void clsProduction::CalcPopTraj()
+{
+    const auto last = static_cast<std::size_t>(m.LastState());
+    const auto effort = m.data->Effort().All();
+    const auto toggledIn = m.data->ToggledIn().All();
+    const auto total = m.ObsTCatchRef.All();
+    const auto nt = m.Nt.All();
+    const auto mid = m.MidPop.All();
+    const auto x = m.EffMidPop.All();
+    const auto measured = static_cast<std::size_t>(m.data->OrigNAPoints());
+    const auto lag = static_cast<std::ptrdiff_t>(m.LAG);
+    const double q = WorkEsts.Q;
+
+    m.PopUnderflow = WorkEsts.K < 0.0;
+    nt[0] = m.PopUnderflow ? 0.0F : ToFloat(m.InitDep * WorkEsts.K);
+    m.EffMidPopSum = 0.0;
+    for (std::size_t t = 1; t < last; ++t) { // t is the state behind period p, both counted from 0
+        const std::size_t p = t - 1;
+        if (m.PopUnderflow) {
+            nt[t] = 0.0F;
+            continue;
+        }
+        const std::ptrdiff_t lagged = static_cast<std::ptrdiff_t>(p) - lag;
+        // The growth is the same in both uses: nothing that it reads changes between them.
+        const double growth = ProductionFunction(nt[lagged >= 1 ? static_cast<std::size_t>(lagged) : 0]);
+        // What the effort alone would leave, by the trapezium; it serves only a projected catch.
+        const double qE = q * effort[p];
+        const double byEffort = Div(nt[p] * (2.0 - qE) + 2.0 * growth, 2.0 + qE);
+        mid[p] = ToFloat((byEffort + nt[p]) / 2.0);
+        if (m.DIYTCatch && t > measured)
+            total[p] = ToFloat(qE * mid[p]);
+        nt[t] = ToFloat(growth + nt[p] - total[p]);
+        if (nt[t] < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
+            m.PopUnderflow = true;
+            nt[t] = 0.0F;
+        } else if (toggledIn[p]) {
+            x[p] = effort[p] * (static_cast<double>(nt[t]) + nt[p]) / 2.0;
+            m.EffMidPopSum += x[p];
+        }
+    }
+    CalcThetaVecOf(m); // does nothing after an underflow
+}
+
+void clsProduction::CalcMinPop()
+{
+    WorkEsts = InitEsts;
+    m.MinPop = ToFloat(SmallestSurvivingStart(InitEsts.K, 0, [this](double k) {
+        WorkEsts.K = k;
+        CalcPopTraj();
+        return !m.PopUnderflow;
+    }));
+    WorkEsts = InitEsts;
+    CalcPopTraj();
+}
+
+bool clsProduction::SolveStartK(Estimates& record)
+{
+    WorkEsts = record;
+    CalcPopTraj();
+    const bool survives = DoubleUntilItSurvives([this] {
+        WorkEsts.K *= 2.0;
+        CalcPopTraj();
+    });
+    if (!survives)
+        return false;
+    float hi = ToFloat(WorkEsts.K); // the bisection is in 32 bits throughout
+    float lo = 0.0F;
+    while (0.01F * hi < hi - lo) {
+        const float middle = (hi + lo) / 2.0F;
+        WorkEsts.K = static_cast<double>(middle);
+        CalcPopTraj();
+        (m.PopUnderflow ? lo : hi) = middle;
+    }
+    WorkEsts.K = static_cast<double>(hi);
+    CalcPopTraj();
+    WorkEsts.Q = LnFitComputeQ(m);
+    record = WorkEsts;
+    return true;
+}
+
+double clsProduction::ExpectedMeanPop(int i) const
+{
+    return (static_cast<double>(m.Nt(i)) + m.Nt(i + 1)) / 2.0;
+}
+
+std::vector<NamedValue> clsProduction::InitEstimateValues() const
+{
+    return {{"K", InitEsts.K}, {"Q", InitEsts.Q}, {"R", InitEsts.R}};
+}
+
+bool clsProduction::InputStartingEsts()
+{
+    const modVeltGlobals::Globals& texts = TheRun().globals;
+    StartVals starts{.Param1Name = texts.K,
+                     .Param2Name = texts.R,
+                     .param1 = InitEsts.K,
+                     .param2 = InitEsts.R,
+                     .Fixed1 = Fixed1,
+                     .Fixed2 = Fixed2};
+    if (!TheRun().user.AskStartVals(starts))
+        return false;
+    Fixed1 = starts.Fixed1;
+    Fixed2 = starts.Fixed2;
+    InitEsts.K = starts.param1;
+    InitEsts.R = starts.param2;
+    return true;
+}
+
+void clsProduction::SetContourBounds()
+{
+    constexpr double kFastGrowth = 1.5;
+    constexpr double kSlowGrowth = 0.05;
+    ContourRange& range = m_contours.range;
+    Estimates fast = InitEsts;
+    fast.R = kFastGrowth;
+    SolveStartK(fast);
+    Estimates slow = InitEsts;
+    slow.R = kSlowGrowth;
+    SolveStartK(slow);
+    range.Param1Lo = ContourGrid::DecadeAround(fast.K).first;
+    range.Param1Hi = ContourGrid::DecadeAround(slow.K).second;
+    if (range.Param1Hi < range.Param1Lo)
+        std::swap(range.Param1Lo, range.Param1Hi);
+    range.Param2Lo = kSlowGrowth;
+    range.Param2Hi = kFastGrowth;
+}
+
+bool clsProduction::InitEstimates()
+{
+    for (int t = 1; t <= m.NAPoints(); ++t)
+        m.CatchVector(t) = m.data->CatchWt(t);
+    SumDiscountedCatches(m);
+    InitEsts.R = 0.1;
+    InitEsts.K = static_cast<double>(m.TotCatchSum);
+    if (!SolveStartK(InitEsts)) {
+        m.Excuse = excuse::kNoStart;
+        return false;
+    }
+    WorkEsts = InitEsts;
+    CalcPopTraj();
+    WorkEsts.Q = LnFitComputeQ(m);
+    InitEsts = WorkEsts;
+    CalcMinPop();
+    SetContourBounds();
+    WorkEsts = InitEsts;
+    CalcPopTraj();
+    m.LsqSumSq = StartSumSq(InitEsts.Q);
+    return true;
+}
+
+void clsProduction::AddYieldGraph()
+{
+    constexpr int kPoints = 51;
+    std::vector<double> x;
+    std::vector<double> y;
+    for (int i = 0; i < kPoints; ++i) {
+        x.push_back(i * FinalEstimates.K / (kPoints - 1));
+        const float biomass = ToFloat(x.back());
+        // Under Fox the logarithm has no value at zero biomass; the curve starts at 0.
+        y.push_back(biomass > 0.0F ? std::max(0.0, static_cast<double>(YieldOfBiomass(biomass))) : 0.0);
+    }
+    auto graph = std::make_shared<ModelGraph>();
+    graph->Create(kPoints);
+    graph->Title("Equilibrium Yield Curve");
+    graph->XTitle("Biomass");
+    graph->YTitle("Yield");
+    graph->Type(GraphType::Line);
+    graph->WithToggs(false);
+    graph->XData(x);
+    graph->YData(y);
+    TheRun().window.AddModelGraph(std::move(graph));
+}

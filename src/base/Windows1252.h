@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Text in files is one byte a character, in the code page Windows-1252; text in memory is UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// `bytes` of the code page as UTF-8. The five bytes that the page leaves open become the control characters of
+/// the same number.
+std::string FromWindows1252(std::string_view bytes);
+
+/// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool IsUtf8(std::string_view text);

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "engines/VELT_NelMead.h"
+#include "models/Bootstraps.h"
+#include "models/GammaFit.h"
+#include "models/IMethod.h"
+#include "models/ModelState.h"
+#include "models/clsBootStrap.h"
+
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string>
+
+/// "Minimisation succeeded on function." and the same for the parameter, on two lines.
+std::string ConvergenceText(const VELT_NelMead& minimiser, const modVeltGlobals::Globals& globals);
+
+/// The part of a model that has no biology in it: the properties over the shared state, the order of a
+/// bootstrap run, the set-up of a search, and the way a failure gets its source. What a model computes stands
+/// in its own class.
+class MethodCommon : public IMethod, public INelMead
+{
+public:
+    float BootStrap(std::int32_t parameter, std::int32_t n) const override;
+    float SortedBootStrap(std::int32_t parameter, std::int32_t n) const override;
+    bool BSFilled(int parameter) const override { return m.BSFilled(parameter); }
+    std::int32_t Excuse() const override { return m.Excuse; }
+    bool IsBSDone() const override { return m.IsBSDone; }
+    bool MethDefined() const override { return m.MethDefined; }
+    float Nt(std::int16_t i) const override { return m.Nt(i); }
+    double Q() const override { return m.QValue; }
+    float RSqr() const override { return m.RSqr; }
+    bool UsingNos() const override { return m.UsingNosFlag; }
+    float CatchRef(std::int16_t i) const override { return m.CatchRef(i); }
+    void CatchRef(std::int16_t i, float value) override { m.CatchRef(i) = value; }
+    float CatchVector(std::int16_t i) const override { return m.CatchVector(i); }
+    void CatchVector(std::int16_t i, float value) override { m.CatchVector(i) = value; }
+    bool DIYTCatch() const override { return m.DIYTCatch; }
+    void DIYTCatch(bool on) override { m.DIYTCatch = on; }
+    std::int32_t FitOp() const override { return m.FitOp; }
+    void FitOp(std::int32_t value) override { m.FitOp = value; }
+    float InitDep() const override { return m.InitDep; }
+    void InitDep(float value) override { m.InitDep = value; }
+    std::int16_t LAG() const override { return m.LAG; }
+    void LAG(std::int16_t value) override { m.LAG = value; }
+    float Mort() const override { return m.Mort; }
+    void Mort(float value) override { m.Mort = value; }
+    std::int32_t NumBootStraps() const override { return m.NumBootStraps; }
+    void NumBootStraps(std::int32_t value) override { m.NumBootStraps = value; }
+    float ObsTCatchRef(std::int16_t i) const override { return m.ObsTCatchRef(i); }
+    void ObsTCatchRef(std::int16_t i, float value) override { m.ObsTCatchRef(i) = value; }
+    float ObsCatchRef(std::int16_t i) const override { return m.ObsCatchRef(i); }
+    void ObsCatchRef(std::int16_t i, float value) override { m.ObsCatchRef(i) = value; }
+    bool PlotEvaluations() const override { return m.PlotEvaluations; }
+    void PlotEvaluations(bool on) override { m.PlotEvaluations = on; }
+    bool SetStartingEsts() const override { return m.SetStartingEsts; }
+    void SetStartingEsts(bool on) override { m.SetStartingEsts = on; }
+    std::int32_t WhichMeth() const override { return m.WhichMeth; }
+    void WhichMeth(std::int32_t value) override;
+    float Z() const override { return 0.0F; } ///< only a production model and the recruitment index keep one
+    void Z(float) override {}
+
+    void CalcThetaVec() override { CalcThetaVecOf(m); }
+    void CalcDiscCatches() override;
+    void SetColumnRefs() override;
+    void SetRSquared() override;
+    bool CalcInitEstimates() override;
+    void CalcCPUEVectors() override;
+    bool CalcFinalEstimates() override;
+    void CalcBootStraps() override;
+    bool SetContourRanges() override { return false; }
+    bool PlotInitContours() override { return false; }
+    bool BuildModelGraphs() override;
+    void CalcBootStrapHistos(float low, float high) override;
+    void Create(clsVeltData& data) override;
+    FitDetails Details() const override;
+
+    double INelMead_MinFunc(std::span<const double> x) final;
+
+protected:
+    /// A value that says "outside the domain" to the minimiser, and one further out.
+    static constexpr float kPenalty = 1e20F;
+    static constexpr float kFarPenalty = 3.4E+38F;
+    /// Second point of a start simplex, as a multiple of the start.
+    static constexpr double kSecondPoint = 1.3333333333333333;
+    static constexpr double kUpperLimit = 1e20;
+
+    MethodCommon(std::string className, std::int32_t whichMeth, std::initializer_list<int> bsFilled);
+
+    // What a model computes; failures get their source from the operation that calls them.
+    virtual bool InitEstimates() = 0;
+    virtual void LSQFinalEstimates() = 0;
+    virtual void LnFinalEstimates() = 0;
+    virtual void GammaFinalEstimates() = 0;
+    virtual void LSQBootStraps() = 0;
+    virtual void LnBootStraps() = 0;
+    virtual void GammaBootStraps() = 0;
+    /// The objective of the current FitOp; may fail numerically.
+    virtual double Objective(std::span<const double> x) = 0;
+    /// What a numeric failure inside an evaluation counts as.
+    virtual double FailedEvaluation() const { return static_cast<double>(kPenalty); }
+    /// Mean population of period i behind the expected catch rate.
+    virtual double ExpectedMeanPop(int i) const = 0;
+    /// The class's further graph, if it has one.
+    virtual void AddYieldGraph() {}
+    virtual std::vector<NamedValue> InitEstimateValues() const = 0;
+    virtual double FinalVar() const = 0;
+
+    Run& TheRun() const { return *m.run; }
+    const modVeltGlobals::Settings& Settings() const { return m.run->globals.settings; }
+    std::string Source(const std::string& procedure) const { return m_className + procedure; }
+
+    /// A minimiser on this model with the settings of a final fit, or of a bootstrap fit.
+    void SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters);
+    void SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t parameters);
+    /// Keeps the objective and the count of evaluations of a search that arrived.
+    void KeepReport(double minValue, std::int32_t evaluations);
+    [[noreturn]] void RaiseNotConverged(const std::string& text, const std::string& source);
+
+    /// Sum over the periods in the fit of (C(i) - q X(i))^2, at the current trajectory.
+    double StartSumSq(double q) const;
+
+    /// Runs `doubleStart` (which doubles the start and runs its trajectory) while the trajectory underflows.
+    /// The counter ends it, not the flag: 98 doublings can help, the 99th cannot. \return whether it survives
+    bool DoubleUntilItSurvives(const std::function<void()>& doubleStart);
+
+    /// Fills the gamma positions from the population at the start of each period, not its mean. Deliberate:
+    /// the two models that use it differ here from the recruitment index model.
+    void FillPositionsFromStartOfPeriod();
+
+    /// Asks for one starting value until it survives or the user gives up. \param survives takes the value
+    bool AskStartingValue(const std::string& prompt, double suggestion,
+                          const std::function<bool(double)>& survives);
+
+    /// Runs `work`; a failure that names no source gets this class and `procedure`.
+    template <typename Work>
+    auto Traced(const char* procedure, Work work) -> decltype(work())
+    {
+        try {
+            return work();
+        } catch (VeltError& error) {
+            if (error.source.empty())
+                error.source = Source(procedure);
+            throw;
+        }
+    }
+
+    ModelState m;
+    clsBootStrap m_boot;
+    GammaCatchMatrix m_gammaCatch;
+
+private:
+    void SortBootstraps();
+
+    std::string m_className;
+};

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Special functions and small numeric functions of the models. The classical algorithms are kept in exactly
+// this form, with these constants: bootstrap results depend on where each method takes over.
+#pragma once
+
+#include <cstdint>
+
+namespace modMaths
+{
+
+double GammaQ(double a, double x); ///< upper tail Q(a, x); Wilson-Hilferty 1931 above a = 200
+double GammaP(double a, double x); ///< 1 - GammaQ(a, x)
+double NormalP(double z);          ///< standard normal distribution function, with root 1/2 taken as 0.7071
+double ErfComp(double x);          ///< complementary error function, ten-term Chebyshev fit
+double Digamma(double x);          ///< algorithm AS 103 (Bernardo 1976)
+double LnMinusDigamma(double x);   ///< ln(x) - digamma(x)
+double AsymLnMinusDigamma(double x); ///< asymptotic series of the same
+
+/// Decimal exponent of x > 0. Deliberate: the upper branch tests against 9, so 9.5 gives 1. Does not end for
+/// x = 0 or below; callers must not pass those.
+std::int16_t Magnitude(double x);
+
+double MinOf(double a, double b);
+double MaxOf(double a, double b); ///< on a tie b
+double Square(double x);
+double Power(double a, double b); ///< \throws VeltError 5, 6 outside the domain
+
+} // namespace modMaths
