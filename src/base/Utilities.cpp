@@ -122,9 +122,10 @@ bool CheckFileAccess(const std::string& path, FileAccess mode, ErrorReporter& re
     const bool exists = std::filesystem::exists(path, ignored);
     if (mode == FileAccess::Write && exists) {
         // The missing blank behind the path belongs to the text.
-        const Message question{.text = "The file " + path +
-                                       "already exists on \ndisk. Saving to that file will overwrite the file's "
-                                       "current contents \n\nChoose OK to replace file, Cancel to stop.",
+        const Message question{.text =
+                                   "The file " + path +
+                                   "already exists on \ndisk. Saving to that file will overwrite the file's "
+                                   "current contents \n\nChoose OK to replace file, Cancel to stop.",
                                .buttons = Buttons::OkCancel,
                                .title = "File Message"};
         return reporter.Show(question) == Answer::Ok;

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// `bytes` of the code page as UTF-8. The five bytes that the page leaves open become the control characters of
-/// the same number.
+/// `bytes` of the code page as UTF-8. The five bytes that the page leaves open become the control characters
+/// of the same number.
 std::string FromWindows1252(std::string_view bytes);
 
 /// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.

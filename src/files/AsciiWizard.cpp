@@ -1,1 +1,132 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "files/AsciiWizard.h"
+
+#include "base/Checked.h"
+#include "base/NumberText.h"
+#include "base/StringTable.h"
+#include "base/VeltError.h"
+#include "files/AsciiText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+std::int16_t Label(double value)
+{
+    try {
+        return checked::ToInt16(value);
+    } catch (const VeltError& error) {
+        throw ImportError(error.number, error.description,
+                          "The time label " + number_text::Plain(value) +
+                              " is no whole number from -32768 to 32767.");
+    }
+}
+
+void CheckDataColumn(int dataColumn)
+{
+    if (dataColumn < 1 || dataColumn > AsciiWizard::kUserColumns)
+        RaiseSubscript();
+}
+} // namespace
+
+AsciiWizard::AsciiWizard(std::string file, std::vector<std::string> headings,
+                         std::vector<std::vector<double>> data, std::array<std::string, kUserColumns> titles)
+    : fileName(std::move(file)), collFlexHeadings(std::move(headings)), collFlexData(std::move(data)),
+      columnTitles(std::move(titles)), m_userColRef(collFlexHeadings.size(), kNone)
+{
+}
+
+std::string AsciiWizard::Caption() const
+{
+    return LoadResString(210) + LoadResString(201) + std::to_string(step);
+}
+
+std::string AsciiWizard::StepTitle() const
+{
+    return LoadResString(step == 1 ? 202 : 204);
+}
+
+std::string AsciiWizard::Explanation() const
+{
+    return LoadResString(step == 1 ? 203 : 205);
+}
+
+void AsciiWizard::ChooseTiming(int textColumn)
+{
+    if (step != 1)
+        RaiseSubscript();
+    Index(textColumn);
+    timingColumn = textColumn;
+}
+
+void AsciiWizard::Next()
+{
+    if (!CanNext())
+        RaiseSubscript();
+    const std::vector<double>& labels = collFlexData.at(Index(timingColumn));
+    if (labels.empty())
+        RaiseSubscript();
+    const std::int16_t first = Label(labels.front());
+    intMaxTimeP = Label(labels.back());
+    intMinTimeP = first;
+    step = 2;
+}
+
+void AsciiWizard::Back()
+{
+    std::fill(m_userColRef.begin(), m_userColRef.end(), kNone);
+    step = 1;
+}
+
+int AsciiWizard::enuUserColRef(int textColumn) const
+{
+    return m_userColRef[Index(textColumn)];
+}
+
+bool AsciiWizard::blnVELTColSel(int dataColumn) const
+{
+    CheckDataColumn(dataColumn);
+    return std::find(m_userColRef.begin(), m_userColRef.end(), dataColumn) != m_userColRef.end();
+}
+
+std::vector<int> AsciiWizard::Choices(int textColumn) const
+{
+    const int own = enuUserColRef(textColumn);
+    std::vector<int> choices{kNone};
+    for (int column = 1; column <= kUserColumns; ++column) {
+        if (column == own || !blnVELTColSel(column))
+            choices.push_back(column);
+    }
+    return choices;
+}
+
+std::string AsciiWizard::ChoiceTitle(int dataColumn) const
+{
+    if (dataColumn == kNone)
+        return LoadResString(211);
+    CheckDataColumn(dataColumn);
+    return columnTitles[static_cast<std::size_t>(dataColumn - 1)];
+}
+
+void AsciiWizard::Assign(int textColumn, int dataColumn)
+{
+    const std::vector<int> choices = Choices(textColumn);
+    if (textColumn == timingColumn || std::find(choices.begin(), choices.end(), dataColumn) == choices.end())
+        RaiseSubscript();
+    m_userColRef[Index(textColumn)] = dataColumn;
+}
+
+void AsciiWizard::Finish()
+{
+    if (!CanFinish())
+        RaiseSubscript();
+    OK = true;
+}
+
+std::size_t AsciiWizard::Index(int textColumn) const
+{
+    if (textColumn < 1 || textColumn > TextColumns())
+        RaiseSubscript();
+    return static_cast<std::size_t>(textColumn - 1);
+}

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace
@@ -24,12 +25,9 @@ const ModelNeeds& NeedsOf(std::int32_t whichMeth)
 {
     using namespace columns;
     static const ModelNeeds needs[models::kCount] = {
-        {{Effort, CatchNums, TotCatchNums}, 2},
-        {{Effort, CatchNums, TotCatchNums, RecruitIndex}, 3},
-        {{Effort, CatchNums, TotCatchNums}, 2},
-        {{Effort, CatchWt, TotCatchWt}, 3},
-        {{Effort, CatchWt, TotCatchWt}, 3},
-        {{Effort, CatchWt, TotCatchWt}, 3},
+        {{Effort, CatchNums, TotCatchNums}, 2}, {{Effort, CatchNums, TotCatchNums, RecruitIndex}, 3},
+        {{Effort, CatchNums, TotCatchNums}, 2}, {{Effort, CatchWt, TotCatchWt}, 3},
+        {{Effort, CatchWt, TotCatchWt}, 3},     {{Effort, CatchWt, TotCatchWt}, 3},
     };
     return needs[whichMeth - 1];
 }
@@ -110,12 +108,14 @@ bool clsMethManager::HasEnoughPoints(std::int32_t needed) const
 
 bool clsMethManager::ChooseModel()
 {
-    Selection selection{.caption = LoadResString(1506), .prompt = LoadResString(1505), .items = m_availableModels};
+    Selection selection{
+        .caption = LoadResString(1506), .prompt = LoadResString(1505), .items = m_availableModels};
     if (!m_run.user.AskSelection(selection) || selection.chosen == 0)
         return false;
     const std::string& title = selection.items.at(selection.chosen - 1);
     const auto& titles = m_run.globals.ModelTitles;
-    m_currMethType = static_cast<std::int32_t>(std::find(titles.begin(), titles.end(), title) - titles.begin()) + 1;
+    m_currMethType =
+        static_cast<std::int32_t>(std::find(titles.begin(), titles.end(), title) - titles.begin()) + 1;
     return true;
 }
 
@@ -183,10 +183,17 @@ void clsMethManager::PrepareContours()
 {
     if (!m_method->PlotEvaluations())
         return;
-    if (m_method->SetContourRanges())
-        m_method->PlotInitContours();
-    else
+    if (!m_method->SetContourRanges()) {
         m_method->PlotEvaluations(false);
+        return;
+    }
+    try {
+        m_method->PlotInitContours();
+    } catch (const VeltError& error) {
+        if (!error.IsUserCancel())
+            m_run.reporter.Show({.text = "Unable to Generate Contours"});
+        throw;
+    }
 }
 
 void clsMethManager::PullResults()
@@ -327,6 +334,7 @@ void clsMethManager::GenerateBootStraps()
     // Refits never draw on the contour graph; the switch is put back however the run ends.
     const bool plotEvaluations = m_method->PlotEvaluations();
     m_method->PlotEvaluations(false);
+    std::optional<VeltError> failure;
     try {
         m_run.window.StatusText(m_run.globals.CalculatingBootstraps);
         m_run.window.HourglassOn();
@@ -335,16 +343,18 @@ void clsMethManager::GenerateBootStraps()
         if (!m_method->IsBSDone())
             throw UserCancelled("");
     } catch (const VeltError& error) {
-        m_run.reporter.HandleError(error, "");
+        failure = error;
     }
     m_method->PlotEvaluations(plotEvaluations);
     m_run.window.StatusText(m_run.globals.Ready);
     m_run.window.HourglassOff();
+    if (failure) // told without an hourglass over the box
+        m_run.reporter.HandleError(*failure, "");
 }
 
 bool clsMethManager::GetUserConfidenceIntervals()
 {
-    if (!m_method->IsBSDone()) {
+    if (!IsBSDone()) {
         Say(LoadResString(1940), Icon::Information);
         return false;
     }

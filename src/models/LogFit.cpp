@@ -4,6 +4,7 @@
 #include "base/Checked.h"
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 using checked::Div;
@@ -12,11 +13,12 @@ using checked::ToFloat;
 
 namespace
 {
-/// ln of mantissa 2^exponent; to the bit the logarithm of the plain product wherever that is in range.
+/// ln of mantissa 2^exponent, mantissa from 1/2 to below 1; to the bit the logarithm of the plain product
+/// wherever that is in range.
 double LnOfScaled(double mantissa, long exponent)
 {
-    constexpr long kSafe = 1000;
-    if (exponent > -kSafe && exponent < kSafe)
+    using Limits = std::numeric_limits<double>;
+    if (exponent >= Limits::min_exponent && exponent <= Limits::max_exponent)
         return std::log(std::ldexp(mantissa, static_cast<int>(exponent)));
     return std::log(mantissa) + static_cast<double>(exponent) * std::numbers::ln2;
 }
@@ -33,7 +35,7 @@ double LnFitComputeQ(const ModelState& m)
         if (m.EffMidPop(i) == 0.0)
             return 0.0; // an underflowed period
         int shift = 0;
-        product = std::frexp(product * (m.CatchVector(i) / m.EffMidPop(i)), &shift);
+        product = std::frexp(product * m.CatchVector(i) / m.EffMidPop(i), &shift);
         exponent += shift;
         ++n;
     }

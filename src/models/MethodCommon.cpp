@@ -91,8 +91,31 @@ bool MethodCommon::CalcFinalEstimates()
     return true;
 }
 
+namespace
+{
+/// Shape and rate belong to the fit: replicates overwrite them, and a second run, also after Cancel, must
+/// start from the same catch matrix as the first.
+class KeptGamma
+{
+public:
+    explicit KeptGamma(ModelState& m) : m_model(m), m_nu(m.GammaNu), m_beta(m.GammaBeta) {}
+    ~KeptGamma()
+    {
+        m_model.GammaNu = m_nu;
+        m_model.GammaBeta = m_beta;
+    }
+    KeptGamma(const KeptGamma&) = delete;
+    KeptGamma& operator=(const KeptGamma&) = delete;
+
+private:
+    ModelState& m_model;
+    double m_nu, m_beta;
+};
+} // namespace
+
 void MethodCommon::CalcBootStraps()
 {
+    const KeptGamma keptGamma(m);
     m.NumBootStraps = Settings().NumBootStraps;
     m.IsBSDone = false;
     m_boot = clsBootStrap();

@@ -85,6 +85,8 @@ protected:
     /// Second point of a start simplex, as a multiple of the start.
     static constexpr double kSecondPoint = 1.3333333333333333;
     static constexpr double kUpperLimit = 1e20;
+    /// Compared as 32-bit floats: the limit itself, which is a little more than 1e20 as a float, is inside.
+    static constexpr bool BeyondLimit(float x) { return x > static_cast<float>(kUpperLimit); }
 
     MethodCommon(std::string className, std::int32_t whichMeth, std::initializer_list<int> bsFilled);
 

@@ -14,7 +14,7 @@ using checked::ToFloat;
 int ModelState::LastState() const
 {
     const int last = NDPoints();
-    if (last > clsVeltData::kRows)
+    if (last < 1 || last > clsVeltData::kRows)
         RaiseSubscript();
     return last;
 }
@@ -31,7 +31,7 @@ void LoadColumnRefs(ModelState& m)
         if (m.ObsTCatchRef(i) == clsVeltData::kMissing)
             continue;
         ++periods;
-        data.Included(i, data.Effort(i) > 0.0F);
+        data.Included(i, std::isfinite(data.Effort(i)) && data.Effort(i) > 0.0F);
         if (!data.Included(i))
             data.ToggledIn(i, false);
         if (data.ToggledIn(i))

@@ -65,7 +65,7 @@ void clsConstRecruit::CalcPopTraj()
     const auto mid = m.MidPop.All();
     const auto x = m.EffMidPop.All();
     const auto measured = static_cast<std::size_t>(m.data->OrigNAPoints());
-    const double q = WorkEsts.Q;
+    const double q = static_cast<double>(ToFloat(WorkEsts.Q));
     const double recruits = static_cast<double>(ToFloat(Recruits(WorkEsts.K)));
     const double e1 = static_cast<double>(ToFloat(std::exp(-static_cast<double>(m.Mort))));
     const double e2 = static_cast<double>(ToFloat(std::exp(-static_cast<double>(m.Mort) / 2.0)));
@@ -216,7 +216,7 @@ void clsConstRecruit::LSQFinalEstimates()
 
 float clsConstRecruit::MinLogFunction(float x)
 {
-    if (static_cast<double>(x) > kUpperLimit)
+    if (BeyondLimit(x))
         return kFarPenalty;
     WorkEsts.K = static_cast<double>(x);
     CalcPopTraj();
@@ -229,7 +229,7 @@ float clsConstRecruit::MinLogFunction(float x)
 
 float clsConstRecruit::MinGammaFunction(float x)
 {
-    if (static_cast<double>(x) > kUpperLimit)
+    if (BeyondLimit(x))
         return kFarPenalty;
     if (x < m.MinPop)
         return kPenalty;

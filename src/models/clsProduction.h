@@ -8,8 +8,8 @@
 #include <string>
 
 /// Surplus production: a biomass grows by a function of its own size and loses the catch. One class serves
-/// Fox (1970), Schaefer (1954) and Pella and Tomlinson (1969), told apart by WhichMeth 4, 5, 6. All catches are
-/// weights; natural mortality plays no part. K and R are searched together; Q has a closed form.
+/// Fox (1970), Schaefer (1954) and Pella and Tomlinson (1969), told apart by WhichMeth 4, 5, 6. All catches
+/// are weights; natural mortality plays no part. K and R are searched together; Q has a closed form.
 class clsProduction : public MethodCommon
 {
 public:
@@ -43,9 +43,9 @@ public:
     /// The same for the final estimates, without the test for a negative biomass.
     float YieldOfBiomass(const float& N) const;
 
-    /// Maximum sustainable yield: Fox R K / e, Schaefer R K / 4, Pella-Tomlinson R K m (1 - m) with m the share
-    /// of K at which the yield peaks. The second factor is 1 - m for every Z, which agrees with the production
-    /// function at Z = 1 only. Deliberate.
+    /// Maximum sustainable yield: Fox R K / e, Schaefer R K / 4, Pella-Tomlinson R K m (1 - m) with m the
+    /// share of K at which the yield peaks. The second factor is 1 - m for every Z, which agrees with the
+    /// production function at Z = 1 only. Deliberate.
     float MSYOf(const Estimates& record) const;
 
     /// The smallest K, to 1 %, that keeps the biomass of `record.R` above zero, and the Q that goes with it.
@@ -102,6 +102,7 @@ private:
     void MomentStart();
     BestFit Search(const Scheme& scheme);
     void RunStart(int number, const Scheme& scheme, BestFit& best, std::string& whyNot);
+    double GridValue(double K, double R);
     bool Refit(VELT_NelMead& minimiser, double secondR);
     void StoreReplicate(int b, bool keepR);
     void SetContourBounds();

@@ -12,6 +12,23 @@ using checked::Div;
 using checked::Sqrt;
 using checked::ToFloat;
 
+namespace
+{
+/// Puts a value back at the end of a scope, also when the user cancels in it.
+class Restored
+{
+public:
+    explicit Restored(double& value) : m_value(value), m_before(value) {}
+    ~Restored() { m_value = m_before; }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+private:
+    double& m_value;
+    double m_before;
+};
+} // namespace
+
 void clsProduction::FillWeights()
 {
     // The presence asked for is that of the variance column, the value read is the index itself; this model
@@ -93,7 +110,8 @@ double clsProduction::Objective(std::span<const double> x)
     case fit_op::kGamma:
         return static_cast<double>(MinGammaFunction(ToFloat(x[0]), ToFloat(x[1])));
     default:
-        return 0.0; // weighted least squares has no objective, so its fit always ends unconverged. Deliberate.
+        return 0.0; // weighted least squares has no objective, so its fit always ends unconverged.
+                    // Deliberate.
     }
 }
 
@@ -110,12 +128,11 @@ void clsProduction::RunStart(int number, const Scheme& scheme, BestFit& best, st
         start.R = RStarts[number - 1];
         SolveStartK(start); // also where it fails the search starts from what the record holds
     }
-    m_contours.StartPath(start.K, start.R);
     m_contours.Mark(m, static_cast<ContourMark>(number), start.K, start.R);
     VELT_NelMead minimiser;
     SetUpFinal(minimiser, 2);
-    minimiser.SetParameter(1, Fixed1 ? InitEsts.K : start.K, Fixed1 ? InitEsts.K : start.K * kSecondPoint, 0.0,
-                           scheme.upperK);
+    minimiser.SetParameter(1, Fixed1 ? InitEsts.K : start.K, Fixed1 ? InitEsts.K : start.K * kSecondPoint,
+                           0.0, scheme.upperK);
     minimiser.SetParameter(2, Fixed2 ? InitEsts.R : start.R, Fixed2 ? InitEsts.R : start.R + 0.5, 0.0,
                            scheme.upperR);
     minimiser.Minimise();
@@ -163,7 +180,8 @@ void clsProduction::LSQFinalEstimates()
     FinalEstimates.Var = best.value;
     for (int t = 1; t <= m.NAPoints(); ++t) { // every period, whether included or not
         m.FittedVec(t) = ToFloat(m.EffMidPop(t) * m.QValue);
-        m.ResidVec(t) = ToFloat(Sqrt(WeightVec(t)) * (static_cast<double>(m.CatchVector(t)) - m.FittedVec(t)));
+        m.ResidVec(t) =
+            ToFloat(Sqrt(WeightVec(t)) * (static_cast<double>(m.CatchVector(t)) - m.FittedVec(t)));
     }
 }
 
@@ -205,24 +223,37 @@ void clsProduction::GammaFinalEstimates()
         m, [this](int i) { return m.EffMidPop(i) * m.GammaNu; }, [](int) { return 0.0F; });
 }
 
+double clsProduction::GridValue(double K, double R)
+{
+    if (m.FitOp != fit_op::kWeightedLeastSquares)
+        return INelMead_MinFunc(std::array{K, R});
+    // The grid has a surface for weighted least squares, although its search has none.
+    try {
+        return MinLSQFunction(K, R);
+    } catch (const VeltError& error) {
+        if (!error.IsNumeric())
+            throw;
+        return FailedEvaluation();
+    }
+}
+
 bool clsProduction::PlotInitContours()
 {
-    if (m.FitOp == fit_op::kGamma)
-        MomentStart();
-    if (fit_op::IsLeastSquares(m.FitOp))
-        FillWeights();
-    const double nu = m.GammaNu;
-    m_contours.Draw(
-        m,
-        [this, nu](double k, double r) {
+    constexpr const char* kProcedure = "_IMethod_PlotInitContours";
+    return Traced(kProcedure, [this] {
+        if (m.FitOp == fit_op::kGamma)
+            MomentStart();
+        if (fit_op::IsLeastSquares(m.FitOp))
+            FillWeights();
+        const double nu = m.GammaNu;
+        const auto objective = [this, nu](double k, double r) {
             m.GammaNu = nu; // every cell of the grid starts from the same shape
-            // The grid has a surface for weighted least squares, although its search has none.
-            return m.FitOp == fit_op::kWeightedLeastSquares ? MinLSQFunction(k, r)
-                                                            : INelMead_MinFunc(std::array{k, r});
-        },
-        TheRun().globals.Minimisation, "_IMethod_PlotInitContours", Source("_IMethod_PlotInitContours"));
-    m_contours.StartPath(InitEsts.K, InitEsts.R);
-    return true;
+            return GridValue(k, r);
+        };
+        m_contours.Draw(m, objective, TheRun().globals.Minimisation, kProcedure, Source(kProcedure));
+        m_contours.StartPath(InitEsts.K, InitEsts.R);
+        return true;
+    });
 }
 
 bool clsProduction::Refit(VELT_NelMead& minimiser, double secondR)
@@ -257,13 +288,15 @@ void clsProduction::StoreReplicate(int b, bool keepR)
 void clsProduction::LSQBootStraps()
 {
     FillWeights();
+    const Restored q(m.QValue);
     VELT_NelMead minimiser;
     // A cancel carries the name of the log routine. Deliberate.
     RunReplicates(m, Source("_CalcLnBootStraps"), [this, &minimiser](int b) {
         for (int t = 1; t <= m.NAPoints(); ++t) {
             if (!m.ToggledIn(t))
                 continue;
-            // The residual alone is divided by the root of the weight, unlike in the depletion models. Deliberate.
+            // The residual alone is divided by the root of the weight, unlike in the depletion models.
+            // Deliberate.
             const float drawn = m.ResidVec(GetValidPtNo(m));
             m.CatchVector(t) = ToFloat(Div(drawn, Sqrt(WeightVec(t))) + m.FittedVec(t));
         }
@@ -273,7 +306,6 @@ void clsProduction::LSQBootStraps()
         StoreReplicate(b, true);
         return true;
     });
-    m.QValue = FinalEstimates.Q;
 }
 
 void clsProduction::LnBootStraps()
@@ -292,8 +324,8 @@ void clsProduction::LnBootStraps()
 
 void clsProduction::GammaBootStraps()
 {
-    const double finalNu = m.GammaNu;
-    const double finalBeta = m.GammaBeta;
+    const Restored nu(m.GammaNu); // a later run starts from the fit again
+    const Restored beta(m.GammaBeta);
     VELT_NelMead minimiser;
     RunReplicates(m, Source("_CalcGammaBootStraps"), [this, &minimiser](int b) {
         ResampleGammaCatch(m, m_gammaCatch);
@@ -306,6 +338,4 @@ void clsProduction::GammaBootStraps()
         StoreReplicate(b, true);
         return true;
     });
-    m.GammaNu = finalNu;
-    m.GammaBeta = finalBeta;
 }

@@ -238,7 +238,7 @@ void clsRecruitINdex::LSQFinalEstimates()
 float clsRecruitINdex::MinLogFunction(float n1, float lambda)
 {
     m_contours.PlotStep(m, n1, lambda);
-    if (static_cast<double>(n1) > kUpperLimit || !(n1 > 0.0F) || !(lambda > 0.0F))
+    if (BeyondLimit(n1) || !(n1 > 0.0F) || !(lambda > 0.0F))
         return kPenalty;
     WorkEsts.N1 = static_cast<double>(n1);
     WorkEsts.Lambda = static_cast<double>(lambda);
@@ -253,7 +253,7 @@ float clsRecruitINdex::MinLogFunction(float n1, float lambda)
 float clsRecruitINdex::MinGammaFunction(float n1, float lambda)
 {
     m_contours.PlotStep(m, n1, lambda);
-    if (static_cast<double>(n1) > kUpperLimit)
+    if (BeyondLimit(n1))
         return kFarPenalty;
     WorkEsts.N1 = static_cast<double>(n1);
     WorkEsts.Lambda = static_cast<double>(lambda);
@@ -261,10 +261,9 @@ float clsRecruitINdex::MinGammaFunction(float n1, float lambda)
     if (m.PopUnderflow)
         return kPenalty;
     const GammaProfile profile = GammaMinimisation(m);
-    if (profile.failed)
-        return kPenalty;
-    m.MinOK = true;
-    return profile.value;
+    if (!profile.failed)
+        m.MinOK = true;
+    return profile.value; // a failed profile's 1e10 as it comes, unlike in the other two models. Deliberate.
 }
 
 double clsRecruitINdex::Objective(std::span<const double> x)
@@ -414,7 +413,5 @@ void clsRecruitINdex::GammaBootStraps()
         const double q = Div(m.GammaNu, m.GammaBeta);
         return q >= 0.0 && StoreReplicate(b, minimiser.Estimate(1), q, minimiser.Estimate(2));
     });
-    m.GammaNu = finalNu;
-    m.GammaBeta = finalBeta;
     WarnOfFailures(m, failures);
 }

@@ -179,7 +179,7 @@ void clsSingleCohort::LSQFinalEstimates()
 
 float clsSingleCohort::MinLogFunction(float x)
 {
-    if (static_cast<double>(x) > kUpperLimit)
+    if (BeyondLimit(x))
         return kFarPenalty;
     // A start below MinPop is not turned away: the variance of its trajectory stands, unlike in the gamma
     // objective and in the other models. Deliberate.
@@ -190,7 +190,7 @@ float clsSingleCohort::MinLogFunction(float x)
 
 float clsSingleCohort::MinGammaFunction(float x)
 {
-    if (static_cast<double>(x) > kUpperLimit)
+    if (BeyondLimit(x))
         return kFarPenalty;
     if (x < m.MinPop)
         return kPenalty;

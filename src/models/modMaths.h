@@ -8,12 +8,12 @@
 namespace modMaths
 {
 
-double GammaQ(double a, double x); ///< upper tail Q(a, x); Wilson-Hilferty 1931 above a = 200
-double GammaP(double a, double x); ///< 1 - GammaQ(a, x)
-double NormalP(double z);          ///< standard normal distribution function, with root 1/2 taken as 0.7071
-double ErfComp(double x);          ///< complementary error function, ten-term Chebyshev fit
-double Digamma(double x);          ///< algorithm AS 103 (Bernardo 1976)
-double LnMinusDigamma(double x);   ///< ln(x) - digamma(x)
+double GammaQ(double a, double x);   ///< upper tail Q(a, x); Wilson-Hilferty 1931 above a = 200
+double GammaP(double a, double x);   ///< 1 - GammaQ(a, x)
+double NormalP(double z);            ///< standard normal distribution function, with root 1/2 taken as 0.7071
+double ErfComp(double x);            ///< complementary error function, ten-term Chebyshev fit
+double Digamma(double x);            ///< algorithm AS 103 (Bernardo 1976)
+double LnMinusDigamma(double x);     ///< ln(x) - digamma(x)
 double AsymLnMinusDigamma(double x); ///< asymptotic series of the same
 
 /// Decimal exponent of x > 0. Deliberate: the upper branch tests against 9, so 9.5 gives 1. Does not end for

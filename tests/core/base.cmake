@@ -1,2 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# velt_core_test(base SOURCES ... )
+velt_core_test(base SOURCES
+  Array1_test.cpp
+  Checked_test.cpp
+  ErrorReporter_test.cpp
+  NumberText_test.cpp
+  StringTable_test.cpp
+  Utilities_test.cpp
+  Windows1252_test.cpp
+  modVeltGlobals_test.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)

@@ -1,2 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# velt_core_test(data SOURCES ... )
+velt_core_test(data SOURCES
+  ColumnConversions_test.cpp
+  ImportText_test.cpp
+  NumberFormat_test.cpp
+  clsVeltData_test.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)

@@ -1,2 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# velt_core_test(files SOURCES ... )
+velt_core_test(files SOURCES
+  AsciiText_test.cpp
+  AsciiWizard_test.cpp
+  ReadWholeFile_test.cpp)

@@ -1,2 +1,4 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# velt_core_test(fit SOURCES ... )
+velt_core_test(fit SOURCES
+  InputParams_test.cpp
+  MinimiserOptions_test.cpp)

@@ -1,2 +1,3 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# velt_core_test(graphs SOURCES ... )
+velt_core_test(graphs SOURCES
+  ModelGraph_test.cpp)

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Ports.h"
+#include "batch/FitRequest.h"
+
+#include <string>
+#include <vector>
+
+/// The person at the desk, played by a command line: every question of the workflow is answered from the
+/// request, and what the program says is kept for the terminal. It decides nothing the request does not hold;
+/// a question without an answer there is cancelled.
+class BatchUser : public IUser
+{
+public:
+    /// `request` must outlive the user.
+    explicit BatchUser(const FitRequest& request) : m_request(request) {}
+
+    std::vector<std::string> messages;  ///< texts of the boxes, in order
+    std::string usageError;             ///< a heading or grid title that does not exist
+    std::vector<std::string> headings;  ///< the file's own headings, when the import sees others
+    std::vector<std::string> available; ///< titles of the models that the data allow
+    bool modelMissing = false;          ///< the wanted model was not among them
+    bool startMissing = false;          ///< starting values were asked for and not in the request
+
+    bool Said(const std::string& text) const; ///< a box had exactly this text
+    /// Every message, one a line, or `otherwise` when there was none.
+    std::string AllMessages(const std::string& otherwise) const;
+
+    Answer Show(const Message& message) override;
+    std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& suggestion) override;
+    bool AskSelection(Selection& selection) override;
+    bool AskRange(RangeQuestion& question) override;
+    bool AskInputParams(InputParams& params) override;
+    bool AskStartVals(StartVals& starts) override;
+    bool AskContourRange(ContourRange& range) override;
+    bool AskOptions(MinimiserOptions& options) override;
+    bool AskAsciiWizard(AsciiWizard& wizard) override;
+
+private:
+    int TextColumn(const AsciiWizard& wizard, const std::string& heading) const;
+    const FitRequest& m_request;
+    bool m_startTyped = false;
+};

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "fit/MinimiserOptions.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One job of velt-batch: what the command line asked for, checked as far as that goes without the data.
+struct FitRequest {
+    /// A text column, by its heading, that fills a column of the data set, by its grid title.
+    struct Assignment {
+        std::string heading;
+        std::string gridTitle;
+    };
+    struct StartingValue {
+        std::string parameter; ///< "N1", "Lambda", "K" or "R"
+        double value = 0.0;
+    };
+
+    std::string file;
+    bool commaSeparated = false; ///< the file came through --csv-data
+    std::string timeColumn;
+    std::vector<Assignment> columns;
+
+    std::int32_t model = 1;
+    std::int32_t errorModel = 1;
+    std::optional<float> mort; ///< those not given keep the defaults of a new fit
+    std::optional<float> initialProportion;
+    std::optional<float> z;
+    std::optional<std::int16_t> lag;
+    std::vector<std::int32_t> exclude; ///< time labels
+    std::vector<StartingValue> start;
+    std::vector<std::string> fix; ///< parameters held at their starting values
+
+    MinimiserOptions minimiser;
+    bool bootstraps = false; ///< their number stands in `minimiser`
+    std::optional<std::uint64_t> seed;
+    std::optional<double> ciLow, ciHigh;
+
+    bool json = false;
+    std::optional<std::string> csvDir;
+    std::optional<std::string> plotsDir;
+    std::optional<std::int16_t> contours; ///< points along each axis
+
+    bool SetsStart() const { return !start.empty() || !fix.empty(); }
+};
+
+/// The words of the command line for models 1 to 6 and for error models 1 to 4.
+const std::vector<std::string>& ModelNames();
+const std::vector<std::string>& ErrorModelNames();
+
+/// The parameters of model 1 to 6 that take a starting value, in the order of the model.
+const std::vector<std::string>& StartingParameters(std::int32_t model);

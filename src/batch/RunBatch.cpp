@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/RunBatch.h"
+
+#include "base/Run.h"
+#include "base/StringTable.h"
+#include "batch/BatchFailure.h"
+#include "batch/BatchUser.h"
+#include "batch/BatchWindow.h"
+#include "batch/CommandLine.h"
+#include "batch/FitTables.h"
+#include "batch/ReadTable.h"
+#include "batch/WriteCsv.h"
+#include "batch/WriteJson.h"
+#include "batch/WritePlots.h"
+#include "data/clsVeltData.h"
+#include "engines/RandomSource.h"
+#include "fit/ParameterReport.h"
+#include "fit/clsMethManager.h"
+
+namespace
+{
+/// One job: the ports of a run and what the workflow needs, as the desktop has them.
+struct Job {
+    explicit Job(const FitRequest& asked)
+        : request(asked), user(asked), random(asked.seed ? RandomSource(*asked.seed) : RandomSource()),
+          run(user, window, meter, random), data(run), manager(run)
+    {
+    }
+    const FitRequest& request;
+    BatchUser user;
+    BatchWindow window;
+    BatchMeter meter;
+    RandomSource random;
+    Run run;
+    clsVeltData data;
+    clsMethManager manager;
+};
+
+/// What the user would have read, with the one hint that a screen gives by asking.
+std::string Messages(const Job& job)
+{
+    std::string text = job.user.AllMessages("The fit ended without a message.");
+    if (job.user.startMissing)
+        text += " (--start " + StartingParameters(job.request.model).front() + "=...)";
+    return text;
+}
+
+/// The grid titles of the columns that the model needs, derived ones included.
+std::string NeededColumns(const Job& job)
+{
+    const bool weights = models::IsProduction(job.request.model);
+    std::vector<int> needed{columns::Effort, weights ? columns::CatchWt : columns::CatchNums,
+                            weights ? columns::TotCatchWt : columns::TotCatchNums};
+    if (job.request.model == models::kRecruitmentIndex)
+        needed.push_back(columns::RecruitIndex);
+    std::string all;
+    for (const int column : needed)
+        all += (all.empty() ? "\"" : ", \"") + job.run.globals.ColumnDisplayNames(column) + "\"";
+    return all;
+}
+
+[[noreturn]] void RefuseData(const Job& job)
+{
+    std::string available;
+    for (const std::string& title : job.user.available)
+        available += "\n  " + title;
+    throw BatchFailure(
+        ExitStatus::BadData,
+        "This model needs the columns " + NeededColumns(job) +
+            ", given or derived from others; the table lacks some of them." +
+            (available.empty() ? " No model is available for it." : " It allows:" + available));
+}
+
+void Fit(Job& job)
+{
+    job.manager.Create(job.data);
+    job.manager.MinimisationOptions();
+    job.manager.FitNewModel(false);
+    if (job.manager.MethDefined())
+        return;
+    if (job.user.modelMissing || job.user.Said(LoadResString(1909)))
+        RefuseData(job);
+    const bool fewPoints = job.user.Said(LoadResString(1908));
+    throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, Messages(job),
+                       job.manager.LastExcuse());
+}
+
+void Bootstrap(Job& job, FitTables& tables)
+{
+    job.manager.GenerateBootStraps();
+    if (!job.manager.IsBSDone())
+        throw BatchFailure(ExitStatus::FitFailed, Messages(job), job.manager.Method()->Excuse());
+    if (!job.manager.GetUserConfidenceIntervals())
+        throw BatchFailure(ExitStatus::BadUsage, "--ci: " + Messages(job));
+    job.manager.DisplayBootStrapHistograms();
+    AddBootstraps(tables, job.manager);
+}
+
+void PrepareOutput(const FitRequest& request)
+{
+    if (request.plotsDir && !CanDraw())
+        WritePlots({}, *request.plotsDir); // refuses, before a fit is made in vain
+    if (request.plotsDir)
+        MakeDirectory("--plots", *request.plotsDir);
+    if (request.csvDir)
+        MakeDirectory("--csv", *request.csvDir);
+}
+
+void WriteFiles(const Job& job, const FitTables& tables)
+{
+    const FitRequest& request = job.request;
+    if (request.csvDir)
+        WriteCsv(tables, *request.csvDir);
+    if (request.contours && job.window.contours)
+        WriteContourCsv(*job.window.contours, request.csvDir.value_or("."));
+    if (request.plotsDir)
+        WritePlots(job.window, *request.plotsDir);
+}
+
+void DoJob(const FitRequest& request, std::ostream& out)
+{
+    PrepareOutput(request);
+    Job job(request);
+    ReadTable(job.data, job.user, request);
+    Fit(job);
+    FitTables tables = TablesOf(job.manager, job.data);
+    if (request.bootstraps)
+        Bootstrap(job, tables);
+    WriteFiles(job, tables);
+    out << (request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText());
+}
+
+int Tell(const BatchFailure& failure, bool json, std::ostream& out, std::ostream& err)
+{
+    err << "velt-batch: " << failure.message << "\n";
+    if (json && failure.status == ExitStatus::FitFailed)
+        out << JsonOf(failure);
+    return static_cast<int>(failure.status);
+}
+} // namespace
+
+int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    bool json = false;
+    try {
+        const std::optional<FitRequest> request = ParseCommandLine(arguments, out);
+        if (!request)
+            return static_cast<int>(ExitStatus::Done);
+        json = request->json;
+        DoJob(*request, out);
+        return static_cast<int>(ExitStatus::Done);
+    } catch (const BatchFailure& failure) {
+        return Tell(failure, json, out, err);
+    } catch (const VeltError& error) {
+        return Tell({ExitStatus::FitFailed, error.description}, json, out, err);
+    } catch (const std::exception& error) { // out of memory and the like
+        return Tell({ExitStatus::FitFailed, error.what()}, json, out, err);
+    }
+}

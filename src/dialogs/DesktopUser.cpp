@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dialogs/DesktopUser.h"
+
+#include "dialogs/RangeDialog.h"
+#include "dialogs/SelectionDialog.h"
+#include "dialogs/frmASCIIWizard.h"
+#include "dialogs/frmContourRange.h"
+#include "dialogs/frmInputParams.h"
+#include "dialogs/frmOptions.h"
+#include "dialogs/frmStartVals.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace
+{
+QMessageBox::Icon IconOf(Icon icon)
+{
+    switch (icon) {
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Critical:
+        return QMessageBox::Critical;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ButtonsOf(Buttons buttons)
+{
+    switch (buttons) {
+    case Buttons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case Buttons::RetryCancel:
+        return QMessageBox::Retry | QMessageBox::Cancel;
+    case Buttons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+Answer AnswerOf(int button)
+{
+    switch (button) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Retry:
+        return Answer::Retry;
+    case QMessageBox::Ok:
+        return Answer::Ok;
+    default:
+        return Answer::Cancel;
+    }
+}
+
+/// The busy pointer of long work would say "do not click" over a box that waits for a click.
+class PlainPointer
+{
+public:
+    PlainPointer() : m_set(QApplication::overrideCursor() != nullptr)
+    {
+        if (m_set)
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PlainPointer()
+    {
+        if (m_set)
+            QApplication::restoreOverrideCursor();
+    }
+    PlainPointer(const PlainPointer&) = delete;
+    PlainPointer& operator=(const PlainPointer&) = delete;
+
+private:
+    bool m_set;
+};
+} // namespace
+
+/// The dialog in front, when one asks something on its own behalf; else the main window.
+QWidget* DesktopUser::Over() const
+{
+    QWidget* dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : m_parent;
+}
+
+Answer DesktopUser::Show(const Message& message)
+{
+    const PlainPointer pointer;
+    QMessageBox box(IconOf(message.icon), QString::fromStdString(message.title),
+                    QString::fromStdString(message.text), ButtonsOf(message.buttons), Over());
+    box.setTextFormat(Qt::PlainText);
+    if (message.buttons == Buttons::YesNo)
+        box.setEscapeButton(QMessageBox::No);
+    return AnswerOf(box.exec());
+}
+
+std::optional<std::string> DesktopUser::InputBox(const std::string& prompt, const std::string& title,
+                                                 const std::string& suggestion)
+{
+    const PlainPointer pointer;
+    bool ok = false;
+    const QString text =
+        QInputDialog::getText(Over(), QString::fromStdString(title), QString::fromStdString(prompt),
+                              QLineEdit::Normal, QString::fromStdString(suggestion), &ok);
+    return ok ? std::optional(text.toStdString()) : std::nullopt;
+}
+
+bool DesktopUser::AskSelection(Selection& selection)
+{
+    const PlainPointer pointer;
+    return SelectionDialog::Ask(*this, selection, Over());
+}
+
+bool DesktopUser::AskRange(RangeQuestion& question)
+{
+    const PlainPointer pointer;
+    return RangeDialog::Ask(*this, question, Over());
+}
+
+bool DesktopUser::AskInputParams(InputParams& params)
+{
+    const PlainPointer pointer;
+    return frmInputParams::Ask(*this, params, Over());
+}
+
+bool DesktopUser::AskStartVals(StartVals& starts)
+{
+    const PlainPointer pointer;
+    return frmStartVals::Ask(*this, starts, Over());
+}
+
+bool DesktopUser::AskContourRange(ContourRange& range)
+{
+    const PlainPointer pointer;
+    return frmContourRange::Ask(*this, range, Over());
+}
+
+bool DesktopUser::AskOptions(MinimiserOptions& options)
+{
+    const PlainPointer pointer;
+    return frmOptions::Ask(*this, options, Over());
+}
+
+bool DesktopUser::AskAsciiWizard(AsciiWizard& wizard)
+{
+    const PlainPointer pointer;
+    return frmASCIIWizard::Ask(Over(), wizard);
+}

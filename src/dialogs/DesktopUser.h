@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Ports.h"
+
+class QWidget;
+
+/// The person at the screen: questions become modal boxes and dialogs over the main window.
+class DesktopUser : public IUser
+{
+public:
+    /// `parent`: the window the boxes stand over; it must outlive this object.
+    explicit DesktopUser(QWidget* parent) : m_parent(parent) {}
+
+    Answer Show(const Message& message) override;
+    std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& suggestion) override;
+    bool AskSelection(Selection& selection) override;
+    bool AskRange(RangeQuestion& question) override;
+    bool AskInputParams(InputParams& params) override;
+    bool AskStartVals(StartVals& starts) override;
+    bool AskContourRange(ContourRange& range) override;
+    bool AskOptions(MinimiserOptions& options) override;
+    bool AskAsciiWizard(AsciiWizard& wizard) override;
+
+private:
+    QWidget* Over() const;
+
+    QWidget* m_parent;
+};

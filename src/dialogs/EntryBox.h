@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "models/StartVals.h"
+
+#include <QLineEdit>
+#include <functional>
+#include <string>
+#include <utility>
+
+/// One line of a form that knows the rule of its field. It selects its whole text on getting the focus and
+/// says when the user leaves it; it shows no message itself, the form does.
+class EntryBox : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    /// What the rule says of a typed text.
+    struct Verdict {
+        bool taken = false;
+        std::string text; ///< taken: the text to show from now on; refused: the sentence, possibly empty
+    };
+    using Rule = std::function<Verdict(const std::string& typed)>;
+
+    /// `digits`: how many figures the box is wide enough for.
+    EntryBox(const char* name, int digits, Rule rule, QWidget* parent = nullptr);
+
+    /// Asks the rule about the present text; a text that is taken may be rewritten in its normal form.
+    Verdict Judge();
+
+signals:
+    /// The user went elsewhere in the form, by key or mouse.
+    void Left(Qt::FocusReason reason);
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    Rule m_rule;
+};
+
+/// The rule of a box whose value goes to `target`, read by `read`. With `show` the box then shows the value
+/// in its normal form, without it the text as it was typed.
+template <typename T>
+EntryBox::Rule StoreIn(T& target, std::function<Reading<T>(std::string_view)> read,
+                       std::function<std::string(T)> show = {})
+{
+    return [&target, read = std::move(read), show = std::move(show)](const std::string& typed) {
+        const Reading<T> reading = read(typed);
+        if (const auto* sentence = std::get_if<std::string>(&reading))
+            return EntryBox::Verdict{false, *sentence};
+        target = std::get<T>(reading);
+        return EntryBox::Verdict{true, show ? show(target) : typed};
+    };
+}

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dialogs/FormDialog.h"
+
+#include "dialogs/Words.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+FormDialog::FormDialog(IUser& user, const QString& title, QWidget* parent)
+    : QDialog(parent), m_user(user), m_body(new QVBoxLayout)
+{
+    setWindowTitle(title);
+    auto* outer = new QVBoxLayout(this);
+    outer->addLayout(m_body);
+    outer->setSizeConstraint(QLayout::SetFixedSize); // follows rows that come and go
+}
+
+void FormDialog::AddButtons(int okId, int cancelId)
+{
+    m_buttons = new QDialogButtonBox;
+    QPushButton* ok = m_buttons->addButton(Words(okId), QDialogButtonBox::AcceptRole);
+    ok->setObjectName("cmdOK");
+    ok->setDefault(true);
+    m_buttons->addButton(Words(cancelId), QDialogButtonBox::RejectRole)->setObjectName("cmdCancel");
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
+    layout()->addWidget(m_buttons);
+}
+
+EntryBox* FormDialog::AddBox(const char* name, int digits, EntryBox::Rule rule)
+{
+    auto* box = new EntryBox(name, digits, std::move(rule), this);
+    // Queued: the focus has then arrived where it was going, and a message box may take it.
+    connect(
+        box, &EntryBox::Left, this, [this, box](Qt::FocusReason reason) { OnLeft(box, reason); },
+        Qt::QueuedConnection);
+    m_boxes.push_back(box);
+    return box;
+}
+
+void FormDialog::SayAt(EntryBox* box, const std::string& sentence)
+{
+    if (!sentence.empty())
+        m_user.Show({.text = sentence});
+    box->setFocus();
+    box->selectAll();
+}
+
+bool FormDialog::JudgeAt(EntryBox* box)
+{
+    const EntryBox::Verdict verdict = box->Judge();
+    if (!verdict.taken)
+        SayAt(box, verdict.text);
+    return verdict.taken;
+}
+
+/// Cancel closes without a message whatever a box holds, a button that sets all boxes anew needs none of
+/// them, and a click on OK judges every box itself.
+bool FormDialog::LeavesUnjudged(QWidget* next, Qt::FocusReason reason) const
+{
+    auto* button = qobject_cast<QAbstractButton*>(next);
+    switch (button ? m_buttons->buttonRole(button) : QDialogButtonBox::InvalidRole) {
+    case QDialogButtonBox::RejectRole:
+    case QDialogButtonBox::ResetRole:
+        return true;
+    case QDialogButtonBox::AcceptRole:
+        return reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;
+    default:
+        return false;
+    }
+}
+
+void FormDialog::OnLeft(EntryBox* box, Qt::FocusReason reason)
+{
+    QWidget* next = focusWidget();
+    if (!isVisible() || next == box || !box->isVisibleTo(this) || LeavesUnjudged(next, reason))
+        return;
+    if (JudgeAt(box))
+        BoxTaken();
+}
+
+void FormDialog::accept()
+{
+    for (EntryBox* box : m_boxes) {
+        if (box->isVisibleTo(this) && !JudgeAt(box))
+            return;
+    }
+    if (TakeForm())
+        QDialog::accept();
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/GraphWindows.h"
+
+#include "graphs/ModelGraph.h"
+#include "views/frmGraph.h"
+#include "views/frmModelGraph.h"
+
+#include <QScreen>
+#include <algorithm>
+
+GraphWindows::GraphWindows(QWidget& main) : m_main(main) {}
+
+GraphWindows::~GraphWindows()
+{
+    Clear(false);
+}
+
+void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
+{
+    std::erase_if(m_windows, [&](const auto& window) { return window->Graph().Title() == graph->Title(); });
+    m_windows.push_back(std::make_unique<frmModelGraph>(std::move(graph)));
+    Place(*m_windows.back());
+    m_windows.back()->show();
+}
+
+void GraphWindows::Clear(bool histogramsOnly)
+{
+    if (histogramsOnly) {
+        std::erase_if(m_windows,
+                      [](const auto& window) { return window->Graph().Type() == GraphType::Histogram; });
+        return;
+    }
+    m_windows.clear();
+    for (const QPointer<frmGraph>& surface : m_surfaces) {
+        if (surface)
+            surface->close();
+    }
+    m_surfaces.clear();
+    m_placed = 0;
+}
+
+std::unique_ptr<VELT_ContourPlot> GraphWindows::NewContourPlot()
+{
+    return std::make_unique<ContourWindowPlot>(nullptr, [this](frmGraph& surface) {
+        std::erase_if(m_surfaces, [](const QPointer<frmGraph>& old) { return old.isNull(); });
+        m_surfaces.emplace_back(&surface);
+        Place(surface);
+    });
+}
+
+void GraphWindows::BringForward(std::size_t position)
+{
+    frmModelGraph& window = *m_windows.at(position);
+    if (window.isMinimized())
+        window.showNormal();
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+std::vector<std::string> GraphWindows::UserTitles() const
+{
+    std::vector<std::string> titles;
+    titles.reserve(m_windows.size());
+    for (const auto& window : m_windows)
+        titles.push_back(window->Graph().UserTitle());
+    return titles;
+}
+
+/// Each window a title bar lower and further right than the one before, starting anew at the screen's edge.
+void GraphWindows::Place(QWidget& window)
+{
+    const QRect screen = m_main.screen()->availableGeometry();
+    const int step = m_main.fontMetrics().height() * 2;
+    const QPoint start = m_main.frameGeometry().topLeft() + QPoint(4 * step, 3 * step);
+    const int roomDown = (screen.bottom() - start.y() - window.sizeHint().height()) / step;
+    const int inOneRun = std::clamp(roomDown, 3, 12);
+    window.move(start + QPoint(step, step) * (m_placed % inOneRun) +
+                QPoint(2 * step, 0) * (m_placed / inOneRun));
+    ++m_placed;
+}

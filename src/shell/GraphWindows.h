@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPointer>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+class ModelGraph;
+class QWidget;
+class VELT_ContourPlot;
+class frmGraph;
+class frmModelGraph;
+
+/// The open graph windows in the order they came, no two of one title, and the likelihood surfaces, which
+/// have no place in the list. It decides where on the screen a new one appears.
+class GraphWindows
+{
+public:
+    /// `main`: the window the others cascade from; it must outlive this object.
+    explicit GraphWindows(QWidget& main);
+    ~GraphWindows();
+
+    /// Shows a window for `graph`; one of the same title goes.
+    void Add(std::shared_ptr<ModelGraph> graph);
+
+    /// Closes all windows and surfaces, or the histograms alone.
+    void Clear(bool histogramsOnly);
+
+    std::unique_ptr<VELT_ContourPlot> NewContourPlot();
+
+    /// Shows the window at `position` (from 0), also after its close box has hidden it.
+    void BringForward(std::size_t position);
+
+    bool Empty() const { return m_windows.empty(); }
+    /// The titles as the user may have edited them, in order.
+    std::vector<std::string> UserTitles() const;
+    const frmModelGraph* At(std::size_t position) const { return m_windows.at(position).get(); }
+
+private:
+    void Place(QWidget& window);
+
+    QWidget& m_main;
+    std::vector<std::unique_ptr<frmModelGraph>> m_windows;
+    std::vector<QPointer<frmGraph>> m_surfaces; ///< a surface deletes itself when it is closed
+    int m_placed = 0;
+};

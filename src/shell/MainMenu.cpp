@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/MainMenu.h"
+
+#include "dialogs/Words.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+/// One entry of a menu; without a name, a separator.
+struct MainMenu::Entry {
+    const char* name = nullptr;
+    int captionId = 0;
+    bool built = false;
+    QKeySequence keys = {};
+};
+
+MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
+{
+    const Entry separator;
+    AddMenu("mnuFile", 1,
+            {{"mnuNew", 2, false},
+             {"mnuOpen", 3, true, QKeySequence::Open},
+             separator,
+             {"mnuSave", 5, false},
+             {"mnuSaveAs", 6, false},
+             separator,
+             {"mnuPrint", 8, false},
+             {"mnuTextExport", 9, false},
+             separator,
+             {"mnuClose", 12, true, QKeySequence::Close},
+             {"mnuExit", 13, true, QKeySequence::Quit}});
+    AddMenu("mnuEdit", 14,
+            {{"mnuEditMode", 15, false},
+             separator,
+             {"mnuFileDescription", 17, false},
+             separator,
+             {"mnuDeleteRow", 19, false},
+             {"mnuInsertRow", 20, false},
+             {"mnuDeleteColumn", 21, false},
+             {"mnuInsertColumn", 22, false},
+             {"mnuAddRow", 23, false},
+             {"mnuCut", 24, false},
+             {"mnuCopy", 25, false},
+             {"mnuPaste", 26, false},
+             separator,
+             {"mnuFormat", 28, false},
+             {"mnuNumber", 29, false}});
+    AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}});
+    AddMenu("mnuFit", 32,
+            {{"mnuNewModel", 33, true},
+             {"mnuNewParams", 34, true},
+             {"mnuParameters", 35, true},
+             separator,
+             {"mnuGenerateConfInts", 37, true},
+             {"mnuDisplayConfInts", 38, true},
+             separator,
+             {"mnuFitManager", 40, false}});
+    AddMenu("mnuProjections", 41,
+            {{"mnuViewProj", 42, false}, {"mnuProject", 43, false}, {"mnuProjWithCI", 44, false}});
+    m_graphs = AddMenu("mnuGraph", 45, {});
+    AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
+    AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
+}
+
+QMenu* MainMenu::AddMenu(const char* name, int captionId, const std::vector<Entry>& entries)
+{
+    QMenu* menu = m_window.menuBar()->addMenu(Words(captionId));
+    menu->setObjectName(QString::fromLatin1(name));
+    menu->setToolTipsVisible(true);
+    connect(menu, &QMenu::aboutToShow, this, &MainMenu::AboutToShow);
+    for (const Entry& entry : entries)
+        AddEntry(menu, entry);
+    m_menus[menu->objectName()] = menu;
+    return menu;
+}
+
+void MainMenu::AddEntry(QMenu* menu, const Entry& entry)
+{
+    if (!entry.name) {
+        menu->addSeparator();
+        return;
+    }
+    QAction* action = menu->addAction(Words(entry.captionId));
+    action->setObjectName(QString::fromLatin1(entry.name));
+    if (!entry.built) {
+        action->setEnabled(false);
+        action->setToolTip(tr("Not in this version yet"));
+        return;
+    }
+    action->setToolTip({});
+    action->setShortcut(entry.keys);
+    connect(action, &QAction::triggered, this, [this, action] { emit Chosen(action->objectName()); });
+    m_actions[action->objectName()] = action;
+}
+
+void MainMenu::Apply(const MenuState& state)
+{
+    const std::map<QString, bool> menus{{"mnuFile", state.file},       {"mnuEdit", state.edit},
+                                        {"mnuData", state.data},       {"mnuFit", state.fit},
+                                        {"mnuGraph", state.graph},     {"mnuProjections", state.projections},
+                                        {"mnuOptions", state.options}, {"mnuHelp", state.help}};
+    for (const auto& [name, enabled] : menus)
+        m_menus.at(name)->setEnabled(enabled);
+
+    // An entry under a disabled menu could still be reached by its keys.
+    const std::map<QString, bool> entries{{"mnuOpen", state.file && state.open},
+                                          {"mnuClose", state.file && state.close},
+                                          {"mnuDataPlots", state.data && state.dataPlots},
+                                          {"mnuNewModel", state.fit && state.newModel},
+                                          {"mnuNewParams", state.fit && state.newParams},
+                                          {"mnuParameters", state.fit && state.parameters},
+                                          {"mnuGenerateConfInts", state.fit && state.generateConfInts},
+                                          {"mnuDisplayConfInts", state.fit && state.displayConfInts},
+                                          {"mnuSettings", state.options}};
+    for (const auto& [name, enabled] : entries)
+        m_actions.at(name)->setEnabled(enabled);
+}
+
+void MainMenu::ListGraphs(const std::vector<std::string>& titles)
+{
+    m_graphs->clear();
+    int position = 0;
+    for (const std::string& title : titles) {
+        QString caption = QString::fromStdString(title);
+        QAction* action = m_graphs->addAction(caption.replace('&', "&&")); // a title has no mnemonic
+        action->setObjectName("mnuWindowList" + QString::number(position));
+        connect(action, &QAction::triggered, this, [this, position] { emit GraphChosen(position); });
+        ++position;
+    }
+}

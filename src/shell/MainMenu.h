@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/MenuState.h"
+
+#include <QObject>
+#include <QString>
+#include <map>
+#include <string>
+#include <vector>
+
+class QAction;
+class QMainWindow;
+class QMenu;
+
+/// The menus of the main window: captions, names and what is enabled. What a command does is told by whoever
+/// listens to `Chosen`.
+class MainMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Fills the menu bar of `window`, which owns everything made here.
+    explicit MainMenu(QMainWindow& window);
+
+    void Apply(const MenuState& state);
+
+    /// Rebuilds the list under "Graph": one entry a window, in this order.
+    void ListGraphs(const std::vector<std::string>& titles);
+
+signals:
+    /// `command` is the entry's name ("mnuOpen").
+    void Chosen(const QString& command);
+    /// Position of the graph in the list, from 0.
+    void GraphChosen(int position);
+    void AboutToShow();
+
+private:
+    struct Entry;
+    QMenu* AddMenu(const char* name, int captionId, const std::vector<Entry>& entries);
+    void AddEntry(QMenu* menu, const Entry& entry);
+
+    QMainWindow& m_window;
+    QMenu* m_graphs = nullptr;
+    std::map<QString, QMenu*> m_menus;
+    std::map<QString, QAction*> m_actions; ///< those that are built
+};

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Lines of equal height over a rectangular grid, by marching squares.
+#pragma once
+
+#include <vector>
+
+namespace contour_lines
+{
+
+struct Point {
+    double x = 0.0;
+    double y = 0.0;
+};
+
+/// A line through the crossings of grid edges; a closed one ends at its first point.
+using Line = std::vector<Point>;
+
+/// `count` levels between `low` and `high`, evenly spaced and without the two ends themselves; none unless
+/// low < high.
+std::vector<double> Levels(double low, double high, int count);
+
+/// The lines on which z, linear along the edges of the grid, equals `level`. Cells with a corner that is no
+/// finite number are left out. Saddles are parted by the mean of their corners.
+///
+/// \param x, y  ascending positions
+/// \param z     z[i][j] at (x[i], y[j])
+std::vector<Line> Trace(const std::vector<double>& x, const std::vector<double>& y,
+                        const std::vector<std::vector<double>>& z, double level);
+
+} // namespace contour_lines

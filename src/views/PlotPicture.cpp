@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "views/PlotPicture.h"
+
+#include "views/PlotStyle.h"
+
+#include <QFileInfo>
+#include <QPageSize>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+#include <qcustomplot.h>
+
+#include <cmath>
+
+namespace
+{
+
+constexpr double kPointsPerInch = 72.0;
+constexpr double kInchesPerMetre = 1.0 / 0.0254;
+
+// Fonts are measured at the screen's resolution while the plot is laid out, so vectors are drawn at it too.
+int LayoutDpi(const QCustomPlot& plot)
+{
+    return plot.logicalDpiX();
+}
+
+bool DrawVectors(QCustomPlot& plot, QPaintDevice& device, QSize size)
+{
+    QCPPainter painter;
+    if (!painter.begin(&device))
+        return false;
+    painter.setMode(QCPPainter::pmVectorized);
+    painter.setMode(QCPPainter::pmNoCaching);
+    painter.fillRect(QRect(QPoint(0, 0), size), Qt::white);
+    plot.toPainter(&painter, size.width(), size.height());
+    return painter.end();
+}
+
+bool DrawSvg(QCustomPlot& plot, QIODevice& file, QSize size)
+{
+    QSvgGenerator svg;
+    svg.setOutputDevice(&file);
+    svg.setTitle(plot_style::TitleText(plot));
+    svg.setDescription(QStringLiteral("Drawn by VELT 3.0"));
+    svg.setResolution(LayoutDpi(plot));
+    svg.setSize(size);
+    svg.setViewBox(QRect(QPoint(0, 0), size));
+    return DrawVectors(plot, svg, size);
+}
+
+bool DrawPdf(QCustomPlot& plot, QIODevice& file, QSize size)
+{
+    QPdfWriter pdf(&file);
+    const int dpi = LayoutDpi(plot);
+    pdf.setResolution(dpi);
+    pdf.setPageSize(
+        QPageSize(QSizeF(size) * kPointsPerInch / dpi, QPageSize::Point, QString(), QPageSize::ExactMatch));
+    pdf.setTitle(plot_style::TitleText(plot));
+    pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
+    return DrawVectors(plot, pdf, size);
+}
+
+} // namespace
+
+QImage PlotImage(QCustomPlot& plot, QSize size)
+{
+    plot_style::FitLegend(plot, size.width());
+    QImage image = plot.toPixmap(size.width(), size.height(), kPictureScale).toImage();
+    const int dotsPerMetre = static_cast<int>(std::lround(LayoutDpi(plot) * kPictureScale * kInchesPerMetre));
+    image.setDotsPerMeterX(dotsPerMetre);
+    image.setDotsPerMeterY(dotsPerMetre);
+    plot_style::FitLegend(plot, plot.width()); // the window keeps its own arrangement
+    return image;
+}
+
+bool SavePlot(QCustomPlot& plot, const QString& path, QSize size)
+{
+    const QString ending = QFileInfo(path).suffix().toLower();
+    if (size.isEmpty() || !QStringList{"png", "svg", "pdf"}.contains(ending))
+        return false;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    bool drawn = false;
+    if (ending == "png") {
+        drawn = PlotImage(plot, size).save(&file, "PNG");
+    } else {
+        plot_style::FitLegend(plot, size.width());
+        drawn = ending == "svg" ? DrawSvg(plot, file, size) : DrawPdf(plot, file, size);
+        plot_style::FitLegend(plot, plot.width());
+    }
+    return drawn && file.commit();
+}

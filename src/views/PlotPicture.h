@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+class QCustomPlot;
+
+/// Size of a picture that no window gives a size to, in logical pixels (7.5 by 5 inches).
+inline constexpr QSize kPictureSize{720, 480};
+
+/// Dots of a PNG or a copied picture for each logical pixel.
+inline constexpr int kPictureScale = 2;
+
+/// The plot as an image with twice as many dots as `size` says.
+QImage PlotImage(QCustomPlot& plot, QSize size);
+
+/// Writes the plot to `path`: .png with twice the dots, .svg and .pdf as vectors with real text. The file
+/// appears whole or not at all. \return false for another ending, an empty size or a file that cannot be
+/// written.
+bool SavePlot(QCustomPlot& plot, const QString& path, QSize size = kPictureSize);

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <qcustomplot.h>
+
+class QLabel;
+
+/// A window with one plot: the wheel zooms, dragging pans, a double click shows all again, the line below the
+/// plot tells the value under the cursor, and the right button offers the picture. What is drawn and what the
+/// line says is up to the window that builds on it.
+class PlotWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// \param plotName  the plot's object name
+    PlotWindow(const QString& plotName, QWidget* parent);
+
+    QCustomPlot& Plot() const { return *m_plot; }
+    QString StatusText() const;
+
+public slots:
+    /// Shows the ranges that were last remembered.
+    void ResetZoom();
+    /// Asks for a file name and writes the picture.
+    void SavePicture();
+    void CopyPicture();
+
+protected:
+    /// Takes the ranges of now as those that a reset goes back to.
+    void RememberRanges();
+    /// What the status line says for the cursor at `position`, in pixels of the plot, inside the axes.
+    virtual QString ValueAt(const QPointF& position) const = 0;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void OnMouseMove(QMouseEvent* event);
+    void ShowMenu(const QPoint& position);
+
+    QCustomPlot* m_plot;
+    QLabel* m_status;
+    QCPRange m_homeX;
+    QCPRange m_homeY;
+};

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/BatchFailure.h"
+#include "batch/BatchJob.h"
+#include "batch/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace
+{
+/// A line that is accepted, with `more` behind it.
+std::vector<std::string> Line(std::vector<std::string> more)
+{
+    std::vector<std::string> words{
+        "fit", "--data", "a.txt", "--time-column", "Year", "--columns", "C=Tot. Catch Wt,I=Abundance Index"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+FitRequest Accepted(std::vector<std::string> more)
+{
+    std::ostringstream out;
+    return *ParseCommandLine(Line(std::move(more)), out);
+}
+
+std::string RefusalOf(const std::vector<std::string>& words)
+{
+    try {
+        std::ostringstream out;
+        ParseCommandLine(words, out);
+    } catch (const BatchFailure& failure) {
+        EXPECT_EQ(failure.status, ExitStatus::BadUsage);
+        return failure.message;
+    }
+    return "taken";
+}
+
+void ExpectRefused(std::vector<std::string> more, const std::string& part)
+{
+    EXPECT_NE(RefusalOf(Line(std::move(more))).find(part), std::string::npos)
+        << RefusalOf(Line(more)) << " does not say " << part;
+}
+} // namespace
+
+TEST(CommandLine, WhatIsNotGivenStaysWithTheProgramsDefaults)
+{
+    const FitRequest request = Accepted({"--model", "schaefer"});
+
+    EXPECT_EQ(request.model, 5);
+    EXPECT_EQ(request.errorModel, 1);
+    EXPECT_FALSE(request.mort || request.z || request.lag || request.initialProportion || request.seed);
+    EXPECT_EQ(request.minimiser, MinimiserOptions{});
+    EXPECT_FALSE(request.bootstraps || request.json || request.SetsStart());
+}
+
+TEST(CommandLine, EveryModelAndErrorModelHasItsWord)
+{
+    for (std::size_t i = 0; i < ModelNames().size(); ++i)
+        EXPECT_EQ(Accepted({"--model", ModelNames()[i]}).model, static_cast<std::int32_t>(i) + 1);
+    for (std::size_t i = 0; i < ErrorModelNames().size(); ++i)
+        EXPECT_EQ(Accepted({"--model", "fox", "--error", ErrorModelNames()[i]}).errorModel,
+                  static_cast<std::int32_t>(i) + 1);
+}
+
+TEST(CommandLine, TakesEveryInputOfAFit)
+{
+    const FitRequest request = Accepted({"--model", "pella-tomlinson", "--error", "log", "--m", "0.3",
+                                         "--init-proportion", "0.8", "--lag", "2", "--z", "1.5", "--exclude",
+                                         "1971, 1975", "--start", "k=5000,R=0.3", "--fix", "r"});
+
+    EXPECT_EQ(request.mort, 0.3F);
+    EXPECT_EQ(request.initialProportion, 0.8F);
+    EXPECT_EQ(request.lag, std::int16_t{2});
+    EXPECT_EQ(request.z, 1.5F);
+    EXPECT_EQ(request.exclude, (std::vector<std::int32_t>{1971, 1975}));
+    ASSERT_EQ(request.start.size(), 2U);
+    EXPECT_EQ(request.start[0].parameter, "K");
+    EXPECT_EQ(request.start[0].value, 5000.0);
+    EXPECT_EQ(request.fix, (std::vector<std::string>{"R"}));
+}
+
+TEST(CommandLine, TakesTheSettingsOfTheMinimiserAndTheBootstraps)
+{
+    const FitRequest request =
+        Accepted({"--model", "fox", "--max-its", "900", "--ftol", "1e-9", "--xtol", "1e-6", "--converge-on",
+                  "either", "--bootstraps", "50", "--seed", "7", "--ci", "0.1,0.9"});
+
+    EXPECT_EQ(request.minimiser.intMaxIts, 900);
+    EXPECT_EQ(request.minimiser.sngFTOL, 1e-9F);
+    EXPECT_EQ(request.minimiser.sngXTOL, 1e-6F);
+    EXPECT_EQ(request.minimiser.ConvergeOn, 0);
+    EXPECT_EQ(request.minimiser.BS, 50);
+    EXPECT_TRUE(request.bootstraps);
+    EXPECT_EQ(request.seed, 7U);
+    EXPECT_EQ(request.ciLow, 0.1);
+    EXPECT_EQ(request.ciHigh, 0.9);
+}
+
+TEST(CommandLine, AHeadingMayHoldAnEqualsSign)
+{
+    std::ostringstream out;
+    const auto request = ParseCommandLine(
+        {"fit", "--data", "a.txt", "--time-column", "Year", "--columns", "q=1=Effort", "--model", "fox"},
+        out);
+
+    EXPECT_EQ(request->columns.front().heading, "q=1");
+    EXPECT_EQ(request->columns.front().gridTitle, "Effort");
+}
+
+TEST(CommandLine, AWrongValueIsRefusedWithTheSentenceOfItsField)
+{
+    ExpectRefused({"--model", "fox", "--m=-1"}, "--m: Natural Mortality must be >= 0");
+    ExpectRefused({"--model", "fox", "--m", "much"}, "--m: Natural Mortality must be >= 0");
+    ExpectRefused({"--model", "fox", "--init-proportion", "1.1"}, "--init-proportion: Initial Proportion");
+    ExpectRefused({"--model", "fox", "--lag=-1"}, "--lag: Time Lag must be >=0");
+    ExpectRefused({"--model", "fox", "--z", "0"}, "--z: Z shape parameter must be > 0");
+    ExpectRefused({"--model", "fox", "--bootstraps", "1001"}, "--bootstraps: Value must be in the range");
+    ExpectRefused({"--model", "fox", "--max-its", "0"}, "--max-its: Value must be numeric and > 0");
+    ExpectRefused({"--model", "fox", "--ftol", "0"}, "--ftol: Value must be numeric and > 0");
+    ExpectRefused({"--model", "fox", "--start", "K=-5"}, "--start: Starting Value must be >= 0");
+}
+
+TEST(CommandLine, AnUnknownWordIsRefusedWithTheWordsThatExist)
+{
+    ExpectRefused({"--model", "ricker"}, "--model is one of no-recruitment, recruitment-index");
+    ExpectRefused({"--model", "fox", "--error", "normal"}, "--error is one of ls, log, gamma, wls");
+    ExpectRefused({"--model", "fox", "--format", "xml"}, "--format is one of text, json");
+    ExpectRefused({"--model", "fox", "--converge-on", "none"}, "--converge-on is one of both, either");
+    ExpectRefused({"--model", "fox", "--start", "N1=5"}, "this model starts from K and R, not from \"N1\"");
+    ExpectRefused({"--model", "fox", "--unheard-of", "5"}, "--unheard-of");
+}
+
+TEST(CommandLine, WhatIsMissingIsNamed)
+{
+    EXPECT_NE(RefusalOf({"fit"}).find("--data and --csv-data"), std::string::npos);
+    EXPECT_NE(RefusalOf({"fit", "--data", "a.txt"}).find("--time-column"), std::string::npos);
+    EXPECT_NE(RefusalOf({"fit", "--data", "a.txt", "--time-column", "Y"}).find("--columns"),
+              std::string::npos);
+    ExpectRefused({}, "--model names the model to fit; it is missing");
+    EXPECT_NE(RefusalOf({}), "taken");
+    EXPECT_NE(RefusalOf({"fit", "--data", "a", "--csv-data", "b"}), "taken");
+}
+
+TEST(CommandLine, ListsAndPairsMustBeWhole)
+{
+    ExpectRefused({"--model", "fox", "--exclude", "1971,,1972"}, "--exclude: an item of the list");
+    ExpectRefused({"--model", "fox", "--exclude", "1971x"}, "--exclude takes time labels, not \"1971x\"");
+    ExpectRefused({"--model", "fox", "--start", "K"}, "--start takes NAME=VALUE, not \"K\"");
+    ExpectRefused({"--model", "fox", "--bootstraps", "9", "--ci", "0.1"}, "--ci takes two levels");
+    ExpectRefused({"--model", "fox", "--seed=-1"}, "--seed takes a whole number");
+}
+
+TEST(CommandLine, WhatIsNotBuiltYetIsRefusedByName)
+{
+    ExpectRefused({"--model", "fox", "--scenarios", "s.csv"}, "--scenarios is not built yet");
+    ExpectRefused({"--model", "fox", "--project-ci", "Low"}, "--project-ci is not built yet");
+    EXPECT_NE(RefusalOf({"fit", "--data", "Bass.VL3", "--model", "fox"}).find("not built yet"),
+              std::string::npos);
+}
+
+TEST(CommandLine, ARegressionTakesNoStartingValues)
+{
+    ExpectRefused({"--model", "no-recruitment", "--start", "N1=500"}, "takes no starting values");
+    EXPECT_EQ(Accepted({"--model", "no-recruitment", "--error", "log", "--start", "N1=500"}).start.size(),
+              1U);
+    EXPECT_EQ(Accepted({"--model", "schaefer", "--start", "K=500"}).start.size(), 1U);
+}
+
+TEST(CommandLine, OnlyASearchOverTwoParametersHasASurface)
+{
+    ExpectRefused({"--model", "no-recruitment", "--error", "log", "--contours", "9"},
+                  "--contours: this model");
+    ExpectRefused({"--model", "recruitment-index", "--contours", "9"}, "--contours: this model");
+    ExpectRefused({"--model", "fox", "--contours", "0"}, "--contours");
+    EXPECT_EQ(Accepted({"--model", "fox", "--contours", "9"}).contours, std::int16_t{9});
+}
+
+TEST(CommandLine, LimitsNeedBootstraps)
+{
+    ExpectRefused({"--model", "fox", "--ci", "0.1,0.9"}, "--bootstraps");
+}
+
+TEST(CommandLine, HelpIsNoFailure)
+{
+    const BatchJob help = RunJob({"fit", "--help"});
+
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("--time-column"), std::string::npos);
+    EXPECT_TRUE(help.err.empty());
+}

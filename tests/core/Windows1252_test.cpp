@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Windows1252.h"
+
+#include <gtest/gtest.h>
+
+TEST(Windows1252, PlainLettersStayAndOthersBecomeUtf8)
+{
+    EXPECT_EQ(FromWindows1252("Ling 1986"), "Ling 1986");
+    EXPECT_EQ(FromWindows1252("\xE9t\xE9"), "\u00E9t\u00E9");
+    EXPECT_EQ(FromWindows1252("\x80\x96\xFF"), "\u20AC\u2013\u00FF"); // euro, en dash, y with diaeresis
+    EXPECT_EQ(FromWindows1252("\x81"), "\u0081");                     // left open by the page
+}
+
+TEST(Windows1252, EveryByteBecomesWellFormedUtf8)
+{
+    for (int byte = 0; byte < 256; ++byte)
+        EXPECT_TRUE(IsUtf8(FromWindows1252(std::string(1, static_cast<char>(byte))))) << byte;
+}
+
+TEST(Windows1252, IllFormedUtf8IsRecognised)
+{
+    EXPECT_TRUE(IsUtf8(""));
+    EXPECT_TRUE(IsUtf8("\u00E9 \u20AC \U0001F41F"));
+    for (const char* bad : {"\xE9", "\xE9t\xE9", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                            "\xFF", "\x80", "\xE2\x82"})
+        EXPECT_FALSE(IsUtf8(bad));
+}

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "data/clsVeltData.h"
+
+#include "support/ScriptedUser.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace
+{
+class VeltData : public testing::Test
+{
+protected:
+    /// Whether `change` marks a data set as changed.
+    bool Dirties(const std::function<void(clsVeltData&)>& change)
+    {
+        clsVeltData fresh(bench.run);
+        change(fresh);
+        return fresh.IsDirty();
+    }
+
+    Bench bench;
+    clsVeltData data{bench.run};
+};
+
+std::uint32_t NumberOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const VeltError& error) {
+        return error.number;
+    }
+    return 0;
+}
+} // namespace
+
+TEST_F(VeltData, AFreshDataSetHasMinusOneEverywhereNoColumnsAndNoChanges)
+{
+    for (int column = 1; column <= 15; ++column) {
+        for (int row = 1; row <= 200; ++row)
+            ASSERT_EQ(data.DB(column, row), -1.0F);
+        EXPECT_FALSE(data.ColPresent(column));
+        EXPECT_EQ(data.ColFormat(column), "0");
+        EXPECT_EQ(data.DecPlaces(column), 0);
+    }
+    for (int row = 1; row <= 200; ++row) {
+        EXPECT_FALSE(data.Included(row));
+        EXPECT_TRUE(data.ToggledIn(row));
+        EXPECT_EQ(data.NumDPs(row), 0);
+    }
+    EXPECT_EQ(data.NNtPoints(), 0);
+    EXPECT_EQ(data.TimeInts(), 0);
+    EXPECT_EQ(data.DSDesc(), "");
+    EXPECT_EQ(data.DSFName(), "");
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(VeltData, DBLetOfAValueMarksTheSetDirtyEffortLetOfTheSameValueDoesNot)
+{
+    data.Effort(3, 7.0F);
+    EXPECT_FALSE(data.IsDirty());
+    data.DB(columns::Effort, 3, 7.0F);
+    EXPECT_TRUE(data.IsDirty());
+}
+
+TEST_F(VeltData, DSFNameLetLeavesIsDirtyUnchangedDSDescLetSetsIt)
+{
+    data.DSFName("/data/ling.vl3");
+    EXPECT_FALSE(data.IsDirty());
+    data.DSDesc("Ling");
+    EXPECT_TRUE(data.IsDirty());
+    EXPECT_EQ(data.DSFName(), "/data/ling.vl3");
+    EXPECT_EQ(data.DSDesc(), "Ling");
+}
+
+TEST_F(VeltData, ColFormatHoldsAtMost20CharactersALongerFormatIsCut)
+{
+    data.ColFormat(1, "#,##0.0000000000000000");
+    EXPECT_EQ(data.ColFormat(1), "#,##0.00000000000000");
+    EXPECT_EQ(data.ColFormat(1).size(), 20U);
+    data.ColFormat(2, " 0.00 ");
+    EXPECT_EQ(data.ColFormat(2), "0.00");
+}
+
+TEST_F(VeltData, OrigNAPointsLetMakesTheSetDirty)
+{
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.OrigNAPoints(5); }));
+}
+
+TEST_F(VeltData, OnlyTheMembersThatTheUserChangesMarkTheSetDirty)
+{
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.ColFormat(1, "0.0"); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.NumDPs(1, 2); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.TimeInts(1); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.ProjNum(1); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.DecPlaces(1, 1); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.MaxTimeP(1); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.MinTimeP(1); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) { d.NumScens(1); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.NAPoints(1); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.NNtPoints(1); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.NDPoints(1); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.NumPts(1); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.ColPresent(1, true); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.Included(1, true); }));
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.ToggledIn(1, false); }));
+}
+
+TEST_F(VeltData, ANumberOutside1To15Reads0AndTakesNothing)
+{
+    for (const int column : {0, 16, -1}) {
+        data.DB(column, 1, 5.0F);
+        EXPECT_EQ(data.DB(column, 1), 0.0F);
+    }
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(VeltData, RowsOutside1To200RaiseSubscriptOutOfRange)
+{
+    for (const int row : {0, 201, -5}) {
+        EXPECT_EQ(NumberOf([&] { data.DB(1, row); }), 9U);
+        EXPECT_EQ(NumberOf([&] { data.DB(1, row, 1.0F); }), 9U);
+        EXPECT_EQ(NumberOf([&] { data.Included(row, true); }), 9U);
+    }
+    EXPECT_EQ(NumberOf([&] { data.Column(16); }), 9U);
+    EXPECT_EQ(NumberOf([&] { data.ColPresent(0); }), 9U);
+}
+
+TEST_F(VeltData, AColumnIsTheSameByNumberAndByName)
+{
+    data.DB(1, 1, 1.0F);
+    data.DB(2, 1, 2.0F);
+    data.DB(9, 1, 9.0F);
+    data.PopNums(200, 15.0F);
+    EXPECT_EQ(data.TotCatchWt(1), 1.0F);
+    EXPECT_EQ(data.TotCatchNums(1), 2.0F);
+    EXPECT_EQ(data.RecruitIndex(1), 9.0F);
+    EXPECT_EQ(data.DB(15, 200), 15.0F);
+    EXPECT_EQ(data.RecruitIndex()(1), 9.0F);
+}
+
+TEST_F(VeltData, TheLastSixColumnsBelongToTheSystemAndResetDropsThem)
+{
+    for (int column = 1; column <= 15; ++column) {
+        EXPECT_EQ(clsVeltData::DBSysOnly(column), column >= 10) << column;
+        data.ColPresent(column, true);
+    }
+    data.ExpCPUE(1, 3.0F);
+
+    data.Reset();
+
+    for (int column = 1; column <= 15; ++column)
+        EXPECT_EQ(data.ColPresent(column), column < 10) << column;
+    EXPECT_EQ(data.ExpCPUE(1), 3.0F); // out of view, not erased
+}
+
+TEST_F(VeltData, CheckRqColsWantsEveryColumnAndIsFalseForAnEmptyList)
+{
+    data.ColPresent(1, true);
+    data.ColPresent(4, true);
+    EXPECT_TRUE(data.CheckRqCols(std::vector{1, 4}));
+    EXPECT_FALSE(data.CheckRqCols(std::vector{1, 2, 4}));
+    EXPECT_FALSE(data.CheckRqCols({}));
+}
+
+TEST_F(VeltData, ShownRowsStayBetween0And200)
+{
+    for (const auto& [intervals, shown] : {std::pair{-3, 0}, {0, 0}, {1, 1}, {200, 200}, {201, 200}}) {
+        data.TimeInts(intervals);
+        EXPECT_EQ(data.ShownRows(), shown);
+    }
+}
