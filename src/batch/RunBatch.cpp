@@ -40,6 +40,9 @@ struct Job {
 std::string Messages(const Job& job)
 {
     std::string text = job.user.AllMessages("The fit ended without a message.");
+    // The tests of a search may all succeed on values that mean nothing; the outcome stands first then.
+    if (job.manager.LastExcuse() == excuse::kNotConverged)
+        text = job.run.globals.ExcuseTexts(excuse::kNotConverged) + ".\n" + text;
     if (job.user.startMissing)
         text += " (--start " + StartingParameters(job.request.model).front() + "=...)";
     return text;

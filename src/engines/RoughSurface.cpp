@@ -8,7 +8,7 @@ namespace rough_surface
 {
 namespace
 {
-constexpr double kFirstStep = 0.01; // in logarithms: one per cent of a parameter
+constexpr double kFirstStep = 3e-4; // in logarithms: a narrow valley is no wider
 constexpr double kLongestStep = 0.5;
 constexpr double kRise = 25.0; // deviations of the noise that the ends of a parabola stand above its middle
 
@@ -24,10 +24,39 @@ double Length(Direction d)
 
 /// Values at equal distances on both sides of the point.
 struct Sides {
-    double step = 0.0;
+    double step = 0.0; ///< in units of the direction
     double plus = 0.0;
     double minus = 0.0;
+    bool valid = false;     ///< both inside the domain
+    double curvature = 0.0; ///< plus + minus - 2 times the middle
+};
+
+/// A place on the floor of a valley.
+struct Floor {
+    double offset = 0.0; ///< along the steep axis from the straight line through the point
+    double value = 0.0;
     bool valid = false;
+};
+
+/// The valley around a point: its axes, and how its floor bends away from the flat one.
+struct Valley {
+    Direction steep;
+    Direction flat;
+    Floor here;
+    Floor ahead;
+    Floor behind;
+    double reach = 0.0; ///< of `ahead` and `behind`, in units of the flat axis
+
+    /// Offset of the floor at `t`, by the parabola through the three known ones.
+    double OffsetAt(double t) const
+    {
+        if (reach == 0.0)
+            return here.offset;
+        const double u = t / reach;
+        const double slope = (ahead.offset - behind.offset) / 2.0;
+        const double bend = (ahead.offset + behind.offset) / 2.0 - here.offset;
+        return here.offset + slope * u + bend * u * u;
+    }
 };
 
 class Sampler
@@ -38,15 +67,17 @@ public:
     {
     }
 
-    void One();
-    void Two();
+    std::optional<Minimum> One() const;
+    std::optional<Minimum> Two() const;
 
 private:
     Sides Look(Direction d, double step) const;
-    Sides Widen(Direction d, double step) const;
-    double Curvature(const Sides& s) const { return s.plus + s.minus - 2.0 * m_value; }
-    double Shift(const Sides& s) const;
-    void SampleAround(double u1, double u2) const;
+    Sides Fit(Direction d) const;
+    bool Risen(const Sides& s) const { return s.valid && s.curvature > kRise * m_noise; }
+    bool FindAxes(Valley& valley) const;
+    Floor FindFloor(const Valley& valley, double t) const;
+    bool FollowFloor(Valley& valley) const;
+    Minimum LowestAround(double u1, double u2) const;
 
     double m_value, m_noise, m_penalty;
     const Displaced& m_at;
@@ -56,72 +87,140 @@ Sides Sampler::Look(Direction d, double step) const
 {
     Sides s{step, m_at(step * d.u1, step * d.u2), m_at(-step * d.u1, -step * d.u2)};
     s.valid = s.plus < m_penalty && s.minus < m_penalty;
+    if (s.valid)
+        s.curvature = s.plus + s.minus - 2.0 * m_value;
     return s;
 }
 
-/// Doubles the step until the surface has risen well above its noise on both sides.
-Sides Sampler::Widen(Direction d, double step) const
+/// Fits the step so that the ends stand well above the noise, and not so far that the surface is no parabola.
+Sides Sampler::Fit(Direction d) const
 {
-    Sides s = Look(d, step);
-    while (s.valid && std::min(s.plus, s.minus) - m_value < kRise * m_noise && 2.0 * s.step * Length(d) <= kLongestStep) {
-        const Sides wider = Look(d, 2.0 * s.step);
-        if (!wider.valid)
+    constexpr int kTries = 6;
+    Sides s = Look(d, kFirstStep);
+    for (int k = 0; k < kTries; ++k) {
+        const bool tooLong = !s.valid || s.curvature > 8.0 * kRise * m_noise;
+        if (!tooLong && s.curvature > 2.0 * kRise * m_noise)
             break;
-        s = wider;
+        const double wanted =
+            s.valid ? std::sqrt(4.0 * kRise * m_noise / std::max(s.curvature, m_noise)) : 0.1;
+        const double step = s.step * std::clamp(wanted, 0.05, 10.0);
+        if (step * Length(d) > kLongestStep)
+            break;
+        s = Look(d, step);
     }
     return s;
 }
 
-/// Where the parabola has its minimum, in units of the direction; never beyond the ends.
-double Sampler::Shift(const Sides& s) const
+/// Where the parabola through the sides has its minimum, in units of the step; not far beyond the ends.
+double Lowest(const Sides& s)
 {
-    const double curvature = s.valid ? Curvature(s) : 0.0;
-    if (!(curvature > 0.0))
-        return 0.0;
-    return s.step * std::clamp(0.5 * (s.minus - s.plus) / curvature, -1.0, 1.0);
+    constexpr double kBeyond = 2.0;
+    return std::clamp(0.5 * (s.minus - s.plus) / s.curvature, -kBeyond, kBeyond);
 }
 
-/// A few neighbours of the place, near enough to differ by noise alone: the lowest is as good as any.
-void Sampler::SampleAround(double u1, double u2) const
+/// Of the place and a few neighbours, near enough to differ by noise alone, the lowest is as good as any.
+Minimum Sampler::LowestAround(double u1, double u2) const
 {
-    constexpr int kNeighbours = 6;
-    constexpr double kNear = 1e-4;
-    for (int k = 0; k < kNeighbours; ++k)
-        m_at(u1 + kNear * (k - kNeighbours / 2), u2 + kNear * ((k * 2) % kNeighbours - kNeighbours / 2));
+    constexpr int kNeighbours = 5;
+    constexpr double kNear = 1e-6;
+    Minimum lowest{u1, u2, m_at(u1, u2)};
+    for (int k = 1; k < kNeighbours; ++k) {
+        const double v1 = u1 + kNear * k;
+        const double v2 = u2 + kNear * ((2 * k) % kNeighbours);
+        const double value = m_at(v1, v2);
+        if (value < lowest.value)
+            lowest = {v1, v2, value};
+    }
+    return lowest;
 }
 
-void Sampler::One()
+std::optional<Minimum> Sampler::One() const
 {
-    SampleAround(Shift(Widen({1.0, 0.0}, kFirstStep)), 0.0);
+    const Sides sides = Fit({1.0, 0.0});
+    if (!Risen(sides))
+        return std::nullopt;
+    return LowestAround(Lowest(sides) * sides.step, 0.0);
 }
 
-void Sampler::Two()
+/// The axes of the ellipse of equal values, the steep one as long as the noise asks for.
+bool Sampler::FindAxes(Valley& valley) const
 {
-    const Sides first = Widen({1.0, 0.0}, kFirstStep);
-    const Sides second = Widen({0.0, 1.0}, kFirstStep);
-    if (!first.valid || !second.valid)
-        return;
-    // Second derivatives in units of the two steps; then the axes of the ellipse.
+    const Sides first = Fit({1.0, 0.0});
+    const Sides second = Fit({0.0, 1.0});
+    if (!Risen(first) || !Risen(second))
+        return false;
     const Sides diagonal = Look({first.step, second.step}, 1.0);
     const Sides across = Look({first.step, -second.step}, 1.0);
     if (!diagonal.valid || !across.valid)
-        return;
-    const double a = Curvature(first);
-    const double c = Curvature(second);
-    const double b = (Curvature(diagonal) - Curvature(across)) / 4.0;
-    const double angle = 0.5 * std::atan2(2.0 * b, a - c); // of the steep axis
-    const Direction steep{std::cos(angle) * first.step, std::sin(angle) * second.step};
-    const Direction flat{-std::sin(angle) * first.step, std::cos(angle) * second.step};
-    const double alongSteep = Shift(Widen(steep, 0.5));
-    const double alongFlat = Shift(Widen(flat, 1.0));
-    SampleAround(alongSteep * steep.u1 + alongFlat * flat.u1, alongSteep * steep.u2 + alongFlat * flat.u2);
+        return false;
+    const double mixed = (diagonal.curvature - across.curvature) / 4.0;
+    const double angle = 0.5 * std::atan2(2.0 * mixed, first.curvature - second.curvature);
+    valley.steep = {std::cos(angle) * first.step, std::sin(angle) * second.step};
+    valley.flat = {-std::sin(angle) * first.step, std::cos(angle) * second.step};
+    return true;
+}
+
+/// The floor across from `t` along the flat axis, by a parabola along the steep one.
+Floor Sampler::FindFloor(const Valley& valley, double t) const
+{
+    constexpr double kBeyond = 4.0;
+    const double guess = valley.OffsetAt(t);
+    const auto across = [&](double s) {
+        return m_at(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2);
+    };
+    const double minus = across(guess - 1.0);
+    const double middle = across(guess);
+    const double plus = across(guess + 1.0);
+    if (std::max({minus, middle, plus}) >= m_penalty)
+        return {};
+    const double curvature = plus + minus - 2.0 * middle;
+    if (!(curvature > kRise * m_noise))
+        return {};
+    const double slope = (plus - minus) / 2.0;
+    const double shift = std::clamp(-slope / curvature, -kBeyond, kBeyond);
+    return {guess + shift, middle + slope * shift + curvature * shift * shift / 2.0, true};
+}
+
+/// Walks along the floor on both sides until it has risen above the noise.
+bool Sampler::FollowFloor(Valley& valley) const
+{
+    constexpr double kStride = 2.5;
+    valley.here = FindFloor(valley, 0.0);
+    bool risen = false;
+    for (double t = 2.0; valley.here.valid && t * Length(valley.flat) <= kLongestStep; t *= kStride) {
+        const Floor ahead = FindFloor(valley, t);
+        const Floor behind = FindFloor(valley, -t);
+        if (!ahead.valid || !behind.valid)
+            break;
+        valley.ahead = ahead;
+        valley.behind = behind;
+        valley.reach = t;
+        const double curvature = ahead.value + behind.value - 2.0 * valley.here.value;
+        risen = curvature > kRise * m_noise;
+        if (risen)
+            break;
+    }
+    return risen;
+}
+
+std::optional<Minimum> Sampler::Two() const
+{
+    Valley valley;
+    if (!FindAxes(valley) || !FollowFloor(valley))
+        return std::nullopt;
+    Sides along{1.0, valley.ahead.value, valley.behind.value};
+    along.curvature = along.plus + along.minus - 2.0 * valley.here.value;
+    const double t = Lowest(along) * valley.reach;
+    const double s = valley.OffsetAt(t);
+    return LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2);
 }
 } // namespace
 
-void SampleNearMinimum(int parameters, double value, double noise, double penalty, const Displaced& at)
+std::optional<Minimum> FindMinimum(int parameters, double value, double noise, double penalty,
+                                   const Displaced& at)
 {
-    Sampler sampler(value, noise, penalty, at);
-    parameters == 1 ? sampler.One() : sampler.Two();
+    const Sampler sampler(value, noise, penalty, at);
+    return parameters == 1 ? sampler.One() : sampler.Two();
 }
 
 } // namespace rough_surface

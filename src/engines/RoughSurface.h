@@ -2,18 +2,27 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
-/// Looks through the roughness of a surface near a point: fits parabolas to values far enough apart that their
-/// rise drowns the noise, and evaluates points where those say the minimum lies. It keeps no result: `at` is
-/// the caller's, who remembers the best value that it gave.
+/// Looks through the roughness of a surface near a point: parabolas through values far enough apart that their
+/// rise drowns the noise say where the minimum of the surface below it lies.
 namespace rough_surface
 {
 
 /// Value at the point displaced by (u1, u2) in the logarithms of its one or two parameters.
 using Displaced = std::function<double(double u1, double u2)>;
 
+struct Minimum {
+    double u1 = 0.0;
+    double u2 = 0.0;
+    double value = 0.0; ///< as the rough surface has it there
+};
+
+/// The lowest of a few neighbours at the place where the parabolas have their minimum.
 /// \param parameters 1 or 2 \param value at the point itself \param noise standard deviation of the roughness,
 /// above 0 \param penalty values from here on lie outside the domain
-void SampleNearMinimum(int parameters, double value, double noise, double penalty, const Displaced& at);
+/// \return nothing when the domain ends too near, or the surface does not rise on both sides
+std::optional<Minimum> FindMinimum(int parameters, double value, double noise, double penalty,
+                                   const Displaced& at);
 
 } // namespace rough_surface

@@ -271,6 +271,8 @@ void VELT_NelMead::SearchToTheEnd()
 VELT_NelMead::RunEnd VELT_NelMead::Run(Purpose purpose, double reference, double threshold)
 {
     const double endSize = 0.2 * RelativeSize();
+    if (purpose == Purpose::Search)
+        m_roughness = -1.0;
     std::copy(m_best.begin(), m_best.end(), m_anchor.begin());
     for (;;) {
         RankVertices();
@@ -283,6 +285,9 @@ VELT_NelMead::RunEnd VELT_NelMead::Run(Purpose purpose, double reference, double
                 return RunEnd::NothingBetter;
         } else if (RuleMet()) {
             return RunEnd::TestsMet;
+        } else if (m_convergedOnParameter && m_roughness < 0.0) {
+            m_roughness = Roughness(); // no search can bring the values nearer together than that
+            continue;
         }
         if (m_steps >= m_maxIts)
             return RunEnd::StepsUsed;
@@ -424,9 +429,9 @@ void VELT_NelMead::UpdateTests()
 {
     const double spread = m_values[m_high] - m_values[m_low];
     const double size = 0.5 * (std::fabs(m_values[m_high]) + std::fabs(m_values[m_low]));
-    m_convergedOnFunction =
-        m_values[m_high] < kPenalty && spread <= m_ftol * (size + kFunctionFloor * m_firstValue);
+    const double tolerance = m_ftol * (size + kFunctionFloor * m_firstValue);
     m_convergedOnParameter = m_values[m_low] < kPenalty && RelativeSize() <= m_xtol;
+    m_convergedOnFunction = m_values[m_high] < kPenalty && spread <= std::max(tolerance, kRecords * m_roughness);
 }
 
 // Largest distance of a vertex from the best one along a parameter, as a share of that parameter.
@@ -460,8 +465,8 @@ bool VELT_NelMead::ContractedWithin(double threshold) const
 bool VELT_NelMead::ConfirmFully()
 {
     double threshold = Threshold();
-    if (kRecords * m_roughness > kRoughShare * std::fabs(m_minValue))
-        LookThroughRoughness();
+    if (kRecords * m_roughness > kRoughShare * std::fabs(m_minValue) && LookThroughRoughness())
+        return !ProbeImproves(kMostFresh, threshold);
     // The points of one parameter are reflected to and fro anyway.
     if (m_free.size() > 1 && (ProbeImproves(kMostFresh, threshold) || ProbeImproves(kProbe, threshold)))
         return false;
@@ -491,27 +496,45 @@ bool VELT_NelMead::ConfirmShortly()
     return !ProbeImproves(kProbe, threshold);
 }
 
-// A search ends in some dent of a rough surface; the minimum of the surface below the dents may lie elsewhere.
-void VELT_NelMead::LookThroughRoughness()
+// A search ends in some dent of a rough surface, or in a narrow valley whose floor the dents hide. Parabolas
+// through values that stand out of the roughness show where the minimum lies; as soon as the best point differs
+// from it by roughness alone, the answer is that minimum and not the deepest dent met on the way, so that it
+// does not hang on the start. \return whether the minimum was found
+bool VELT_NelMead::LookThroughRoughness()
 {
-    constexpr int kRounds = 3;
+    constexpr int kRounds = 4;
     const auto positive = [this](std::size_t i) { return m_best[i] > 0.0; };
     if (m_free.size() > 2 || !std::all_of(m_free.begin(), m_free.end(), positive))
-        return;
+        return false;
     for (int round = 0; round < kRounds; ++round) {
         const double before = m_minValue;
         std::copy(m_best.begin(), m_best.end(), m_anchor.begin());
-        rough_surface::SampleNearMinimum(
+        const auto minimum = rough_surface::FindMinimum(
             static_cast<int>(m_free.size()), before, m_roughness, kPenalty, [this](double u1, double u2) {
-                std::copy(m_anchor.begin(), m_anchor.end(), m_trial.begin());
-                m_trial[m_free[0]] = Clamped(m_free[0], m_anchor[m_free[0]] * std::exp(u1));
-                if (m_free.size() > 1)
-                    m_trial[m_free[1]] = Clamped(m_free[1], m_anchor[m_free[1]] * std::exp(u2));
+                DisplaceFromAnchor(u1, u2);
                 return Evaluate(m_trial);
             });
-        if (m_minValue >= before - m_roughness)
-            return;
+        if (!minimum)
+            return false;
+        if (m_minValue < before - kRecords * m_roughness)
+            continue;
+        if (minimum->value < m_minValue + kRecords * m_roughness) {
+            DisplaceFromAnchor(minimum->u1, minimum->u2);
+            std::copy(m_trial.begin(), m_trial.end(), m_best.begin());
+            m_minValue = minimum->value;
+        }
+        return true;
     }
+    return false;
+}
+
+// The trial point becomes the anchor moved by these logarithms of its free parameters.
+void VELT_NelMead::DisplaceFromAnchor(double u1, double u2)
+{
+    std::copy(m_anchor.begin(), m_anchor.end(), m_trial.begin());
+    const std::array u{u1, u2};
+    for (std::size_t f = 0; f < m_free.size(); ++f)
+        m_trial[m_free[f]] = Clamped(m_free[f], m_anchor[m_free[f]] * std::exp(u[f]));
 }
 
 bool VELT_NelMead::ProbeImproves(double shareOfPoint, double& threshold)
@@ -567,27 +590,26 @@ bool VELT_NelMead::TakeImprovement(double reference, double& threshold)
 double VELT_NelMead::Threshold()
 {
     const double size = std::fabs(m_minValue);
-    m_roughness = Roughness();
+    if (m_roughness < 0.0)
+        m_roughness = Roughness();
     return std::max({m_ftol * size, kFloatUnit * size, kRecords * m_roughness});
 }
 
 double VELT_NelMead::Roughness()
 {
     std::copy(m_best.begin(), m_best.end(), m_centroid.begin());
-    const double up = RoughnessAlong(1.0);
-    if (up >= 0.0)
-        return up;
-    return std::max(0.0, RoughnessAlong(-1.0));
+    const double up = RoughnessAlong(kRoughnessStep);
+    return up >= 0.0 ? up : std::max(0.0, RoughnessAlong(-kRoughnessStep));
 }
 
 // From values at tiny equal steps of all free parameters jointly; below 0 when the points leave the domain.
-double VELT_NelMead::RoughnessAlong(double direction)
+double VELT_NelMead::RoughnessAlong(double step)
 {
     std::array<double, kRoughnessPoints> table{};
     for (int k = 0; k < kRoughnessPoints; ++k) {
         std::copy(m_centroid.begin(), m_centroid.end(), m_trial.begin());
         for (const std::size_t i : m_free)
-            m_trial[i] = Clamped(i, m_centroid[i] * (1.0 + direction * kRoughnessStep * (k + 1)));
+            m_trial[i] = Clamped(i, m_centroid[i] * (1.0 + step * (k + 1)));
         table[static_cast<std::size_t>(k)] = Evaluate(m_trial);
         if (table[static_cast<std::size_t>(k)] >= kPenalty)
             return -1.0;

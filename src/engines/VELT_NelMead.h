@@ -45,7 +45,8 @@ public:
     /// its last evaluation belongs to the estimate. Reaching MaxIts is no failure: Converged is then false.
     void Minimise();
 
-    /// The simplex's values spread less than FTOL * their size (plus a tiny floor).
+    /// The simplex's values spread less than FTOL * their size (plus a tiny floor), or no more than the measured
+    /// roughness of the surface alone lets them.
     bool ConvergedOnFunction() const { return m_convergedOnFunction; }
     /// Each parameter spreads less than XTOL * the point (plus a tiny floor).
     bool ConvergedOnParameter() const { return m_convergedOnParameter; }
@@ -89,14 +90,15 @@ private:
     double RelativeSize() const;
 
     bool ConfirmFully();
-    void LookThroughRoughness();
+    bool LookThroughRoughness();
+    void DisplaceFromAnchor(double u1, double u2);
     bool ConfirmShortly();
     bool ProbeImproves(double shareOfPoint, double& threshold);
     bool ProbeAlong(std::size_t f, std::size_t g, double share, double shareOfG, double& threshold);
     bool TakeImprovement(double reference, double& threshold);
     double Threshold();
     double Roughness();
-    double RoughnessAlong(double direction);
+    double RoughnessAlong(double step);
 
     INelMead* m_callback = nullptr;
     std::vector<Parameter> m_parameters;
@@ -112,7 +114,7 @@ private:
     std::int32_t m_convergeOn = 3;
     std::int32_t m_evaluations = 0;
     std::int32_t m_steps = 0;
-    double m_roughness = 0.0;  // as last measured
+    double m_roughness = -1.0; // of the surface near the end of this run; below 0: not measured yet
     double m_firstValue = 0.0; // size of the first valid value, for the floor of the function test
     double m_minValue = 0.0;
     double m_orientation = 1.0;

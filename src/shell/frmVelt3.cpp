@@ -365,10 +365,18 @@ void frmVelt3::EnableControls()
 
 void frmVelt3::ShowParameterReport(const ParameterReport* report)
 {
-    if (report)
-        m_report.Show(*report);
-    else
+    if (!report) {
         m_report.hide();
+        return;
+    }
+    m_report.Show(*report);
+    if (m_reportPlaced)
+        return; // where the user left it
+    // At the right edge, where the graphs that cascade from this window do not cover it.
+    const QRect free = screen()->availableGeometry();
+    m_report.move(free.right() - m_report.sizeHint().width() - 2 * fontMetrics().height(),
+                  std::max(free.top(), frameGeometry().top()));
+    m_reportPlaced = true;
 }
 
 std::unique_ptr<VELT_ContourPlot> frmVelt3::NewContourPlot()

@@ -104,4 +104,5 @@ private:
     bool m_fitEverMade = false;
     bool m_hourglass = false;
     bool m_busy = false;
+    bool m_reportPlaced = false;
 };

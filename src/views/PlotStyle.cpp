@@ -151,6 +151,9 @@ void plot_style::FitLegend(QCustomPlot& plot, int width)
     const double beside =
         legend.iconSize().width() + legend.iconTextPadding() + legend.columnSpacing() + Em(0.5);
     const QStringList texts = LegendTexts(plot);
+    QCPLayoutGrid& rows = *plot.plotLayout();
+    if (rows.columnCount() > 1 && rows.hasElement(2, 1)) // a colour scale takes its part of the width
+        width -= std::max(Em(8), rows.element(2, 1)->outerRect().width());
     const auto fits = [&](qsizetype columns) {
         std::vector<double> widths(static_cast<std::size_t>(columns), 0.0);
         for (qsizetype i = 0; i < texts.size(); ++i) {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <regex>
 #include <sstream>
 
 namespace
@@ -188,4 +190,19 @@ TEST(CommandLine, HelpIsNoFailure)
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("--time-column"), std::string::npos);
     EXPECT_TRUE(help.err.empty());
+}
+
+TEST(CommandLine, EveryOptionOfTheHelpStandsInTheManual)
+{
+    std::ostringstream page;
+    page << std::ifstream(Sample("../../docs/velt-batch.1")).rdbuf();
+    std::string manual = std::regex_replace(page.str(), std::regex(R"(\\-)"), "-");
+    ASSERT_FALSE(manual.empty());
+
+    const std::string help = RunJob({"fit", "--help"}).out;
+    const std::regex option("--[a-z][a-z-]*");
+    for (auto match = std::sregex_iterator(help.begin(), help.end(), option); match != std::sregex_iterator();
+         ++match)
+        EXPECT_TRUE(match->str() == "--help" || manual.find(match->str()) != std::string::npos)
+            << match->str();
 }

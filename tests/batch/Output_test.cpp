@@ -174,6 +174,16 @@ TEST(Batch, AFailedFitSaysWhyInBothForms)
     EXPECT_EQ(text.err, json.err);
 }
 
+// Weighted least squares of a production model has no objective, so its search ends on nothing. Deliberate.
+TEST(Batch, ASearchThatDidNotArriveSaysSoFirst)
+{
+    const BatchJob job = Schaefer({"--error", "wls", "--format", "json"});
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_EQ(job.Json()["Excuse"], 3);
+    EXPECT_EQ(job.Json()["Message"].get<std::string>().rfind("Minimisation Failed To Converge.", 0), 0U);
+}
+
 TEST(Batch, AnExcludedPeriodStaysInTheTableAndOutOfTheFit)
 {
     const BatchJob all = Schaefer({"--format", "json"});

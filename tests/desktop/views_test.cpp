@@ -24,9 +24,8 @@
 #include <QtTest>
 #include <qcustomplot.h>
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
-#include <numeric>
 
 namespace
 {
@@ -656,19 +655,11 @@ void ViewsTest::ASaddleIsPartedByItsMiddle()
     const std::vector<double> at{0, 1};
     const auto cutsOff = [&](double high, double cornerX, double cornerY) {
         const auto lines = contour_lines::Trace(at, at, {{high, 0.0}, {0.0, high}}, 1.0);
-        for (const auto& line : lines)
-            for (const contour_lines::Point& point : line)
-                if (point.x != cornerX && point.y != cornerY)
-                    goto next;
-                else
-                    continue;
-        return lines.size() == 2;
-    next:
-        for (const auto& line : lines)
-            if ((line[0].x == cornerX && line[1].y == cornerY) ||
-                (line[0].y == cornerY && line[1].x == cornerX))
-                return true;
-        return false;
+        return lines.size() == 2 &&
+               std::any_of(lines.begin(), lines.end(), [&](const contour_lines::Line& line) {
+                   const auto &from = line.front(), &to = line.back();
+                   return (from.x == cornerX && to.y == cornerY) || (from.y == cornerY && to.x == cornerX);
+               });
     };
 
     QVERIFY(cutsOff(4.0, 1.0, 0.0)); // mean 2: above the level

@@ -1,0 +1,410 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The three searches of the production models.
+#include "core/ProductionBench.h"
+#include "core/RecordedPlot.h"
+#include "models/modMaths.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace
+{
+class ProductionFit : public ::testing::Test, public ProductionBench
+{
+protected:
+    /// The catches that a known stock yields, with a deviation of `share` of each, up and down in turn.
+    void TakeFrom(const KnownStock& stock, double share = 0.0)
+    {
+        const std::vector<float> effort = ContrastedEffort();
+        std::vector<float> catches = stock.Catches(effort);
+        const double pattern[] = {1.0, -0.7, 0.3, -1.0, 0.5, -0.1};
+        for (std::size_t t = 0; t < catches.size(); ++t)
+            catches[t] *= static_cast<float>(1.0 + share * pattern[t % 6]);
+        Table(effort, catches);
+    }
+
+    void Prepared(const KnownStock& stock, std::int32_t fitOp)
+    {
+        Prepare(stock.whichMeth, fitOp, static_cast<std::int16_t>(stock.lag), static_cast<float>(stock.Z));
+    }
+
+    void ExpectBack(const KnownStock& stock, double share)
+    {
+        const std::vector<double> values = model.FinalEsts();
+        EXPECT_NEAR(values[0], stock.K, share * stock.K);
+        EXPECT_NEAR(values[1], stock.Q, share * stock.Q);
+        EXPECT_NEAR(values[2], stock.R, share * stock.R);
+    }
+
+    /// The user types these starts and holds what is told.
+    void Type(double k, double r, bool fixed1 = false, bool fixed2 = false)
+    {
+        user.onStartVals = [=](StartVals& starts) {
+            starts.param1 = k;
+            starts.param2 = r;
+            starts.Fixed1 = fixed1;
+            starts.Fixed2 = fixed2;
+            return true;
+        };
+        model.InputStartingEsts();
+    }
+
+    std::optional<VeltError> FailureOfFit()
+    {
+        try {
+            model.CalcFinalEstimates();
+        } catch (const VeltError& error) {
+            return error;
+        }
+        return std::nullopt;
+    }
+
+    /// Opens the contour view on a grid of four cells, some of which are valid.
+    PlotRecord& Watch()
+    {
+        user.onContourRange = [](ContourRange& range) {
+            range.Param1Hi = 20000.0;
+            range.ContEvals = 2;
+            return true;
+        };
+        window.nextPlot = std::make_unique<RecordedPlot>(m_record);
+        model.PlotEvaluations(true);
+        EXPECT_TRUE(model.SetContourRanges());
+        EXPECT_TRUE(model.PlotInitContours());
+        return m_record;
+    }
+
+    int StartsMarked() const
+    {
+        int starts = 0;
+        for (const PlotRecord::Point& mark : m_record.marks)
+            starts += mark.kind != ContourMark::Final ? 1 : 0;
+        return starts;
+    }
+
+    PlotRecord m_record;
+};
+
+const KnownStock kStocks[] = {
+    {.whichMeth = models::kFox, .K = 5000.0, .Q = 0.0012, .R = 0.3},
+    {.whichMeth = models::kSchaefer, .K = 5000.0, .Q = 0.0012, .R = 0.45},
+    {.whichMeth = models::kPellaTomlinson, .K = 5000.0, .Q = 0.0009, .R = 0.35, .Z = 2.0, .lag = 1},
+};
+} // namespace
+
+TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderLeastSquares)
+{
+    for (const KnownStock& stock : kStocks) {
+        SCOPED_TRACE(stock.whichMeth);
+        TakeFrom(stock);
+        Prepared(stock, fit_op::kLeastSquares);
+        Fit();
+        ExpectBack(stock, 1e-3); // ten times the tolerance of the parameters
+    }
+}
+
+// The objective is rough at the 1e-5 level through its 32-bit sums, so the minimum is known less well.
+TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderTheLogModel)
+{
+    for (const KnownStock& stock : kStocks) {
+        SCOPED_TRACE(stock.whichMeth);
+        TakeFrom(stock);
+        Prepared(stock, fit_op::kLog);
+        Fit();
+        ExpectBack(stock, 2e-2);
+    }
+}
+
+// On exact data the likelihood has no maximum: the shape grows until the score resolves the residuals no more. The
+// score needs e^2 / 2 of a relative residual e, and the 32-bit sum of catches shifts it by some 1e-7, so that is at
+// e of about 4e-4; along the ridge of K and R so small a misfit allows a few thousandths.
+TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderTheGammaModel)
+{
+    for (const KnownStock& stock : kStocks) {
+        SCOPED_TRACE(stock.whichMeth);
+        TakeFrom(stock);
+        Prepared(stock, fit_op::kGamma);
+        Fit();
+        ExpectBack(stock, 3e-3);
+        for (int t = 1; t <= data.NAPoints(); ++t)
+            EXPECT_NEAR(model.Q() * model.EffMidPop(t), data.CatchWt(t), 1e-3 * data.CatchWt(t));
+    }
+}
+
+TEST_F(ProductionFit, TheFitIsReportedWithItsObjectiveAndEvaluations)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    Fit();
+    const FitDetails details = model.Details();
+    ASSERT_TRUE(details.objective);
+    EXPECT_GT(*details.objective, 0.0);
+    EXPECT_EQ(details.var, *details.objective); // under least squares the dispersion is the sum of squares
+    EXPECT_GT(details.evaluations, 0);
+    EXPECT_EQ(run.globals.settings.LastEvaluations, details.evaluations);
+}
+
+// The best of least squares is the closed-form slope of C on X at the trajectory of the estimates.
+TEST_F(ProductionFit, FittedValuesAndResidualsOfLeastSquaresStandOnTheFinalTrajectory)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    data.ToggledIn(5, false);
+    Fit();
+    const FitDetails details = model.Details();
+    double xx = 0.0;
+    double xy = 0.0;
+    double sumSq = 0.0;
+    for (int t = 1; t <= data.NAPoints(); ++t) {
+        const auto i = static_cast<std::size_t>(t) - 1;
+        const double c = data.CatchWt(t);
+        EXPECT_NEAR(details.fitted[i], model.EffMidPop(t) * model.Q(), 1e-4);
+        if (t == 5) {
+            EXPECT_EQ(details.resid[i], 0.0F); // the weight of a period toggled out is 0
+            continue;
+        }
+        EXPECT_NEAR(details.resid[i], c - details.fitted[i], 1e-3);
+        xx += model.EffMidPop(t) * model.EffMidPop(t);
+        xy += model.EffMidPop(t) * c;
+        sumSq += static_cast<double>(details.resid[i]) * details.resid[i];
+    }
+    EXPECT_NEAR(model.Q(), xy / xx, 1e-6 * model.Q());
+    EXPECT_NEAR(*details.objective, sumSq, 1e-3 * sumSq);
+}
+
+TEST_F(ProductionFit, FittedValuesAndResidualsOfTheLogModelAreLogarithms)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLog);
+    Fit();
+    const FitDetails details = model.Details();
+    double sum = 0.0;
+    double sumSq = 0.0;
+    for (std::int16_t t = 1; t <= data.NAPoints(); ++t) {
+        const auto i = static_cast<std::size_t>(t) - 1;
+        const double mean = (static_cast<double>(model.Nt(t)) + model.Nt(static_cast<std::int16_t>(t + 1))) / 2.0;
+        EXPECT_NEAR(details.fitted[i], std::log(model.Q() * data.Effort(t) * mean), 1e-5);
+        EXPECT_NEAR(details.resid[i], std::log(data.CatchWt(t)) - details.fitted[i], 1e-5);
+        sum += details.resid[i];
+        sumSq += static_cast<double>(details.resid[i]) * details.resid[i];
+    }
+    EXPECT_NEAR(sum, 0.0, 1e-4); // q is the geometric mean
+    // The variance: l is about -7, so the float sum of 24 of them carries 1e-5 of rounding into the mean, and
+    // 7 times that into the difference.
+    EXPECT_NEAR(details.var, sumSq / 24.0, 1e-4);
+}
+
+TEST_F(ProductionFit, GammaResidualsArePositionsAndZeroForAPeriodToggledOut)
+{
+    TakeFrom(kStocks[1], 0.05);
+    for (const float share : {0.5F, 2.0F}) { // its catch below and above its expectation
+        Prepared(kStocks[1], fit_op::kGamma);
+        data.ToggledIn(5, false);
+        model.CatchVector(5, share * data.CatchWt(5));
+        Fit();
+        const FitDetails details = model.Details();
+        const double beta = 1.0 / details.var;
+        const double nu = model.Q() * beta;
+        for (int t = 1; t <= data.NAPoints(); ++t) {
+            const float position = details.resid[static_cast<std::size_t>(t) - 1];
+            if (t == 5)
+                EXPECT_EQ(position, 0.0F);
+            else
+                EXPECT_NEAR(position, modMaths::GammaP(model.EffMidPop(t) * nu, data.CatchWt(t) * beta), 1e-5);
+        }
+        EXPECT_FALSE(details.fittedExists);
+    }
+}
+
+TEST_F(ProductionFit, WithTypedStartsOnlyOneStartRunsFromThem)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    model.SetStartingEsts(true);
+    Type(6000.0, 0.4);
+    const PlotRecord& plot = Watch();
+    model.CalcFinalEstimates();
+    ASSERT_EQ(StartsMarked(), 1);
+    EXPECT_EQ(plot.marks.front().x, 6000.0);
+    EXPECT_EQ(plot.marks.front().y, 0.4);
+}
+
+TEST_F(ProductionFit, WithoutTypedStartsThreeStartsRunFromThreeGrowthRates)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    const PlotRecord& plot = Watch();
+    model.CalcFinalEstimates();
+    ASSERT_EQ(plot.marks.size(), 4U);
+    const double rates[] = {0.1, 0.5, 1.0};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(plot.marks[i].y, rates[i]);
+        EXPECT_EQ(static_cast<int>(plot.marks[i].kind), static_cast<int>(i) + 1);
+    }
+    EXPECT_GT(plot.marks[0].x, plot.marks[2].x); // a slower stock must be larger
+    EXPECT_EQ(plot.marks[3].kind, ContourMark::Final);
+    EXPECT_EQ(plot.marks[3].x, model.FinalEsts()[0]);
+    EXPECT_EQ(plot.marks[3].y, model.FinalEsts()[2]);
+}
+
+// The growth rate of the first start refits K, and the held rate wins over it in the search.
+TEST_F(ProductionFit, WithTheGrowthRateHeldOneStartRunsAndTheHeldRateWins)
+{
+    TakeFrom(kStocks[1], 0.02);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        Prepared(kStocks[1], fitOp);
+        ASSERT_TRUE(model.CalcInitEstimates());
+        Type(6000.0, 0.37, false, true);
+        model.SetStartingEsts(false);
+        m_record = PlotRecord();
+        Watch();
+        model.CalcFinalEstimates();
+        EXPECT_EQ(StartsMarked(), 1);
+        EXPECT_EQ(m_record.marks.front().y, 0.1);
+        EXPECT_EQ(model.FinalEsts()[2], 0.37);
+        EXPECT_NE(model.FinalEsts()[0], 6000.0);
+    }
+}
+
+TEST_F(ProductionFit, AHeldCapacityStaysWhatWasTyped)
+{
+    TakeFrom(kStocks[1], 0.02);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        Prepared(kStocks[1], fitOp);
+        ASSERT_TRUE(model.CalcInitEstimates());
+        model.SetStartingEsts(true);
+        Type(5500.0, 0.37, true, false);
+        model.CalcFinalEstimates();
+        EXPECT_EQ(model.FinalEsts()[0], 5500.0);
+        EXPECT_NE(model.FinalEsts()[2], 0.37);
+    }
+}
+
+TEST_F(ProductionFit, WhereEveryEvaluationUnderflowsTheFitEndsWithExcuse3)
+{
+    const std::pair<std::int32_t, std::string> schemes[] = {
+        {fit_op::kLeastSquares, "clsProduction_CalcLSQFinalEstimates"},
+        {fit_op::kLog, "clsProduction_CalcLnFinalEstimates"},
+    };
+    TakeFrom(kStocks[1]);
+    for (const auto& [fitOp, source] : schemes) {
+        Prepare(models::kSchaefer, fitOp, 0, 1.0F, 0.0F); // an empty sea
+        EXPECT_FALSE(model.CalcInitEstimates());
+        model.SetStartingEsts(true);
+        Type(6000.0, 0.4);
+        const std::optional<VeltError> failure = FailureOfFit();
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->number, kProgramErrorBase + errors::kMinimisationFailed);
+        EXPECT_EQ(failure->source, source);
+        EXPECT_TRUE(failure->description.starts_with("Minimisation "));
+        EXPECT_NE(failure->description.find(" on function.\nMinimisation "), std::string::npos);
+        EXPECT_TRUE(failure->description.ends_with(" on parameter."));
+        EXPECT_EQ(model.Excuse(), excuse::kNotConverged);
+    }
+}
+
+// Weighted least squares has no objective: the minimiser sees zeros. Deliberate.
+TEST_F(ProductionFit, WeightedLeastSquaresEndsWithExcuse3)
+{
+    TakeFrom(kStocks[1], 0.02);
+    for (int t = 1; t <= 24; ++t) {
+        data.VarAbundIndex(t, 1.0F);
+        data.AbundIndex(t, 1.0F);
+    }
+    data.ColPresent(columns::VarAbundIndex, true);
+    Prepared(kStocks[1], fit_op::kWeightedLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    const std::optional<VeltError> failure = FailureOfFit();
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->number, kProgramErrorBase + errors::kMinimisationFailed);
+    EXPECT_EQ(failure->source, "clsProduction_CalcLSQFinalEstimates");
+    EXPECT_EQ(model.Excuse(), excuse::kNotConverged);
+    EXPECT_EQ(model.INelMead_MinFunc(std::array{6000.0, 0.4}), 0.0);
+}
+
+// The presence asked for is that of the variance column, the value read is the index itself. Deliberate.
+TEST_F(ProductionFit, TheWeightIsReadFromTheIndexColumn)
+{
+    Table({10.0F, 20.0F, 30.0F}, {50.0F, 90.0F, 160.0F});
+    const float index[] = {2.0F, 4.0F, 8.0F};
+    for (int t = 1; t <= 3; ++t) {
+        data.AbundIndex(t, index[t - 1]);
+        data.VarAbundIndex(t, 0.125F);
+    }
+    for (const bool present : {true, false}) {
+        data.ColPresent(columns::VarAbundIndex, present);
+        Prepare(models::kSchaefer, fit_op::kWeightedLeastSquares);
+        ASSERT_TRUE(model.CalcInitEstimates());
+        Watch(); // fills the weights
+        const double value = model.MinLSQFunction(2000.0, 0.5);
+        double xx = 0.0;
+        double xy = 0.0;
+        double yy = 0.0;
+        for (int t = 1; t <= 3; ++t) {
+            const double w = present ? 1.0 / index[t - 1] : 1.0;
+            const double x = model.EffMidPop(t);
+            const double y = data.CatchWt(t);
+            xx += w * x * x;
+            xy += w * x * y;
+            yy += w * y * y;
+        }
+        EXPECT_NEAR(value, yy - xy * xy / xx, 1e-9 * yy);
+    }
+}
+
+TEST_F(ProductionFit, AGrowthRateOfExactly0IsAPenalty)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    EXPECT_EQ(model.MinLSQFunction(6000.0, 0.0), static_cast<double>(1e20F));
+    EXPECT_EQ(model.MinLogFunction(6000.0F, 0.0F), 3.4E+38F);
+    EXPECT_EQ(model.MinGammaFunction(6000.0F, 0.0F), 1e20F);
+}
+
+TEST_F(ProductionFit, AnUnderflowIsAPenalty)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    EXPECT_EQ(model.MinLSQFunction(10.0, 0.4), static_cast<double>(1e20F));
+    EXPECT_EQ(model.MinLogFunction(10.0F, 0.4F), 3.4E+38F);
+    EXPECT_EQ(model.MinGammaFunction(10.0F, 0.4F), 1e20F);
+}
+
+TEST_F(ProductionFit, ACapacityBeyond1e20IsFarOutAndComputesNoTrajectory)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    const float before = model.Nt(10);
+    EXPECT_EQ(model.MinLSQFunction(1.1e20, 0.4), static_cast<double>(3.4E+38F));
+    EXPECT_EQ(model.MinLogFunction(1.1e20F, 0.4F), 3.4E+38F);
+    EXPECT_EQ(model.MinGammaFunction(1.1e20F, 0.4F), 3.4E+38F);
+    EXPECT_EQ(model.Nt(10), before);
+}
+
+TEST_F(ProductionFit, AFailedEvaluationCountsAsThePenaltyOfItsScheme)
+{
+    TakeFrom(kStocks[0], 0.02);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        Prepared(kStocks[0], fitOp);
+        const double expected = static_cast<double>(fitOp == fit_op::kLog ? 3.4E+38F : 1e20F);
+        EXPECT_EQ(model.INelMead_MinFunc(std::array{0.0, 0.4}), expected); // Fox: ln 0
+    }
+}
+
+TEST_F(ProductionFit, TheLogFitReloadsTheCatchesOfTheDataSet)
+{
+    TakeFrom(kStocks[1]);
+    Prepared(kStocks[1], fit_op::kLog);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    for (std::int16_t t = 1; t <= 24; ++t)
+        model.CatchVector(t, 1.0F);
+    model.CalcFinalEstimates();
+    EXPECT_EQ(model.CatchVector(7), data.CatchWt(7));
+}

@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dialogs/Words.h"
+#include "files/AsciiWizard.h"
+#include "graphs/ModelGraph.h"
+#include "shell/DataGridView.h"
+#include "shell/MenuState.h"
+#include "shell/frmVelt3.h"
+#include "support/ScriptedUser.h"
+#include "views/frmModelGraph.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+std::shared_ptr<ModelGraph> Graph(const char* title, GraphType type = GraphType::Line)
+{
+    auto graph = std::make_shared<ModelGraph>();
+    graph->Create(2);
+    graph->Title(title);
+    graph->Type(type);
+    const std::vector<double> x{1970, 1971};
+    graph->XData(x);
+    graph->YData(x);
+    return graph;
+}
+
+/// Text column 1 holds the years, 2 to 4 become Effort, Catch Nums and Tot. Catch Nums.
+bool FillWizard(AsciiWizard& wizard)
+{
+    wizard.ChooseTiming(1);
+    wizard.Next();
+    wizard.Assign(2, columns::Effort);
+    wizard.Assign(3, columns::CatchNums);
+    wizard.Assign(4, columns::TotCatchNums);
+    wizard.Finish();
+    return true;
+}
+
+/// The main window and a person who answers from a script.
+struct Session {
+    Session()
+    {
+        user.onAsciiWizard = FillWizard;
+        user.onInputParams = [](InputParams&) { return true; };
+        window.show();
+    }
+    QAction* Entry(const char* name) { return window.findChild<QAction*>(QString::fromLatin1(name)); }
+    QMenu* Menu(const char* name) { return window.findChild<QMenu*>(QString::fromLatin1(name)); }
+    void Open() { window.OpenPath(QString(VELT_TEST_SAMPLES) + "/expected/const25.txt"); }
+    void Fit()
+    {
+        user.Picks("CONSTANT");
+        Entry("mnuNewModel")->trigger();
+    }
+    QString Panel(const char* name) { return window.findChild<QLabel*>(QString::fromLatin1(name))->text(); }
+
+    ScriptedUser user;
+    frmVelt3 window{&user};
+};
+} // namespace
+
+class shell_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void WithNoDataSetEditIsStillAvailableWithFileDescriptionDisabled()
+    {
+        const MenuState menu = MenuStateOf({});
+        QVERIFY(menu.file && menu.edit && menu.options && menu.help);
+        QVERIFY(!menu.fileDescription);
+        QVERIFY(!menu.data && !menu.fit && !menu.projections && !menu.graph);
+        QVERIFY(!menu.close && !menu.save && !menu.editMode);
+        QVERIFY(menu.open && menu.newData);
+    }
+
+    void EditModeLeavesTheEditMenuAlone()
+    {
+        const MenuState menu = MenuStateOf({.editMode = true, .fileOpen = true});
+        QVERIFY(!menu.file && !menu.fit && !menu.projections && !menu.data && !menu.options);
+        QVERIFY(menu.edit && menu.editMode);
+    }
+
+    void AFitOffersItsResults()
+    {
+        const MenuState without = MenuStateOf({.fileOpen = true});
+        QVERIFY(!without.parameters && !without.generateConfInts && !without.displayConfInts &&
+                !without.viewProj);
+        const MenuState with = MenuStateOf({.fileOpen = true, .fitDefined = true});
+        QVERIFY(with.parameters && with.generateConfInts && with.displayConfInts && with.viewProj);
+        QVERIFY(!with.newParams);
+        QVERIFY(MenuStateOf({.fileOpen = true, .fitEverMade = true}).newParams);
+    }
+
+    void ProjectionsNeedAScenarioAndAModelOtherThanTheRecruitmentIndex()
+    {
+        RunState run{.fileOpen = true, .fitDefined = true, .bootstrapsDone = true, .currMethType = 5};
+        QVERIFY(!MenuStateOf(run).project && !MenuStateOf(run).projWithCI);
+        run.projScenarios = 1;
+        QVERIFY(MenuStateOf(run).project && MenuStateOf(run).projWithCI);
+        run.bootstrapsDone = false;
+        QVERIFY(MenuStateOf(run).project && !MenuStateOf(run).projWithCI);
+        run.currMethType = 2;
+        run.bootstrapsDone = true;
+        QVERIFY(!MenuStateOf(run).project && !MenuStateOf(run).projWithCI);
+    }
+
+    void TheWindowStartsEmptyAndSaysHowToBegin()
+    {
+        Session session;
+        QCOMPARE(session.window.windowTitle(), QString("VELT 3.0"));
+        QCOMPARE(session.Panel("Status"), QString("Ready..."));
+        QVERIFY(session.Panel("lblHint").contains("To begin"));
+        QVERIFY(!session.Menu("mnuFit")->isEnabled());
+        QVERIFY(!session.Menu("mnuGraph")->isEnabled());
+        QVERIFY(session.Menu("mnuEdit")->isEnabled());
+        QVERIFY(session.Entry("mnuOpen")->isEnabled());
+        QVERIFY(!session.Entry("mnuClose")->isEnabled());
+        QVERIFY(!session.window.FileOpen());
+    }
+
+    void TheEntriesCarryTheWordsOfTheTable()
+    {
+        Session session;
+        QCOMPARE(session.Entry("mnuNewModel")->text(), QString("&New Fit"));
+        QCOMPARE(session.Entry("mnuNewParams")->text(), QString("New &Input Parameters"));
+        QCOMPARE(session.Entry("mnuDisplayConfInts")->text(), QString("&Display Conf. Ints."));
+        QCOMPARE(session.Entry("mnuAbout")->text(), QString("&About VELT 3.0"));
+        QCOMPARE(session.Menu("mnuFit")->title(), QString("F&it"));
+    }
+
+    void WhatIsNotBuiltYetStaysDisabledWithDataAndAFit()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        QVERIFY(session.window.objMeth().MethDefined());
+        for (const char* name : {"mnuNew", "mnuSave", "mnuSaveAs", "mnuPrint", "mnuTextExport", "mnuEditMode",
+                                 "mnuFileDescription", "mnuCut", "mnuFormat", "mnuNumber", "mnuFitManager",
+                                 "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
+            QVERIFY2(!session.Entry(name)->isEnabled(), name);
+    }
+
+    void AnImportedFileFillsTheTableAndTheCaption()
+    {
+        Session session;
+        session.Open();
+        QVERIFY(session.window.FileOpen());
+        QCOMPARE(session.window.windowTitle(),
+                 QString("VELT 3.0 - const25.txt - Constant recruitment, 25 years"));
+        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
+        QCOMPARE(model.rowCount(), 25);
+        QCOMPARE(model.columnCount(), 5);
+        const QStringList titles{"Time", "Include", "Tot. Catch Nums", "Effort", "Catch Nums"};
+        for (int column = 0; column < 5; ++column)
+            QCOMPARE(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(), titles[column]);
+        QCOMPARE(model.data(model.index(0, 0), Qt::DisplayRole).toString(), QString("1970"));
+        QCOMPARE(model.data(model.index(0, 3), Qt::DisplayRole).toString(),
+                 QString("109")); // 109.3 in the file
+        QCOMPARE(model.GridColOf(columns::Effort), 3);
+        QCOMPARE(model.GridColOf(columns::CatchWt), 0);
+        QVERIFY(!(model.flags(model.index(0, 3)) & Qt::ItemIsEditable));
+        QVERIFY(session.Menu("mnuFit")->isEnabled());
+        QVERIFY(!session.Entry("mnuParameters")->isEnabled());
+    }
+
+    void TheNumberPanelShowsTheCurrentCellInFull()
+    {
+        Session session;
+        session.Open();
+        QCOMPARE(session.Panel("Number"), QString("9172.47")); // total catch of 1970
+        auto* grid = session.window.findChild<QTableView*>("grdData");
+        grid->setCurrentIndex(grid->model()->index(0, 3));
+        QCOMPARE(session.Panel("Number"), QString("109.3"));
+    }
+
+    void ANewFitLeadsToTheReportTheGraphsAndTheListOfThem()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        QVERIFY(session.window.objMeth().MethDefined());
+        QVERIFY(session.window.findChild<frmParams*>()->isVisible());
+        QVERIFY(session.Entry("mnuNewParams")->isEnabled());
+        QVERIFY(session.Entry("mnuParameters")->isEnabled());
+        const auto titles = session.window.Graphs().UserTitles();
+        QVERIFY(!titles.empty());
+        QCOMPARE(session.Menu("mnuGraph")->actions().size(), static_cast<qsizetype>(titles.size()));
+        QCOMPARE(session.Menu("mnuGraph")->actions().first()->text(), QString::fromStdString(titles.front()));
+        QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
+    }
+
+    void TheListBringsBackAWindowThatItsCloseBoxHid()
+    {
+        Session session;
+        session.window.AddModelGraph(Graph("Effort & more"));
+        frmModelGraph* graph = const_cast<frmModelGraph*>(session.window.Graphs().At(0));
+        graph->close();
+        QVERIFY(!graph->isVisible());
+        QCOMPARE(session.Menu("mnuGraph")->actions().size(), 1);
+        QCOMPARE(session.Menu("mnuGraph")->actions().first()->text(), QString("Effort && more"));
+        session.Menu("mnuGraph")->actions().first()->trigger();
+        QVERIFY(graph->isVisible());
+    }
+
+    void AGraphReplacesTheOneOfItsTitle()
+    {
+        Session session;
+        session.window.AddModelGraph(Graph("A"));
+        session.window.AddModelGraph(Graph("B"));
+        session.window.AddModelGraph(Graph("A"));
+        QVERIFY((session.window.Graphs().UserTitles() == std::vector<std::string>{"B", "A"}));
+    }
+
+    void ClearingHistogramsLeavesEveryOtherWindowOpen()
+    {
+        Session session;
+        session.window.AddModelGraph(Graph("Line"));
+        session.window.AddModelGraph(Graph("K", GraphType::Histogram));
+        session.window.ClearGraphs(true);
+        QVERIFY((session.window.Graphs().UserTitles() == std::vector<std::string>{"Line"}));
+        session.window.ClearGraphs(false);
+        QVERIFY(session.window.Graphs().Empty());
+    }
+
+    void CloseWithAFitAsksAndNoKeepsEverything()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.user.messages.clear();
+        session.user.answers = {Answer::No};
+        session.Entry("mnuClose")->trigger();
+        QVERIFY(session.user.Saw("Clear Current Fit"));
+        QVERIFY(session.window.FileOpen());
+        QVERIFY(session.window.objMeth().MethDefined());
+
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuClose")->trigger();
+        QVERIFY(!session.window.FileOpen());
+        QCOMPARE(session.window.windowTitle(), QString("VELT 3.0"));
+        QVERIFY(session.window.Graphs().Empty());
+        QVERIFY(!session.window.findChild<frmParams*>()->isVisible());
+        QVERIFY(!session.Entry("mnuNewParams")->isEnabled());
+        QCOMPARE(session.Panel("Number"), QString());
+    }
+
+    void ExitWithAFitAsksAndNoKeepsTheProgramRunning()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.user.answers = {Answer::No};
+        session.Entry("mnuExit")->trigger();
+        QVERIFY(session.window.isVisible());
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuExit")->trigger();
+        QVERIFY(!session.window.isVisible());
+    }
+
+    void CloseWithoutAFitAsksNothing()
+    {
+        Session session;
+        session.Open();
+        const std::size_t before = session.user.messages.size();
+        session.Entry("mnuClose")->trigger();
+        QCOMPARE(session.user.messages.size(), before);
+        QVERIFY(!session.window.FileOpen());
+    }
+
+    void ACancelledChoiceOfModelLeavesNoFitButOffersNewInputParameters()
+    {
+        Session session;
+        session.Open();
+        session.user.onSelection = {};
+        session.Entry("mnuNewModel")->trigger();
+        QVERIFY(!session.window.objMeth().MethDefined());
+        QVERIFY(session.Entry("mnuNewParams")->isEnabled());
+    }
+
+    void AnUnknownFileIsNotRecognised()
+    {
+        Session session;
+        QTemporaryDir folder;
+        const QString path = folder.filePath("notes.doc");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("nothing that this program knows");
+        file.close();
+        session.window.OpenPath(path);
+        QVERIFY(session.user.Saw("File type not recognised."));
+        QVERIFY(!session.window.FileOpen());
+        QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    void ADataPlotNeedsNoFit()
+    {
+        Session session;
+        session.Open();
+        session.user.Picks("Effort");
+        session.Entry("mnuDataPlots")->trigger();
+        QCOMPARE(session.window.Graphs().UserTitles().size(), std::size_t{1});
+        QVERIFY(session.Menu("mnuGraph")->isEnabled());
+    }
+
+    void TwoHundredPeriodsScrollTogetherWithTheirLabels()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(201); // row 201 does not exist
+        data.MinTimeP(1);
+        for (int column = 1; column <= 9; ++column)
+            data.ColPresent(column, true);
+        DataGridView view;
+        view.resize(400, 300);
+        view.Show(&data);
+        view.show();
+        QCOMPARE(view.Model().rowCount(), 200);
+        auto* scrolling = view.findChild<QTableView*>("grdData");
+        auto* fixed = view.findChild<QTableView*>("grdFixed");
+        scrolling->scrollToBottom();
+        QCoreApplication::processEvents();
+        QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),
+                 scrolling->rowAt(scrolling->viewport()->height() - 1));
+        QCOMPARE(fixed->rowAt(1), scrolling->rowAt(1));
+        QCOMPARE(view.Model().data(view.Model().index(0, 2), Qt::DisplayRole).toString(), QString("-1"));
+    }
+};
+
+QTEST_MAIN(shell_test)
+#include "shell_test.moc"
