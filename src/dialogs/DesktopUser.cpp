@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/DesktopUser.h"
 
+#include "dialogs/FormDialog.h"
 #include "dialogs/RangeDialog.h"
 #include "dialogs/SelectionDialog.h"
 #include "dialogs/frmASCIIWizard.h"
@@ -109,11 +110,12 @@ std::optional<std::string> DesktopUser::InputBox(const std::string& prompt, cons
                                                  const std::string& suggestion)
 {
     const PlainPointer pointer;
-    bool ok = false;
-    const QString text =
-        QInputDialog::getText(Over(), QString::fromStdString(title), QString::fromStdString(prompt),
-                              QLineEdit::Normal, QString::fromStdString(suggestion), &ok);
-    return ok ? std::optional(text.toStdString()) : std::nullopt;
+    QInputDialog box(Over());
+    box.setWindowTitle(QString::fromStdString(title));
+    box.setLabelText(QString::fromStdString(prompt));
+    box.setTextValue(QString::fromStdString(suggestion));
+    box.setMinimumWidth(WidthForTitle(box, box.windowTitle()));
+    return box.exec() == QDialog::Accepted ? std::optional(box.textValue().toStdString()) : std::nullopt;
 }
 
 bool DesktopUser::AskSelection(Selection& selection)

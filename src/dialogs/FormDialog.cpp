@@ -7,6 +7,14 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+int WidthForTitle(const QWidget& dialog, const QString& title)
+{
+    constexpr int kIconAndButtons = 6; // heights of the font; the title bar itself is drawn by the system
+    QFont bold = dialog.font();
+    bold.setBold(true);
+    return QFontMetrics(bold).horizontalAdvance(title) + kIconAndButtons * dialog.fontMetrics().height();
+}
+
 FormDialog::FormDialog(IUser& user, const QString& title, QWidget* parent)
     : QDialog(parent), m_user(user), m_body(new QVBoxLayout)
 {
@@ -14,11 +22,12 @@ FormDialog::FormDialog(IUser& user, const QString& title, QWidget* parent)
     auto* outer = new QVBoxLayout(this);
     outer->addLayout(m_body);
     outer->setSizeConstraint(QLayout::SetFixedSize); // follows rows that come and go
+    m_body->addStrut(WidthForTitle(*this, title));
 }
 
 void FormDialog::AddButtons(int okId, int cancelId)
 {
-    m_buttons = new QDialogButtonBox;
+    m_buttons = new QDialogButtonBox(this); // a default button must know its dialog, or another takes its place
     QPushButton* ok = m_buttons->addButton(Words(okId), QDialogButtonBox::AcceptRole);
     ok->setObjectName("cmdOK");
     ok->setDefault(true);

@@ -10,6 +10,9 @@
 class QDialogButtonBox;
 class QVBoxLayout;
 
+/// Least width in pixels at which the title bar of `dialog` shows `title` whole, beside icon and buttons.
+int WidthForTitle(const QWidget& dialog, const QString& title);
+
 /// What the input dialogs share: OK and Cancel, entry boxes that are judged when they are left and before
 /// OK, and a refused entry that keeps the focus with its text selected. A dialog edits its own copy of a
 /// record; the caller takes it back after OK, so that Cancel needs no undo.

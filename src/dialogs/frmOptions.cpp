@@ -39,6 +39,7 @@ frmOptions::frmOptions(IUser& user, const MinimiserOptions& options, QWidget* pa
     AddButtons(707, 708);
     m_cmdDefault = ButtonRow()->addButton(Words(709), QDialogButtonBox::ResetRole);
     m_cmdDefault->setObjectName("cmdDefault");
+    m_cmdDefault->setAutoDefault(false); // Enter in a field is OK and never throws the entries away
     connect(m_cmdDefault, &QPushButton::clicked, this, &frmOptions::OnDefaults);
     ShowRecord();
 }

@@ -67,16 +67,17 @@ public:
     {
     }
 
-    std::optional<Minimum> One() const;
-    std::optional<Minimum> Two() const;
+    Finding One() const;
+    Finding Two() const;
 
 private:
     Sides Look(Direction d, double step) const;
     Sides Fit(Direction d) const;
     bool Risen(const Sides& s) const { return s.valid && s.curvature > kRise * m_noise; }
-    bool FindAxes(Valley& valley) const;
+    bool IsParabola(Direction d, const Sides& s) const;
+    Shape FindAxes(Valley& valley) const;
     Floor FindFloor(const Valley& valley, double t) const;
-    bool FollowFloor(Valley& valley) const;
+    Shape FollowFloor(Valley& valley) const;
     Minimum LowestAround(double u1, double u2) const;
 
     double m_value, m_noise, m_penalty;
@@ -134,30 +135,39 @@ Minimum Sampler::LowestAround(double u1, double u2) const
     return lowest;
 }
 
-std::optional<Minimum> Sampler::One() const
+Finding Sampler::One() const
 {
     const Sides sides = Fit({1.0, 0.0});
     if (!Risen(sides))
-        return std::nullopt;
-    return LowestAround(Lowest(sides) * sides.step, 0.0);
+        return {};
+    return {Shape::Bowl, LowestAround(Lowest(sides) * sides.step, 0.0)};
+}
+
+/// Whether half the step shows about a quarter of the rise, as it does however narrow a smooth valley is.
+bool Sampler::IsParabola(Direction d, const Sides& s) const
+{
+    const Sides half = Look(d, s.step / 2.0);
+    return half.valid && half.curvature < s.curvature / 2.4 && half.curvature > s.curvature / 12.0;
 }
 
 /// The axes of the ellipse of equal values, the steep one as long as the noise asks for.
-bool Sampler::FindAxes(Valley& valley) const
+Shape Sampler::FindAxes(Valley& valley) const
 {
     const Sides first = Fit({1.0, 0.0});
     const Sides second = Fit({0.0, 1.0});
     if (!Risen(first) || !Risen(second))
-        return false;
+        return Shape::Flat;
+    if (!IsParabola({1.0, 0.0}, first) || !IsParabola({0.0, 1.0}, second))
+        return Shape::Ragged;
     const Sides diagonal = Look({first.step, second.step}, 1.0);
     const Sides across = Look({first.step, -second.step}, 1.0);
     if (!diagonal.valid || !across.valid)
-        return false;
+        return Shape::Flat;
     const double mixed = (diagonal.curvature - across.curvature) / 4.0;
     const double angle = 0.5 * std::atan2(2.0 * mixed, first.curvature - second.curvature);
     valley.steep = {std::cos(angle) * first.step, std::sin(angle) * second.step};
     valley.flat = {-std::sin(angle) * first.step, std::cos(angle) * second.step};
-    return true;
+    return Shape::Bowl;
 }
 
 /// The floor across from `t` along the flat axis, by a parabola along the steep one.
@@ -182,42 +192,44 @@ Floor Sampler::FindFloor(const Valley& valley, double t) const
 }
 
 /// Walks along the floor on both sides until it has risen above the noise.
-bool Sampler::FollowFloor(Valley& valley) const
+Shape Sampler::FollowFloor(Valley& valley) const
 {
     constexpr double kStride = 2.5;
     valley.here = FindFloor(valley, 0.0);
-    bool risen = false;
-    for (double t = 2.0; valley.here.valid && t * Length(valley.flat) <= kLongestStep; t *= kStride) {
+    if (!valley.here.valid)
+        return Shape::Ragged;
+    for (double t = 2.0; t * Length(valley.flat) <= kLongestStep; t *= kStride) {
         const Floor ahead = FindFloor(valley, t);
         const Floor behind = FindFloor(valley, -t);
         if (!ahead.valid || !behind.valid)
-            break;
+            return valley.reach == 0.0 ? Shape::Ragged : Shape::Flat; // lost at once, or only far away
         valley.ahead = ahead;
         valley.behind = behind;
         valley.reach = t;
-        const double curvature = ahead.value + behind.value - 2.0 * valley.here.value;
-        risen = curvature > kRise * m_noise;
-        if (risen)
-            break;
+        if (ahead.value + behind.value - 2.0 * valley.here.value > kRise * m_noise)
+            return Shape::Bowl;
     }
-    return risen;
+    return Shape::Flat;
 }
 
-std::optional<Minimum> Sampler::Two() const
+Finding Sampler::Two() const
 {
     Valley valley;
-    if (!FindAxes(valley) || !FollowFloor(valley))
-        return std::nullopt;
+    Shape shape = FindAxes(valley);
+    if (shape == Shape::Bowl)
+        shape = FollowFloor(valley);
+    if (shape != Shape::Bowl)
+        return {shape, {}};
     Sides along{1.0, valley.ahead.value, valley.behind.value};
     along.curvature = along.plus + along.minus - 2.0 * valley.here.value;
     const double t = Lowest(along) * valley.reach;
     const double s = valley.OffsetAt(t);
-    return LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2);
+    return {Shape::Bowl,
+            LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2)};
 }
 } // namespace
 
-std::optional<Minimum> FindMinimum(int parameters, double value, double noise, double penalty,
-                                   const Displaced& at)
+Finding FindMinimum(int parameters, double value, double noise, double penalty, const Displaced& at)
 {
     const Sampler sampler(value, noise, penalty, at);
     return parameters == 1 ? sampler.One() : sampler.Two();

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 
-/// Looks through the roughness of a surface near a point: parabolas through values far enough apart that their
-/// rise drowns the noise say where the minimum of the surface below it lies.
+/// Looks through the roughness of a surface near a point: parabolas through values far enough apart that
+/// their rise drowns the noise say where the minimum of the surface below it lies.
 namespace rough_surface
 {
 
@@ -18,11 +17,21 @@ struct Minimum {
     double value = 0.0; ///< as the rough surface has it there
 };
 
-/// The lowest of a few neighbours at the place where the parabolas have their minimum.
-/// \param parameters 1 or 2 \param value at the point itself \param noise standard deviation of the roughness,
-/// above 0 \param penalty values from here on lie outside the domain
-/// \return nothing when the domain ends too near, or the surface does not rise on both sides
-std::optional<Minimum> FindMinimum(int parameters, double value, double noise, double penalty,
-                                   const Displaced& at);
+/// What the surface looks like above its roughness.
+enum class Shape {
+    Bowl,   ///< parabolas fit, and they have a minimum
+    Flat,   ///< it does not rise, or the domain ends, before anything stands out of the roughness
+    Ragged, ///< it rises on all sides, but no parabolas fit: there may be better points near by
+};
+
+struct Finding {
+    Shape shape = Shape::Flat;
+    Minimum
+        minimum; ///< of a bowl: the lowest of a few neighbours of the place where the parabolas have theirs
+};
+
+/// \param parameters 1 or 2 \param value at the point itself \param noise standard deviation of the
+/// roughness, above 0 \param penalty values from here on lie outside the domain
+Finding FindMinimum(int parameters, double value, double noise, double penalty, const Displaced& at);
 
 } // namespace rough_surface

@@ -2,7 +2,6 @@
 #include "engines/VELT_NelMead.h"
 
 #include "base/VeltError.h"
-#include "engines/RoughSurface.h"
 
 #include <algorithm>
 #include <array>
@@ -252,13 +251,15 @@ void VELT_NelMead::SearchToTheEnd()
         if (Run(Purpose::Search, 0.0, 0.0) == RunEnd::StepsUsed)
             return;
         const bool onFunction = m_convergedOnFunction, onParameter = m_convergedOnParameter;
-        const bool confirmed = m_convergeOn == 0 ? ConfirmShortly() : ConfirmFully();
-        if (confirmed) {
+        const Verdict verdict = m_convergeOn == 0 ? ConfirmShortly() : ConfirmFully();
+        if (verdict == Verdict::Minimum) {
             m_convergedOnFunction = onFunction;
             m_convergedOnParameter = onParameter;
             m_converged = true;
             return;
         }
+        if (verdict == Verdict::NoMinimum)
+            m_steps = m_maxIts; // no search can arrive on such a surface
         if (m_steps >= m_maxIts) {
             UpdateTests();
             return;
@@ -431,7 +432,8 @@ void VELT_NelMead::UpdateTests()
     const double size = 0.5 * (std::fabs(m_values[m_high]) + std::fabs(m_values[m_low]));
     const double tolerance = m_ftol * (size + kFunctionFloor * m_firstValue);
     m_convergedOnParameter = m_values[m_low] < kPenalty && RelativeSize() <= m_xtol;
-    m_convergedOnFunction = m_values[m_high] < kPenalty && spread <= std::max(tolerance, kRecords * m_roughness);
+    m_convergedOnFunction =
+        m_values[m_high] < kPenalty && spread <= std::max(tolerance, kRecords * m_roughness);
 }
 
 // Largest distance of a vertex from the best one along a parameter, as a share of that parameter.
@@ -460,26 +462,34 @@ bool VELT_NelMead::ContractedWithin(double threshold) const
     return m_values[m_high] < kPenalty && m_values[m_high] - m_values[m_low] <= threshold;
 }
 
-// A fresh simplex of the first one's size, turned the other way, and probes on both sides. On "no" the
+// A fresh simplex of the first one's size, turned the other way, and probes on both sides. On "search on" the
 // simplex stands ready for the search to go on.
-bool VELT_NelMead::ConfirmFully()
+VELT_NelMead::Verdict VELT_NelMead::ConfirmFully()
 {
     double threshold = Threshold();
-    if (kRecords * m_roughness > kRoughShare * std::fabs(m_minValue) && LookThroughRoughness())
-        return !ProbeImproves(kMostFresh, threshold);
+    if (kRecords * m_roughness > kRoughShare * std::fabs(m_minValue)) {
+        const double before = m_minValue;
+        const rough_surface::Shape shape = LookThroughRoughness();
+        if (shape == rough_surface::Shape::Bowl)
+            return ProbeImproves(kMostFresh, threshold) ? Verdict::SearchOn : Verdict::Minimum;
+        // A cusp is ragged too, but nothing beside it is better.
+        if (shape == rough_surface::Shape::Ragged && m_minValue < before - m_ftol * std::fabs(before))
+            return Verdict::NoMinimum;
+    }
     // The points of one parameter are reflected to and fro anyway.
     if (m_free.size() > 1 && (ProbeImproves(kMostFresh, threshold) || ProbeImproves(kProbe, threshold)))
-        return false;
+        return Verdict::SearchOn;
     const double reference = m_minValue;
     m_orientation = -m_orientation;
     BuildSimplexAtBest(1.0, m_orientation);
     RankVertices();
-    return Run(Purpose::Confirm, reference, threshold) == RunEnd::NothingBetter;
+    const RunEnd end = Run(Purpose::Confirm, reference, threshold);
+    return end == RunEnd::NothingBetter ? Verdict::Minimum : Verdict::SearchOn;
 }
 
 // For replicates: the middle of the simplex, which unmasks equal values on both sides of a valley, and a
 // probe on both sides along every free parameter.
-bool VELT_NelMead::ConfirmShortly()
+VELT_NelMead::Verdict VELT_NelMead::ConfirmShortly()
 {
     double threshold = -1.0; // measured only when something looks better
     const double reference = m_minValue;
@@ -492,40 +502,41 @@ bool VELT_NelMead::ConfirmShortly()
     std::copy(m_best.begin(), m_best.end(), m_anchor.begin());
     const double middle = Evaluate(m_trial);
     if (middle < reference && TakeImprovement(reference, threshold))
-        return false;
-    return !ProbeImproves(kProbe, threshold);
+        return Verdict::SearchOn;
+    return ProbeImproves(kProbe, threshold) ? Verdict::SearchOn : Verdict::Minimum;
 }
 
 // A search ends in some dent of a rough surface, or in a narrow valley whose floor the dents hide. Parabolas
-// through values that stand out of the roughness show where the minimum lies; as soon as the best point differs
-// from it by roughness alone, the answer is that minimum and not the deepest dent met on the way, so that it
-// does not hang on the start. \return whether the minimum was found
-bool VELT_NelMead::LookThroughRoughness()
+// through values that stand out of the roughness show where the minimum lies; as soon as the best point
+// differs from it by roughness alone, the answer is that minimum and not the deepest dent met on the way, so
+// that it does not hang on the start.
+rough_surface::Shape VELT_NelMead::LookThroughRoughness()
 {
+    using rough_surface::Shape;
     constexpr int kRounds = 4;
     const auto positive = [this](std::size_t i) { return m_best[i] > 0.0; };
     if (m_free.size() > 2 || !std::all_of(m_free.begin(), m_free.end(), positive))
-        return false;
+        return Shape::Flat;
     for (int round = 0; round < kRounds; ++round) {
         const double before = m_minValue;
         std::copy(m_best.begin(), m_best.end(), m_anchor.begin());
-        const auto minimum = rough_surface::FindMinimum(
+        const auto [shape, minimum] = rough_surface::FindMinimum(
             static_cast<int>(m_free.size()), before, m_roughness, kPenalty, [this](double u1, double u2) {
                 DisplaceFromAnchor(u1, u2);
                 return Evaluate(m_trial);
             });
-        if (!minimum)
-            return false;
+        if (shape != Shape::Bowl)
+            return shape;
         if (m_minValue < before - kRecords * m_roughness)
             continue;
-        if (minimum->value < m_minValue + kRecords * m_roughness) {
-            DisplaceFromAnchor(minimum->u1, minimum->u2);
+        if (minimum.value < m_minValue + kRecords * m_roughness) {
+            DisplaceFromAnchor(minimum.u1, minimum.u2);
             std::copy(m_trial.begin(), m_trial.end(), m_best.begin());
-            m_minValue = minimum->value;
+            m_minValue = minimum.value;
         }
-        return true;
+        return Shape::Bowl;
     }
-    return false;
+    return Shape::Flat;
 }
 
 // The trial point becomes the anchor moved by these logarithms of its free parameters.
@@ -589,10 +600,10 @@ bool VELT_NelMead::TakeImprovement(double reference, double& threshold)
 // What an improvement has to exceed: the tolerance, and what the roughness of the surface can feign.
 double VELT_NelMead::Threshold()
 {
-    const double size = std::fabs(m_minValue);
     if (m_roughness < 0.0)
         m_roughness = Roughness();
-    return std::max({m_ftol * size, kFloatUnit * size, kRecords * m_roughness});
+    return std::max(
+        {m_ftol * std::fabs(m_minValue), kFloatUnit * std::fabs(m_minValue), kRecords * m_roughness});
 }
 
 double VELT_NelMead::Roughness()

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engines/RoughSurface.h"
 #include <cstddef>
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -45,13 +47,14 @@ public:
     /// its last evaluation belongs to the estimate. Reaching MaxIts is no failure: Converged is then false.
     void Minimise();
 
-    /// The simplex's values spread less than FTOL * their size (plus a tiny floor), or no more than the measured
-    /// roughness of the surface alone lets them.
+    /// The simplex's values spread less than FTOL * their size (plus a tiny floor), or no more than the
+    /// measured roughness of the surface alone lets them.
     bool ConvergedOnFunction() const { return m_convergedOnFunction; }
     /// Each parameter spreads less than XTOL * the point (plus a tiny floor).
     bool ConvergedOnParameter() const { return m_convergedOnParameter; }
     /// The rule in force was met, at a point with a value below kPenalty that a fresh simplex around it could
-    /// not improve on beyond the roughness of the surface.
+    /// not improve on beyond the roughness of the surface. False where the surface is no bowl
+    /// at any scale and better points turn up wherever one looks, as under chaotic dynamics.
     bool Converged() const { return m_converged; }
     std::int32_t NumEvaluations() const { return m_evaluations; }
     double MinValue() const { return m_minValue; } ///< function value at the best point
@@ -62,6 +65,9 @@ private:
         double start = 0.0, second = 0.0, lower = 0.0, upper = 0.0;
     };
     enum class Purpose { Search, Confirm };
+    /// What a second look at a point says: it is a minimum; there is something better; the surface is so
+    /// ragged there that no point can be called a minimum.
+    enum class Verdict { Minimum, SearchOn, NoMinimum };
     enum class RunEnd { TestsMet, NothingBetter, Improved, StepsUsed };
 
     void Prepare();
@@ -89,10 +95,10 @@ private:
     bool ContractedWithin(double threshold) const;
     double RelativeSize() const;
 
-    bool ConfirmFully();
-    bool LookThroughRoughness();
+    Verdict ConfirmFully();
+    rough_surface::Shape LookThroughRoughness();
     void DisplaceFromAnchor(double u1, double u2);
-    bool ConfirmShortly();
+    Verdict ConfirmShortly();
     bool ProbeImproves(double shareOfPoint, double& threshold);
     bool ProbeAlong(std::size_t f, std::size_t g, double share, double shareOfG, double& threshold);
     bool TakeImprovement(double reference, double& threshold);

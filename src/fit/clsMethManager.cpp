@@ -65,7 +65,7 @@ void clsMethManager::Reset()
     m_methDefined = m_plotEvaluations = m_setStartingEstimates = m_fitLogged = false;
     m_method.reset();
     if (m_displayParameters)
-        DisplayParameters(false);
+        m_run.window.ShowParameterReport(nullptr); // the wish to see the report outlives the fit
     m_ciLow = 0.025F;
     m_ciHigh = 0.975F;
 }

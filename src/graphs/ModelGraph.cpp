@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "graphs/ModelGraph.h"
 
+#include "base/NumberText.h"
+#include "base/StringTable.h"
 #include "base/VeltError.h"
 
 #include <cmath>
@@ -27,4 +29,27 @@ std::optional<ModelGraph::TimeAxis> ModelGraph::YearAxis() const
     TimeAxis axis{.minimum = downTo5(m_x.front()), .maximum = downTo5(m_x.back() + 5.0)};
     axis.step = (axis.maximum - axis.minimum) / 5.0;
     return axis;
+}
+
+std::string ModelGraph::CopiedText() const
+{
+    constexpr int kObserved = 1855;
+    constexpr int kExpected = 1854;
+    const auto line = [](std::initializer_list<std::string> cells) {
+        std::string text;
+        for (const std::string& cell : cells)
+            text += (text.empty() ? "" : "\t") + cell;
+        return text + "\r\n";
+    };
+    using number_text::Plain;
+    if (m_type != GraphType::PointsAndLine) {
+        std::string text = line({m_xTitle, m_yTitle});
+        for (std::size_t i = 0; i < m_x.size(); ++i)
+            text += line({Plain(m_x[i]), Plain(m_y[i])});
+        return text;
+    }
+    std::string text = line({m_xTitle, LoadResString(kObserved), LoadResString(kExpected)});
+    for (std::size_t i = 0; i < m_x.size(); ++i)
+        text += line({Plain(m_x[i]), Plain(Shown(m_y[i]) ? m_y[i] : m_y2[i]), Plain(m_overlay[i])});
+    return text;
 }

@@ -74,6 +74,11 @@ public:
     /// year + 5) rounded down, in five steps. Other graphs keep the drawing's own scale.
     std::optional<TimeAxis> YearAxis() const;
 
+    /// The numbers as text for a spreadsheet: a heading line, then one line a point, columns parted by tabs,
+    /// each line ended by CR LF. A graph of GraphType 0 gives time, observed (in or out of the fit) and
+    /// expected values, any other one X and Y. A point that is not drawn has the value InvalidData.
+    std::string CopiedText() const;
+
 private:
     void Take(std::vector<double>& series, std::span<const double> values);
 

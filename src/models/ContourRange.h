@@ -10,8 +10,8 @@
 
 /// The ranges of a likelihood surface over two parameters, and the number of points along each axis.
 struct ContourRange {
-    std::string Param1Name = "Parameter 1";
-    std::string Param2Name = "Parameter 2";
+    std::string Param1Name = "N1"; ///< the names of the recruitment index model, which sets none
+    std::string Param2Name = "Lambda";
     double Param1Lo = 0.0;
     double Param1Hi = 0.0;
     double Param2Lo = 0.0;

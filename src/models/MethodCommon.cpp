@@ -13,8 +13,8 @@
 std::string ConvergenceText(const VELT_NelMead& minimiser, const modVeltGlobals::Globals& globals)
 {
     const auto line = [&globals](bool succeeded, int what) {
-        return globals.Minimisation + " " + LoadResString(succeeded ? 1956 : 1957) + " " + LoadResString(what) +
-               ".";
+        return globals.Minimisation + " " + LoadResString(succeeded ? 1956 : 1957) + " " +
+               LoadResString(what) + ".";
     };
     return line(minimiser.ConvergedOnFunction(), 1958) + "\n" + line(minimiser.ConvergedOnParameter(), 1959);
 }

@@ -75,8 +75,8 @@ struct ModelState {
     bool HasVariances() const { return data->ColPresent(columns::VarAbundIndex); }
 
     /// Number of the last period of a trajectory, checked against the room for it, so that hot loops may
-    /// work on raw spans. \throws VeltError 9 when 200 periods are filled: the state one period on has no room;
-    ///         also before the periods have been counted
+    /// work on raw spans. \throws VeltError 9 when 200 periods are filled, as the state one period on has no
+    /// room, and before the periods have been counted
     int LastState() const;
 };
 

@@ -120,8 +120,9 @@ void clsProduction::CalcPopTraj()
     m.EffMidPopSum = 0.0;
     for (std::size_t t = 1; t < last; ++t) { // t is the state behind period p, both counted from 0
         const std::size_t p = t - 1;
-        if (m.PopUnderflow) {
-            nt[t] = 0.0F;
+        if (m.PopUnderflow) { // nothing is left, nor any expected catch
+            nt[t] = mid[p] = 0.0F;
+            x[p] = 0.0;
             continue;
         }
         const std::ptrdiff_t lagged = static_cast<std::ptrdiff_t>(p) - lag;
@@ -137,6 +138,7 @@ void clsProduction::CalcPopTraj()
         if (nt[t] < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
             m.PopUnderflow = true;
             nt[t] = 0.0F;
+            x[p] = 0.0;
         } else if (toggledIn[p]) {
             x[p] = effort[p] * (static_cast<double>(nt[t]) + nt[p]) / 2.0;
             m.EffMidPopSum += x[p];

@@ -324,8 +324,6 @@ void clsProduction::LnBootStraps()
 
 void clsProduction::GammaBootStraps()
 {
-    const Restored nu(m.GammaNu); // a later run starts from the fit again
-    const Restored beta(m.GammaBeta);
     VELT_NelMead minimiser;
     RunReplicates(m, Source("_CalcGammaBootStraps"), [this, &minimiser](int b) {
         ResampleGammaCatch(m, m_gammaCatch);

@@ -16,8 +16,6 @@ clsRecruitINdex::clsRecruitINdex()
     : MethodCommon("clsRecruitIndex", models::kRecruitmentIndex,
                    {bs_param::kQ, bs_param::kN1, bs_param::kLambda})
 {
-    m_contours.range.Param1Name = "N1";
-    m_contours.range.Param2Name = "Lambda";
 }
 
 void clsRecruitINdex::Z(float value)
@@ -75,7 +73,8 @@ void clsRecruitINdex::CalcPopTraj()
     for (std::size_t t = 1; t < last; ++t) {
         const std::size_t p = t - 1;
         const double withRecruits = nt[p] + lambda * index[p];
-        // A projected catch takes the whole period's survival where the mean population takes half. Deliberate.
+        // A projected catch takes the whole period's survival where the mean population takes half.
+        // Deliberate.
         if (m.DIYTCatch && t > measured)
             total[p] = ToFloat(Div(f2 * q * effort[p] * withRecruits, 1.0 + q * effort[p] / 2.0));
         nt[t] = ToFloat(f2 * withRecruits - f1 * total[p]);
@@ -207,7 +206,8 @@ bool clsRecruitINdex::InitEstimates()
         WorkEsts.Lambda = Div(WorkEsts.N1, meanIndex);
     }
     CalcPopTraj();
-    // Under least squares the mean index is 0: a regression fit that underflows ends in the division. Deliberate.
+    // Under least squares the mean index is 0: a regression fit that underflows ends in the division.
+    // Deliberate.
     const bool survives = DoubleUntilItSurvives([this, meanIndex] {
         m.StartEstKind = 3;
         WorkEsts.N1 *= 2.0;

@@ -53,8 +53,9 @@ void clsSingleCohort::CalcPopTraj()
     nt[0] = ToFloat(WorkEsts.N1);
     for (std::size_t t = 1; t < last; ++t) { // t is the state behind period p, both counted from 0
         const std::size_t p = t - 1;
-        if (m.PopUnderflow) {
-            nt[t] = 0.0F;
+        if (m.PopUnderflow) { // nothing is left, nor any expected catch
+            nt[t] = mid[p] = 0.0F;
+            x[p] = 0.0;
             continue;
         }
         // A projected catch is made from the effort of the period before and from what N(t) still holds from
@@ -216,7 +217,8 @@ void clsSingleCohort::Search(double start, const char* procedure)
     SetUpFinal(minimiser, 1);
     minimiser.SetParameter(1, start, start * kSecondPoint, 0.0, kUpperLimit);
     minimiser.Minimise();
-    if (!minimiser.Converged())
+    // The log objective has values below MinPop too, but a population that is gone is no answer.
+    if (!minimiser.Converged() || m.PopUnderflow)
         RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), Source(procedure));
     WorkEsts.N1 = minimiser.Estimate(1);
     KeepReport(minimiser.MinValue(), minimiser.NumEvaluations());

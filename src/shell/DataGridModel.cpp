@@ -81,7 +81,7 @@ QVariant DataGridModel::data(const QModelIndex& index, int role) const
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(include ? Qt::AlignCenter : Qt::AlignRight | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-        return include ? QVariant(IncludeHint(index.row() + 1)) : QVariant();
+        return include ? IncludeHint(index.row() + 1) : FullValue(index); // the format may hide decimals
     case Qt::AccessibleTextRole:
         return include ? IncludeHint(index.row() + 1) : TextAt(index);
     case Qt::BackgroundRole: // the first two columns are titles of the rows

@@ -28,6 +28,7 @@ void GraphWindows::Clear(bool histogramsOnly)
     if (histogramsOnly) {
         std::erase_if(m_windows,
                       [](const auto& window) { return window->Graph().Type() == GraphType::Histogram; });
+        m_placed = static_cast<int>(m_windows.size()); // new ones take the places of the old
         return;
     }
     m_windows.clear();
@@ -67,15 +68,29 @@ std::vector<std::string> GraphWindows::UserTitles() const
     return titles;
 }
 
+void GraphWindows::RaiseHistograms()
+{
+    for (const auto& window : m_windows) {
+        if (window->Graph().Type() == GraphType::Histogram && window->isVisible())
+            window->raise();
+    }
+}
+
 /// Each window a title bar lower and further right than the one before, starting anew at the screen's edge.
+/// Where the screen is too small for that, the window is moved into it.
 void GraphWindows::Place(QWidget& window)
 {
     const QRect screen = m_main.screen()->availableGeometry();
     const int step = m_main.fontMetrics().height() * 2;
     const QPoint start = m_main.frameGeometry().topLeft() + QPoint(4 * step, 3 * step);
-    const int roomDown = (screen.bottom() - start.y() - window.sizeHint().height()) / step;
+    const QSize size = window.size() + QSize(0, step); // with its title bar
+    const int roomDown = (screen.bottom() - start.y() - size.height()) / step;
     const int inOneRun = std::clamp(roomDown, 3, 12);
-    window.move(start + QPoint(step, step) * (m_placed % inOneRun) +
-                QPoint(2 * step, 0) * (m_placed / inOneRun));
+    const QPoint wanted = start + QPoint(step, step) * (m_placed % inOneRun) +
+                          QPoint(2 * step, 0) * (m_placed / inOneRun);
+    const int mostRight = std::max(screen.left(), screen.right() - size.width());
+    const int mostDown = std::max(screen.top(), screen.bottom() - size.height());
+    window.move(std::clamp(wanted.x(), screen.left(), mostRight),
+                std::clamp(wanted.y(), screen.top(), mostDown));
     ++m_placed;
 }

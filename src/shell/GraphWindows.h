@@ -33,6 +33,9 @@ public:
     /// Shows the window at `position` (from 0), also after its close box has hidden it.
     void BringForward(std::size_t position);
 
+    /// Brings the histograms that are shown above the other windows; the focus stays where it is.
+    void RaiseHistograms();
+
     bool Empty() const { return m_windows.empty(); }
     /// The titles as the user may have edited them, in order.
     std::vector<std::string> UserTitles() const;

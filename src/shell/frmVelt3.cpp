@@ -100,7 +100,7 @@ void frmVelt3::BuildWindow()
 
     setAcceptDrops(true);
     const QFontMetrics metrics = fontMetrics();
-    const QSize wanted(metrics.averageCharWidth() * 110, metrics.height() * 34);
+    const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 44);
     resize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
     setMinimumSize(metrics.averageCharWidth() * 50, metrics.height() * 14);
 }
@@ -269,7 +269,7 @@ void frmVelt3::OnGenerateConfInts()
         m_meth->GenerateBootStraps();
     if (answer != Answer::Cancel && m_meth->IsBSDone())
         OnDisplayConfInts();
-    activateWindow();
+    TakeFocus();
 }
 
 void frmVelt3::OnDisplayConfInts()
@@ -280,7 +280,16 @@ void frmVelt3::OnDisplayConfInts()
         m_meth->DisplayBootStrapHistograms();
         EnableControls();
     }
+    TakeFocus();
+}
+
+/// The focus comes back to this window, but the histograms and limits that were asked for stay in sight.
+void frmVelt3::TakeFocus()
+{
     activateWindow();
+    m_graphs.RaiseHistograms();
+    if (m_report.isVisible())
+        m_report.raise();
 }
 
 /// The report's button differs from the menu: a broken run ends it without a further message.
@@ -329,6 +338,8 @@ void frmVelt3::HourglassOff()
 void frmVelt3::AddModelGraph(std::shared_ptr<ModelGraph> graph)
 {
     m_graphs.Add(std::move(graph));
+    if (m_report.isVisible())
+        m_report.raise(); // on a small screen a new graph would cover it
     YieldToEvents();
     EnableControls();
 }
@@ -342,10 +353,10 @@ void frmVelt3::ClearGraphs(bool histogramsOnly)
 /// The one way the table is brought into step with the data set.
 void frmVelt3::SetUpDataGrid()
 {
+    m_fileOpen = true;
     ShowCaption();
     m_grid->Show(m_data.get());
     ShowHint(m_data->ShownRows() == 0);
-    m_fileOpen = true;
     EnableControls();
 }
 
@@ -370,12 +381,14 @@ void frmVelt3::ShowParameterReport(const ParameterReport* report)
         return;
     }
     m_report.Show(*report);
-    if (m_reportPlaced)
-        return; // where the user left it
-    // At the right edge, where the graphs that cascade from this window do not cover it.
+    // At the right edge, where the graphs that cascade from this window do not cover it; later where the user
+    // left it, unless the limits have made it too wide for that.
     const QRect free = screen()->availableGeometry();
-    m_report.move(free.right() - m_report.sizeHint().width() - 2 * fontMetrics().height(),
-                  std::max(free.top(), frameGeometry().top()));
+    const int mostRight = free.right() - m_report.sizeHint().width() - 2 * fontMetrics().height();
+    if (!m_reportPlaced)
+        m_report.move(mostRight, std::max(free.top(), frameGeometry().top()));
+    else if (m_report.x() > mostRight)
+        m_report.move(mostRight, m_report.y());
     m_reportPlaced = true;
 }
 

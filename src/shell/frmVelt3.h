@@ -76,6 +76,7 @@ private:
     void OnDisplayConfInts();
     void OnReportConfInts();
     void OnAbout();
+    void TakeFocus();
 
     /// Loads `path` in place of nothing: the former data set has been closed.
     void Load(const std::string& path);

@@ -2,14 +2,32 @@
 #include "shell/frmVelt3.h"
 
 #include <QApplication>
-#include <QStyleFactory>
+#include <QProxyStyle>
+
+namespace
+{
+/// Fusion on every system, with buttons that carry words alone in all dialogs, the toolkit's own included.
+class PlainButtons : public QProxyStyle
+{
+public:
+    PlainButtons() : QProxyStyle("Fusion") {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* answer) const override
+    {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+};
+} // namespace
 
 int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName("VELT");
     QApplication::setApplicationVersion("3.0.0");
-    QApplication::setStyle(QStyleFactory::create("Fusion")); // the same on every system
+    QApplication::setStyle(new PlainButtons); // the application owns it
     frmVelt3 window;
     window.show();
     return QApplication::exec();

@@ -1,25 +1,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/PlotWindow.h"
 
+#include "base/StringTable.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QMenu>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QVBoxLayout>
+
+namespace
+{
+/// The title as a file name that every system takes, without an ending.
+QString FileNameFor(QString title)
+{
+    static const QRegularExpression awkward("[^\\w=-]+", QRegularExpression::UseUnicodePropertiesOption);
+    return title.replace(awkward, " ").simplified();
+}
+} // namespace
 
 PlotWindow::PlotWindow(const QString& plotName, QWidget* parent)
     : QWidget(parent, Qt::Window), m_plot(new QCustomPlot(this)), m_status(new QLabel(this))
 {
     m_plot->setObjectName(plotName);
     m_plot->setInteractions(QCP::iRangeZoom | QCP::iRangeDrag);
-    m_plot->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_plot->setContextMenuPolicy(Qt::ActionsContextMenu); // opens by the menu key as well
     m_plot->setFocusPolicy(Qt::StrongFocus);
     const int em = QFontMetrics(plot_style::Font()).height();
     m_plot->setMinimumSize(22 * em, 15 * em); // smaller, and the labels would touch
@@ -34,7 +45,31 @@ PlotWindow::PlotWindow(const QString& plotName, QWidget* parent)
     resize(40 * em, 28 * em);
     connect(m_plot, &QCustomPlot::mouseMove, this, &PlotWindow::OnMouseMove);
     connect(m_plot, &QCustomPlot::mouseDoubleClick, this, &PlotWindow::ResetZoom);
-    connect(m_plot, &QWidget::customContextMenuRequested, this, &PlotWindow::ShowMenu);
+    AddCommands();
+}
+
+void PlotWindow::AddCommands()
+{
+    connect(AddCommand("actResetZoom", tr("&Reset Zoom")), &QAction::triggered, this, &PlotWindow::ResetZoom);
+    QAction* save = AddCommand("actSavePicture", tr("&Save Picture As..."));
+    save->setShortcut(QKeySequence::Save);
+    connect(save, &QAction::triggered, this, &PlotWindow::SavePicture);
+    QAction* copy = AddCommand("actCopyPicture", tr("&Copy Picture"));
+    copy->setShortcut(QKeySequence::Copy);
+    connect(copy, &QAction::triggered, this, &PlotWindow::CopyPicture);
+}
+
+QAction* PlotWindow::AddCommand(const char* name, const QString& caption)
+{
+    auto* action = new QAction(caption, this);
+    action->setObjectName(QString::fromLatin1(name));
+    m_plot->addAction(action);
+    return action;
+}
+
+void PlotWindow::Tell(int textId)
+{
+    QMessageBox::information(this, tr("VELT 3.0"), QString::fromStdString(LoadResString(textId)));
 }
 
 QString PlotWindow::StatusText() const
@@ -69,27 +104,21 @@ void PlotWindow::OnMouseMove(QMouseEvent* event)
                                                                               : QString());
 }
 
-void PlotWindow::ShowMenu(const QPoint& position)
-{
-    QMenu menu(this);
-    menu.addAction(tr("&Reset Zoom"), this, &PlotWindow::ResetZoom);
-    menu.addSeparator();
-    menu.addAction(tr("&Save Picture As..."), this, &PlotWindow::SavePicture);
-    menu.addAction(tr("&Copy Picture"), this, &PlotWindow::CopyPicture);
-    menu.exec(m_plot->mapToGlobal(position));
-}
-
 void PlotWindow::SavePicture()
 {
-    const QString pictures = tr("PNG picture (*.png);;SVG drawing (*.svg);;PDF document (*.pdf)");
-    QString filter;
-    QString path = QFileDialog::getSaveFileName(this, tr("Save Picture"), QString(), pictures, &filter);
-    if (path.isEmpty())
+    QFileDialog dialog(this, tr("Save Picture"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(
+        {tr("PNG picture (*.png)"), tr("SVG drawing (*.svg)"), tr("PDF document (*.pdf)")});
+    // The ending is added inside the dialog, which then asks before it replaces a file of that name.
+    dialog.setDefaultSuffix("png");
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section("*.", 1).chopped(1));
+    });
+    dialog.selectFile(FileNameFor(windowTitle()));
+    if (dialog.exec() != QDialog::Accepted)
         return;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += filter.contains(QLatin1String("svg"))   ? ".svg"
-                : filter.contains(QLatin1String("pdf")) ? ".pdf"
-                                                        : ".png";
+    const QString path = dialog.selectedFiles().constFirst();
     if (!SavePlot(*m_plot, path, m_plot->size()))
         QMessageBox::warning(
             this, tr("VELT 3.0"),
@@ -100,5 +129,7 @@ void PlotWindow::SavePicture()
 
 void PlotWindow::CopyPicture()
 {
+    constexpr int kGraphCopied = 1947;
     QGuiApplication::clipboard()->setImage(PlotImage(*m_plot, m_plot->size()));
+    Tell(kGraphCopied);
 }

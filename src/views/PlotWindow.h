@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <qcustomplot.h>
 
+class QAction;
 class QLabel;
 
 /// A window with one plot: the wheel zooms, dragging pans, a double click shows all again, the line below the
@@ -29,6 +30,10 @@ public slots:
     void CopyPicture();
 
 protected:
+    /// One more entry of the right button's menu.
+    QAction* AddCommand(const char* name, const QString& caption);
+    /// Shows the text `textId` of the string table as an information.
+    void Tell(int textId);
     /// Takes the ranges of now as those that a reset goes back to.
     void RememberRanges();
     /// What the status line says for the cursor at `position`, in pixels of the plot, inside the axes.
@@ -36,8 +41,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void AddCommands();
     void OnMouseMove(QMouseEvent* event);
-    void ShowMenu(const QPoint& position);
 
     QCustomPlot* m_plot;
     QLabel* m_status;

@@ -6,13 +6,24 @@
 #include "views/NumberTicker.h"
 #include "views/PlotStyle.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <cmath>
 
 frmModelGraph::frmModelGraph(std::shared_ptr<ModelGraph> graph, QWidget* parent)
     : PlotWindow(QStringLiteral("mgphPlot"), parent), m_graph(std::move(graph))
 {
     setObjectName(QStringLiteral("frmModelGraph"));
+    connect(AddCommand("actCopyData", tr("Copy &Data")), &QAction::triggered, this, &frmModelGraph::CopyData);
     Redraw();
+}
+
+void frmModelGraph::CopyData()
+{
+    constexpr int kDataCopied = 1948;
+    QGuiApplication::clipboard()->setText(QString::fromStdString(m_graph->CopiedText()));
+    Tell(kDataCopied);
 }
 
 void frmModelGraph::Redraw()

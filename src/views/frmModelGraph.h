@@ -20,6 +20,8 @@ public:
 public slots:
     /// Draws the graph anew, after it has changed. The zoom starts afresh.
     void Redraw();
+    /// Puts the numbers on the clipboard, for a spreadsheet.
+    void CopyData();
 
 protected:
     QString ValueAt(const QPointF& position) const override;

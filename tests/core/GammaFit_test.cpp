@@ -91,7 +91,8 @@ TEST(GammaFit, StartsFarBelowAndAboveFindTheSameShape)
     for (const double start : {1e-8, 1e-3, 1e3, 1e8}) {
         Scattered bench(start);
         ASSERT_FALSE(GammaMinimisation(bench.m).failed) << start;
-        EXPECT_NEAR(bench.m.GammaNu / near.m.GammaNu, 1.0, 2e-5) << start; // tolerance 1e-5 of the bracket's end
+        EXPECT_NEAR(bench.m.GammaNu / near.m.GammaNu, 1.0, 2e-5)
+            << start; // tolerance 1e-5 of the bracket's end
     }
 }
 
@@ -189,7 +190,8 @@ TEST(GammaFit, AboveAShapeOfTwoHundredThePositionComesFromTheNormalApproximation
     bench.m.GammaBeta = 1.0;
 
     FillGammaPositions(
-        bench.m, [](int i) { return i == 1 ? 200.0 : std::nextafter(200.0, 201.0); }, [](int) { return 0.0F; });
+        bench.m, [](int i) { return i == 1 ? 200.0 : std::nextafter(200.0, 201.0); },
+        [](int) { return 0.0F; });
 
     const double z = std::sqrt(1.0 / 1800.0);
     EXPECT_NEAR(bench.m.ResidVec(2), 1.0 - 0.5 * std::erfc(0.7071 * z), 3e-7); // erfc is good to 1.2e-7

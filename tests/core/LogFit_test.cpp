@@ -88,13 +88,17 @@ TEST(LogFit, PeriodsWithoutExpectedCatchOrToggledOutAreLeftOutOfTheVariance)
 
 TEST(LogFit, ATrajectoryWithoutAnyStockFailsInTheUnusedRatio)
 {
-    EXPECT_EQ(FailureOf([] { LnVarForMinimisation(StateBench({0.0, -1.0}, {1.0, 1.0}).m); }),
+    EXPECT_EQ(FailureOf([] {
+                  LnVarForMinimisation(StateBench({0.0, -1.0}, {1.0, 1.0}).m);
+              }),
               errors::kDivisionByZero);
 }
 
 TEST(LogFit, AZeroOrMissingCatchFailsInTheLogarithm)
 {
-    EXPECT_EQ(FailureOf([] { LnVarForMinimisation(StateBench({1.0, 1.0}, {1.0, 0.0}).m); }),
+    EXPECT_EQ(FailureOf([] {
+                  LnVarForMinimisation(StateBench({1.0, 1.0}, {1.0, 0.0}).m);
+              }),
               errors::kInvalidArgument);
     StateBench missing({1.0, 1.0}, {1.0, 1.0});
     missing.m.CatchVector(2) = -1.0F;
@@ -130,7 +134,8 @@ TEST(LogFit, FittedValuesAndResidualsExistForIncludedPeriodsAlsoWhenToggledOut)
 TEST(LogFit, AnIncludedPeriodWithoutCatchOrStockFails)
 {
     StateBench empty({1.0}, {0.0});
-    EXPECT_EQ(FailureOf([&] { FillLogResiduals(empty.m, 1.0, [](int) { return 1.0; }); }), errors::kInvalidArgument);
+    EXPECT_EQ(FailureOf([&] { FillLogResiduals(empty.m, 1.0, [](int) { return 1.0; }); }),
+              errors::kInvalidArgument);
     StateBench fished({1.0}, {1.0});
     EXPECT_EQ(FailureOf([&] { FillLogResiduals(fished.m, 1.0, [](int) { return 0.0; }); }),
               errors::kInvalidArgument);

@@ -21,7 +21,9 @@ struct ProductionBench : Bench {
     void Table(const std::vector<float>& effort, const std::vector<float>& catchWt,
                const std::vector<float>& total = {})
     {
-        const auto values = [](const std::vector<float>& v) { return TableBuilder::Values(v.begin(), v.end()); };
+        const auto values = [](const std::vector<float>& v) {
+            return TableBuilder::Values(v.begin(), v.end());
+        };
         data = TableBuilder()
                    .From(kFirstYear)
                    .Effort(values(effort))
@@ -125,8 +127,8 @@ private:
     }
 };
 
-/// Effort that climbs for ten periods, nearly stops for eight and comes back: the biomass goes down and recovers,
-/// which tells K from R. 24 periods.
+/// Effort that climbs for ten periods, nearly stops for eight and comes back: the biomass goes down and
+/// recovers, which tells K from R. 24 periods.
 inline std::vector<float> ContrastedEffort()
 {
     std::vector<float> effort;

@@ -76,8 +76,8 @@ TEST_F(ProductionBootstraps, ALeastSquaresCatchIsTheFittedValuePlusADrawnResidua
     }
 }
 
-// Unlike in the depletion models the fitted value is not divided. Deliberate. A weighted fit never arrives, so the
-// residuals are those of an unweighted one.
+// Unlike in the depletion models the fitted value is not divided. Deliberate. A weighted fit never arrives,
+// so the residuals are those of an unweighted one.
 TEST_F(ProductionBootstraps, TheResidualAloneIsDividedByTheRootOfTheWeight)
 {
     Fitted(fit_op::kLeastSquares, 1);
@@ -130,8 +130,9 @@ TEST_F(ProductionBootstraps, AGammaCatchStandsWhereADrawnPeriodStands)
         if (!data.ToggledIn(t))
             EXPECT_EQ(model.CatchVector(t), 0.0F);
         else // what the default tolerance of the root search leaves
-            EXPECT_NEAR(modMaths::GammaP(shapes[static_cast<std::size_t>(t) - 1], model.CatchVector(t) * beta),
-                        position, 1e-3);
+            EXPECT_NEAR(
+                modMaths::GammaP(shapes[static_cast<std::size_t>(t) - 1], model.CatchVector(t) * beta),
+                position, 1e-3);
     }
 }
 
@@ -253,8 +254,8 @@ TEST_F(ProductionBootstraps, AHeldParameterIsTheSameInEveryReplicate)
     }
 }
 
-// Catches below zero make the slope, and so q, negative. Such a replicate stays, with q = 0, the K of 3.4E+38 and
-// the r it found. Deliberate. Under the log model and the gamma model q cannot be negative.
+// Catches below zero make the slope, and so q, negative. Such a replicate stays, with q = 0, the K of 3.4E+38
+// and the r it found. Deliberate. Under the log model and the gamma model q cannot be negative.
 TEST_F(ProductionBootstraps, ANegativeCatchabilityStaysInTheSampleUnderLeastSquaresWithItsGrowthRate)
 {
     Table({10.0F, 20.0F, 30.0F, 20.0F, 25.0F}, {-50.0F, -90.0F, -160.0F, -95.0F, -120.0F},
@@ -283,8 +284,8 @@ TEST_F(ProductionBootstraps, WhatTheMeterShows)
     Fitted(fit_op::kGamma, 4);
     meter.titles.clear();
     model.CalcBootStraps();
-    EXPECT_EQ(meter.titles, (std::vector<std::string>{"Computing Gamma Catch Matrix...", "Calculating Bootstraps...",
-                                                      "Sorting Bootstraps..."}));
+    EXPECT_EQ(meter.titles, (std::vector<std::string>{"Computing Gamma Catch Matrix...",
+                                                      "Calculating Bootstraps...", "Sorting Bootstraps..."}));
     EXPECT_EQ(meter.maximum, 5);
     EXPECT_EQ(meter.value, 5);
 }

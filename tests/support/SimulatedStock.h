@@ -12,7 +12,7 @@ struct SimulatedStock {
     double n1 = 10000.0;
     double q = 0.002;
     double mort = 0.2;
-    double lambda = 0.0;  ///< recruits per unit of `index`
+    double lambda = 0.0;   ///< recruits per unit of `index`
     double recruits = 0.0; ///< constant recruits of each period
     std::vector<double> effort = {50, 80, 110, 90, 140, 60, 120, 100, 70, 130, 85, 105};
     std::vector<double> index = {1.0, 0.4, 1.7, 0.9, 2.2, 0.3, 1.2, 1.9, 0.6, 1.4, 0.8, 1.1};
@@ -20,7 +20,8 @@ struct SimulatedStock {
     /// Catches, each multiplied by exp(scatter * a fixed pattern that sums to about nothing).
     std::vector<double> Catches(double scatter = 0.0) const
     {
-        static constexpr double kPattern[] = {0.6, -1.1, 0.3, 0.9, -0.7, -0.2, 1.2, -0.8, 0.1, -0.5, 0.7, -0.4};
+        static constexpr double kPattern[] = {0.6, -1.1, 0.3, 0.9,  -0.7, -0.2,
+                                              1.2, -0.8, 0.1, -0.5, 0.7,  -0.4};
         std::vector<double> catches;
         double n = n1;
         for (std::size_t t = 0; t < effort.size(); ++t) {

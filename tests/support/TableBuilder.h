@@ -151,10 +151,7 @@ struct ModelBench : Bench {
 /// A shared state without a model, for the functions that need no more: X(i) and C(i) of periods in the fit.
 struct StateBench : Bench {
     StateBench(const std::vector<double>& expected, const TableBuilder::Values& catches)
-        : data(TableBuilder()
-                   .Effort(TableBuilder::Values(catches.size(), 1.0))
-                   .Catch(catches)
-                   .Build(run))
+        : data(TableBuilder().Effort(TableBuilder::Values(catches.size(), 1.0)).Catch(catches).Build(run))
     {
         m.data = &data;
         m.run = &run;
