@@ -14,8 +14,8 @@ void CalcPopTraj(benchmark::State& state)
     for (auto _ : state)
         model.method->CalcPopTraj();
     state.counters["per_period"] =
-        benchmark::Counter(static_cast<double>(periods), benchmark::Counter::kIsIterationInvariantRate |
-                                                             benchmark::Counter::kInvert);
+        benchmark::Counter(static_cast<double>(periods),
+                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(CalcPopTraj)->ArgNames({"model", "periods"})->ArgsProduct({{1, 2, 3, 5}, {30, 199}});
 

@@ -99,8 +99,8 @@ std::optional<double> Parse(std::string_view text)
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
         // Too small to tell from zero is a zero; too large is no value of ours.
-        const bool tiny = text.find_first_of("eE") != std::string_view::npos &&
-                          text[text.find_first_of("eE") + 1] == '-';
+        const bool tiny =
+            text.find_first_of("eE") != std::string_view::npos && text[text.find_first_of("eE") + 1] == '-';
         return tiny ? std::optional<double>(0.0) : std::nullopt;
     }
     return result.ec == std::errc() ? std::optional<double>(value) : std::nullopt;

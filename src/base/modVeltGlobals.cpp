@@ -30,13 +30,43 @@ bool CacheStrings(Globals& g)
     Cache(g.ColumnDisplayNames, 1845);
     Cache(g.ExcuseTexts, 1860);
     int id = 1865;
-    for (std::string* text :
-         {&g.RSqrTitle, &g.CPUETitle, &g.Ready, &g.FitTitle, &g.ModelTitle, &g.DateTitle, &g.FitNameTitle,
-          &g.PopulationTitle, &g.CalculatingBootstraps, &g.SortingBootstraps, &g.CountTitle,
-          &g.GeneratingConfInts, &g.TimeTitle, &g.IncludeTitle, &g.ComputingGammaCatchMatrix, &g.SavingFile,
-          &g.TextExport, &g.DrawingContours, &g.Minimisation, &g.Selected, &g.UnSelected, &g.ZShape,
-          &g.NatMortality, &g.InitProportion, &g.TimeLag, &g.N1, &g.Q, &g.FinalPopulation, &g.Lambda,
-          &g.ReplacementYield, &g.FinalBiomass, &g.K, &g.R, &g.MSY, &g.InitialPopulation, &g.Page, &g.Of})
+    for (std::string* text : {&g.RSqrTitle,
+                              &g.CPUETitle,
+                              &g.Ready,
+                              &g.FitTitle,
+                              &g.ModelTitle,
+                              &g.DateTitle,
+                              &g.FitNameTitle,
+                              &g.PopulationTitle,
+                              &g.CalculatingBootstraps,
+                              &g.SortingBootstraps,
+                              &g.CountTitle,
+                              &g.GeneratingConfInts,
+                              &g.TimeTitle,
+                              &g.IncludeTitle,
+                              &g.ComputingGammaCatchMatrix,
+                              &g.SavingFile,
+                              &g.TextExport,
+                              &g.DrawingContours,
+                              &g.Minimisation,
+                              &g.Selected,
+                              &g.UnSelected,
+                              &g.ZShape,
+                              &g.NatMortality,
+                              &g.InitProportion,
+                              &g.TimeLag,
+                              &g.N1,
+                              &g.Q,
+                              &g.FinalPopulation,
+                              &g.Lambda,
+                              &g.ReplacementYield,
+                              &g.FinalBiomass,
+                              &g.K,
+                              &g.R,
+                              &g.MSY,
+                              &g.InitialPopulation,
+                              &g.Page,
+                              &g.Of})
         *text = LoadResString(id++);
     g.Help = LoadResString(1955);
     g.cached = true;

@@ -40,9 +40,9 @@ struct Globals {
 
     std::string RSqrTitle, CPUETitle, Ready, FitTitle, ModelTitle, DateTitle, FitNameTitle, PopulationTitle,
         CalculatingBootstraps, SortingBootstraps, CountTitle, GeneratingConfInts, TimeTitle, IncludeTitle,
-        ComputingGammaCatchMatrix, SavingFile, TextExport, DrawingContours, Minimisation, Selected, UnSelected,
-        ZShape, NatMortality, InitProportion, TimeLag, N1, Q, FinalPopulation, Lambda, ReplacementYield,
-        FinalBiomass, K, R, MSY, InitialPopulation, Page, Of, Help;
+        ComputingGammaCatchMatrix, SavingFile, TextExport, DrawingContours, Minimisation, Selected,
+        UnSelected, ZShape, NatMortality, InitProportion, TimeLag, N1, Q, FinalPopulation, Lambda,
+        ReplacementYield, FinalBiomass, K, R, MSY, InitialPopulation, Page, Of, Help;
 
     bool cached = false;
 };

@@ -36,7 +36,7 @@ public:
     void DB(int column, int row, float value); ///< marks the data set as changed
     const Series& Column(int column) const;    ///< \throws VeltError 9 outside 1 to 15
 
-    std::string ColFormat(int column) const; ///< number format, trimmed
+    std::string ColFormat(int column) const;               ///< number format, trimmed
     void ColFormat(int column, const std::string& format); ///< cut to 20 characters; marks as changed
     static bool DBSysOnly(int column) { return columns::IsSystem(column); }
     std::int16_t NumDPs(int row) const;
@@ -56,9 +56,18 @@ public:
 
     // By name. These do not mark the data set as changed, so that a fit leaves it as it was.
 #define VELT_SERIES(Name)                                                                                    \
-    float Name(int row) const { return m_db(columns::Name)(row); }                                           \
-    void Name(int row, float value) { m_db(columns::Name)(row) = value; }                                    \
-    const Series& Name() const { return m_db(columns::Name); }
+    float Name(int row) const                                                                                \
+    {                                                                                                        \
+        return m_db(columns::Name)(row);                                                                     \
+    }                                                                                                        \
+    void Name(int row, float value)                                                                          \
+    {                                                                                                        \
+        m_db(columns::Name)(row) = value;                                                                    \
+    }                                                                                                        \
+    const Series& Name() const                                                                               \
+    {                                                                                                        \
+        return m_db(columns::Name);                                                                          \
+    }
     VELT_SERIES(PopNums)
     VELT_SERIES(PopWt)
     VELT_SERIES(ExpCatchNums)
@@ -77,33 +86,108 @@ public:
 #undef VELT_SERIES
 
     // Counters and labels; "dirty" behind those that mark the data set as changed when set.
-    std::int32_t TimeInts() const { return m_timeInts; }
-    void TimeInts(std::int32_t value) { Set(m_timeInts, value); } // dirty
-    std::int32_t ProjNum() const { return m_projNum; }
-    void ProjNum(std::int32_t value) { Set(m_projNum, value); } // dirty
-    std::int32_t MaxTimeP() const { return m_maxTimeP; }
-    void MaxTimeP(std::int32_t value) { Set(m_maxTimeP, value); } // dirty
-    std::int32_t MinTimeP() const { return m_minTimeP; }
-    void MinTimeP(std::int32_t value) { Set(m_minTimeP, value); } // dirty
-    const std::string& DSDesc() const { return m_dsDesc; }
-    void DSDesc(std::string text) { Set(m_dsDesc, std::move(text)); } // dirty
-    const std::string& DSFName() const { return m_dsFName; }
-    void DSFName(std::string path) { m_dsFName = std::move(path); }
-    std::int32_t NAPoints() const { return m_naPoints; }
-    void NAPoints(std::int32_t value) { m_naPoints = value; }
+    std::int32_t TimeInts() const
+    {
+        return m_timeInts;
+    }
+    void TimeInts(std::int32_t value)
+    {
+        Set(m_timeInts, value);
+    } // dirty
+    std::int32_t ProjNum() const
+    {
+        return m_projNum;
+    }
+    void ProjNum(std::int32_t value)
+    {
+        Set(m_projNum, value);
+    } // dirty
+    std::int32_t MaxTimeP() const
+    {
+        return m_maxTimeP;
+    }
+    void MaxTimeP(std::int32_t value)
+    {
+        Set(m_maxTimeP, value);
+    } // dirty
+    std::int32_t MinTimeP() const
+    {
+        return m_minTimeP;
+    }
+    void MinTimeP(std::int32_t value)
+    {
+        Set(m_minTimeP, value);
+    } // dirty
+    const std::string& DSDesc() const
+    {
+        return m_dsDesc;
+    }
+    void DSDesc(std::string text)
+    {
+        Set(m_dsDesc, std::move(text));
+    } // dirty
+    const std::string& DSFName() const
+    {
+        return m_dsFName;
+    }
+    void DSFName(std::string path)
+    {
+        m_dsFName = std::move(path);
+    }
+    std::int32_t NAPoints() const
+    {
+        return m_naPoints;
+    }
+    void NAPoints(std::int32_t value)
+    {
+        m_naPoints = value;
+    }
     /// Setting it marks the data set as changed, so that a projection alone leads to the question on Close.
-    std::int32_t OrigNAPoints() const { return m_origNAPoints; }
-    void OrigNAPoints(std::int32_t value) { Set(m_origNAPoints, value); } // dirty
-    std::int32_t NNtPoints() const { return m_nntPoints; }
-    void NNtPoints(std::int32_t value) { m_nntPoints = value; }
-    std::int32_t NumScens() const { return m_numScens; }
-    void NumScens(std::int32_t value) { Set(m_numScens, value); } // dirty
-    std::int32_t NumPts() const { return m_numPts; }
-    void NumPts(std::int32_t value) { m_numPts = value; }
-    std::int32_t NDPoints() const { return m_ndPoints; }
-    void NDPoints(std::int32_t value) { m_ndPoints = value; }
+    std::int32_t OrigNAPoints() const
+    {
+        return m_origNAPoints;
+    }
+    void OrigNAPoints(std::int32_t value)
+    {
+        Set(m_origNAPoints, value);
+    } // dirty
+    std::int32_t NNtPoints() const
+    {
+        return m_nntPoints;
+    }
+    void NNtPoints(std::int32_t value)
+    {
+        m_nntPoints = value;
+    }
+    std::int32_t NumScens() const
+    {
+        return m_numScens;
+    }
+    void NumScens(std::int32_t value)
+    {
+        Set(m_numScens, value);
+    } // dirty
+    std::int32_t NumPts() const
+    {
+        return m_numPts;
+    }
+    void NumPts(std::int32_t value)
+    {
+        m_numPts = value;
+    }
+    std::int32_t NDPoints() const
+    {
+        return m_ndPoints;
+    }
+    void NDPoints(std::int32_t value)
+    {
+        m_ndPoints = value;
+    }
 
-    bool IsDirty() const { return m_isDirty; }
+    bool IsDirty() const
+    {
+        return m_isDirty;
+    }
 
     /// Drops the system columns from view; their values stay.
     void Reset();
@@ -126,7 +210,10 @@ public:
     /// Rows that exist: TimeInts, but never more than 200 and never below 0.
     int ShownRows() const;
 
-    Run& TheRun() const { return m_run; }
+    Run& TheRun() const
+    {
+        return m_run;
+    }
 
 private:
     template <typename T>

@@ -27,7 +27,8 @@ FormDialog::FormDialog(IUser& user, const QString& title, QWidget* parent)
 
 void FormDialog::AddButtons(int okId, int cancelId)
 {
-    m_buttons = new QDialogButtonBox(this); // a default button must know its dialog, or another takes its place
+    m_buttons =
+        new QDialogButtonBox(this); // a default button must know its dialog, or another takes its place
     QPushButton* ok = m_buttons->addButton(Words(okId), QDialogButtonBox::AcceptRole);
     ok->setObjectName("cmdOK");
     ok->setDefault(true);

@@ -13,9 +13,9 @@ struct InputParams {
     std::string modelTitle;    ///< for the window's title
     bool hasVariances = false; ///< the data set has a Var. Abund. Index column
     std::int32_t FitOp = 1;
-    float InitProp = 1.0F; ///< stock at the start as a proportion of the unexploited one, 0 to 1
-    float Mort = 0.2F;     ///< natural mortality per period
-    float Z = 1.0F;        ///< Pella-Tomlinson shape
+    float InitProp = 1.0F;    ///< stock at the start as a proportion of the unexploited one, 0 to 1
+    float Mort = 0.2F;        ///< natural mortality per period
+    float Z = 1.0F;           ///< Pella-Tomlinson shape
     std::int16_t TimeLag = 0; ///< periods
     bool SetStartingEstimates = false;
     bool PlotEvaluations = false;

@@ -43,9 +43,12 @@ std::vector<ParameterReport::Row> Estimates(const clsMethManager& manager)
     case models::kConstantRecruitment:
         return {{texts.K, Plain(manager.K())}, q, replacementYield, finalPopulation};
     default:
-        return {{texts.K, Plain(manager.K())},     q,
-                {texts.R, Plain(manager.R())},     {texts.MSY, Plain(manager.MSY())},
-                replacementYield,                  {texts.FinalBiomass, Plain(manager.FinalBiomass())}};
+        return {{texts.K, Plain(manager.K())},
+                q,
+                {texts.R, Plain(manager.R())},
+                {texts.MSY, Plain(manager.MSY())},
+                replacementYield,
+                {texts.FinalBiomass, Plain(manager.FinalBiomass())}};
     }
 }
 
@@ -60,7 +63,8 @@ std::vector<std::pair<std::string, int>> IntervalParameters(const clsMethManager
     case models::kRecruitmentIndex:
         return {{texts.N1, bs_param::kN1}, {texts.Q, bs_param::kQ}, {texts.Lambda, bs_param::kLambda}};
     case models::kConstantRecruitment:
-        return {{texts.K, bs_param::kK}, {texts.Q, bs_param::kQ}, {texts.ReplacementYield, bs_param::kRYield}};
+        return {
+            {texts.K, bs_param::kK}, {texts.Q, bs_param::kQ}, {texts.ReplacementYield, bs_param::kRYield}};
     default:
         return {{texts.K, bs_param::kK},
                 {texts.Q, bs_param::kQ},
@@ -104,8 +108,9 @@ ParameterReport ParameterReport::Of(const clsMethManager& manager)
 std::string ParameterReport::AsText() const
 {
     std::string text = LoadResString(801) + "\n";
-    AppendBlock(text, "",
-                {{LoadResString(1869), modelTitle}, {LoadResString(1868), fitTitle}, {LoadResString(1865), rSqr}});
+    AppendBlock(
+        text, "",
+        {{LoadResString(1869), modelTitle}, {LoadResString(1868), fitTitle}, {LoadResString(1865), rSqr}});
     AppendBlock(text, LoadResString(802), inputs);
     AppendBlock(text, LoadResString(803), estimates);
     AppendBlock(text, LoadResString(804) + "  " + intervalLevels, intervals);

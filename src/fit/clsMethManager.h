@@ -129,8 +129,8 @@ private:
     std::int32_t m_errorModel = 1;
     bool m_setStartingEstimates = false;
     bool m_plotEvaluations = false;
-    float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0, m_rYield = 0,
-          m_finalBiomass = 0, m_r = 0;
+    float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0,
+          m_rYield = 0, m_finalBiomass = 0, m_r = 0;
     bool m_displayParameters = false;
     std::vector<std::string> m_availableModels;
     Array1<bool, models::kCount> m_modelAvailable;

@@ -22,7 +22,8 @@ struct ContourSurface {
 /// The kinds of marks on the surface.
 enum class ContourMark : int { Start1 = 1, Start2 = 2, Start3 = 3, Final = 4 };
 
-/// A window that shows a likelihood surface and the path of the minimiser on it. It may be closed at any time.
+/// A window that shows a likelihood surface and the path of the minimiser on it. It may be closed at any
+/// time.
 class VELT_ContourPlot
 {
 public:

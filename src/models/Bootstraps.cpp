@@ -58,7 +58,8 @@ void WarnOfFailures(const ModelState& m, int failures)
     const double percent = 100.0 * failures / (m.NumBootStraps + failures);
     if (percent <= kWorthTelling)
         return;
-    m.run->user.Show({.text = "Warning!  " + number_text::Fixed(percent, 0) +
-                              "% of the bootstrap fits failed to converge or they produced invalid estimates.  "
-                              "The estimated confidence intervals are likely to be unreliable. "});
+    m.run->user.Show(
+        {.text = "Warning!  " + number_text::Fixed(percent, 0) +
+                 "% of the bootstrap fits failed to converge or they produced invalid estimates.  "
+                 "The estimated confidence intervals are likely to be unreliable. "});
 }

@@ -101,8 +101,8 @@ void FillGammaPositions(ModelState& m, const std::function<double(int)>& shape,
     for (int i = 1; i <= m.NAPoints(); ++i) {
         if (!m.Included(i))
             continue;
-        m.ResidVec(i) = m.ToggledIn(i) ? ToFloat(modMaths::GammaP(shape(i), m.CatchVector(i) * m.GammaBeta))
-                                       : outside(i);
+        m.ResidVec(i) =
+            m.ToggledIn(i) ? ToFloat(modMaths::GammaP(shape(i), m.CatchVector(i) * m.GammaBeta)) : outside(i);
     }
 }
 

@@ -10,8 +10,8 @@
 /// Under the gamma model the catch of period i has shape nu X(i) and rate beta: its mean is (nu / beta) X(i).
 /// For one trajectory nu is the root of a score equation, beta follows, and the likelihood is a number.
 
-/// The score of nu: the sum over the periods toggled in of X(i) (ln(nu X(i)) - digamma(nu X(i)) + ThetaVec(i)),
-/// every term and the running sum as 32-bit floats.
+/// The score of nu: the sum over the periods toggled in of X(i) (ln(nu X(i)) - digamma(nu X(i)) +
+/// ThetaVec(i)), every term and the running sum as 32-bit floats.
 float ThetaFunc(const ModelState& m, float nu);
 
 /// The search for the root of a score, as an engine sees it.

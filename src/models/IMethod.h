@@ -142,8 +142,8 @@ public:
     /// Fits by FitOp; always true. \throws VeltError 2261 with the convergence text when the search failed.
     virtual bool CalcFinalEstimates() = 0;
     virtual void CalcBootStraps() = 0;
-    virtual bool SetContourRanges() = 0;   ///< false: no contours in this model, or Cancel
-    virtual bool InputStartingEsts() = 0;  ///< false: Cancel
+    virtual bool SetContourRanges() = 0;  ///< false: no contours in this model, or Cancel
+    virtual bool InputStartingEsts() = 0; ///< false: Cancel
     virtual bool BuildModelGraphs() = 0;
     virtual bool PlotInitContours() = 0;
     virtual void CalcBootStrapHistos(float low, float high) = 0;

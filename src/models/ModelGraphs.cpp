@@ -74,8 +74,7 @@ void AddObservedAndExpected(const ModelState& m, const std::string& title, const
         points.Put(m, i, observed(i));
         points.line[static_cast<std::size_t>(i) - 1] = expected(i);
     }
-    auto graph =
-        NewGraph(GraphType::PointsAndLine, title, texts.TimeTitle, yTitle, Times(m, m.NAPoints()));
+    auto graph = NewGraph(GraphType::PointsAndLine, title, texts.TimeTitle, yTitle, Times(m, m.NAPoints()));
     graph->YData(points.inFit);
     graph->YData2(points.outOfFit);
     graph->OverlayLine(points.line);
@@ -145,8 +144,7 @@ void AddPopulation(const ModelState& m, int column, const std::string& title, co
     if (!m.data->ColPresent(column))
         return;
     const auto series = m.data->Column(column).All().first(static_cast<std::size_t>(m.NDPoints()));
-    auto graph =
-        NewGraph(GraphType::Line, title, m.run->globals.TimeTitle, yTitle, Times(m, m.NDPoints()));
+    auto graph = NewGraph(GraphType::Line, title, m.run->globals.TimeTitle, yTitle, Times(m, m.NDPoints()));
     graph->YData(Values(series.begin(), series.end()));
     m.run->window.AddModelGraph(std::move(graph));
 }

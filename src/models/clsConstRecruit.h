@@ -4,15 +4,15 @@
 #include "models/CatchRegression.h"
 #include "models/MethodCommon.h"
 
-/// Constant recruitment: recruits replace each period what natural mortality takes from the unexploited stock K,
-/// so that without fishing the population stays at K; at the start of the data it is InitDep K. The catch
+/// Constant recruitment: recruits replace each period what natural mortality takes from the unexploited stock
+/// K, so that without fishing the population stays at K; at the start of the data it is InitDep K. The catch
 /// leaves in the middle of each period (Pope 1972).
 class clsConstRecruit : public MethodCommon
 {
 public:
     struct Estimates {
         double K = 0.0; ///< unexploited stock
-        double Q = 0.0;  ///< catchability per unit of effort
+        double Q = 0.0; ///< catchability per unit of effort
         double Var = 0.0;
     };
 

@@ -86,8 +86,8 @@ void GraphWindows::Place(QWidget& window)
     const QSize size = window.size() + QSize(0, step); // with its title bar
     const int roomDown = (screen.bottom() - start.y() - size.height()) / step;
     const int inOneRun = std::clamp(roomDown, 3, 12);
-    const QPoint wanted = start + QPoint(step, step) * (m_placed % inOneRun) +
-                          QPoint(2 * step, 0) * (m_placed / inOneRun);
+    const QPoint wanted =
+        start + QPoint(step, step) * (m_placed % inOneRun) + QPoint(2 * step, 0) * (m_placed / inOneRun);
     const int mostRight = std::max(screen.left(), screen.right() - size.width());
     const int mostDown = std::max(screen.top(), screen.bottom() - size.height());
     window.move(std::clamp(wanted.x(), screen.left(), mostRight),

@@ -108,8 +108,7 @@ void PlotWindow::SavePicture()
 {
     QFileDialog dialog(this, tr("Save Picture"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(
-        {tr("PNG picture (*.png)"), tr("SVG drawing (*.svg)"), tr("PDF document (*.pdf)")});
+    dialog.setNameFilters({tr("PNG picture (*.png)"), tr("SVG drawing (*.svg)"), tr("PDF document (*.pdf)")});
     // The ending is added inside the dialog, which then asks before it replaces a file of that name.
     dialog.setDefaultSuffix("png");
     connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {

@@ -30,15 +30,15 @@ public:
     std::function<bool(ContourRange&)> onContourRange;
     std::function<bool(MinimiserOptions&)> onOptions;
     std::function<bool(AsciiWizard&)> onAsciiWizard;
-    std::deque<Answer> answers;                         ///< for boxes, in order
-    std::deque<std::optional<std::string>> inputs;      ///< for input boxes, in order; empty: Cancel
+    std::deque<Answer> answers;                    ///< for boxes, in order
+    std::deque<std::optional<std::string>> inputs; ///< for input boxes, in order; empty: Cancel
 
     /// Picks the item that begins with `text`.
     void Picks(const std::string& text);
 
     // What happened.
     std::vector<Message> messages;
-    std::vector<std::string> asked; ///< "selection", "input params", "start values", ... in order
+    std::vector<std::string> asked;          ///< "selection", "input params", "start values", ... in order
     bool Saw(const std::string& text) const; ///< a box whose text contains `text`
 
     Answer Show(const Message& message) override;
@@ -63,7 +63,8 @@ public:
     bool reportShown = false;
     std::vector<std::string> events; ///< "ShowParameterReport", "AddModelGraph", ... in order
     std::vector<std::string> yields;
-    std::unique_ptr<VELT_ContourPlot> nextPlot; ///< handed out by NewContourPlot; a plot that records otherwise
+    std::unique_ptr<VELT_ContourPlot>
+        nextPlot; ///< handed out by NewContourPlot; a plot that records otherwise
 
     void StatusText(const std::string& text) override;
     void HourglassOn() override;
