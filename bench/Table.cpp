@@ -31,7 +31,7 @@ void Fill(clsVeltData& data, int t, double effort, double catchTaken, bool numbe
 /// A closed cohort dies out in a long series unless its mortality is small.
 double MortalityFor(int whichMeth, int periods)
 {
-    return whichMeth == models::kNoRecruitment ? 6.0 / periods : 0.2;
+    return whichMeth == models::kNoRecruitment ? 2.0 / periods : 0.2;
 }
 
 void SimulateDepletion(clsVeltData& data, int whichMeth, int periods)
@@ -52,10 +52,11 @@ void SimulateDepletion(clsVeltData& data, int whichMeth, int periods)
             recruits = 400.0 * index;
         }
         // Without recruits the stock must last for all periods: less effort on a long series.
-        const double scale = whichMeth == models::kNoRecruitment ? 5.0 / periods : 1.0;
+        const double scale = whichMeth == models::kNoRecruitment ? 40.0 / periods : 1.0;
         const double mean = (n + recruits) * std::exp(-m / 2.0);
         const double caught = q * scale * effort * mean / (1.0 + q * scale * effort / 2.0);
         Fill(data, t, scale * effort, caught * Noise(random, 0.1), true);
+        data.TotCatchNums(t, static_cast<float>(caught));
         n = std::max(1.0, (n + recruits) * std::exp(-m) - std::exp(-m / 2.0) * caught);
     }
 }

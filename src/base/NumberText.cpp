@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace number_text
 {
@@ -67,6 +68,27 @@ bool HasNumberForm(std::string_view text)
     }
     return at == text.size();
 }
+
+/// For a text of HasNumberForm whose value is far from 1: on which side it lies.
+bool IsBelowOne(std::string_view text)
+{
+    const std::size_t end = std::min(text.find_first_of("eE"), text.size());
+    const std::string_view mantissa = text.substr(0, end);
+    const std::size_t lead = mantissa.find_first_of("123456789");
+    if (lead == std::string_view::npos)
+        return true;
+    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+    // The mantissa lies between 10^(order - 1) and 10^order.
+    const auto order = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(lead) + (lead > point);
+    std::int64_t exponent = 0;
+    if (end < text.size()) {
+        const std::string_view digits = text.substr(end + (text[end + 1] == '+' ? 2 : 1));
+        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+        if (result.ec != std::errc())
+            return digits.front() == '-'; // no mantissa is as long as such an exponent
+    }
+    return order + exponent <= 0;
+}
 } // namespace
 
 std::string Plain(float value)
@@ -97,12 +119,9 @@ std::optional<double> Parse(std::string_view text)
         text.remove_prefix(1); // from_chars knows no plus sign
     double value = 0.0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too small to tell from zero is a zero; too large is no value of ours.
-        const bool tiny =
-            text.find_first_of("eE") != std::string_view::npos && text[text.find_first_of("eE") + 1] == '-';
-        return tiny ? std::optional<double>(0.0) : std::nullopt;
-    }
+    // Too small to tell from zero is a zero; too large is no value of ours.
+    if (result.ec == std::errc::result_out_of_range)
+        return IsBelowOne(text) ? std::optional<double>(0.0) : std::nullopt;
     return result.ec == std::errc() ? std::optional<double>(value) : std::nullopt;
 }
 

@@ -65,6 +65,12 @@ void Assign(AsciiWizard& wizard, int textColumn, const FitRequest::Assignment& a
 }
 } // namespace
 
+std::string AmbiguousHeading(const std::string& heading)
+{
+    return "The file has the column \"" + heading +
+           "\" more than once, so the name says nothing. Rename one of them in the file.";
+}
+
 bool BatchUser::Said(const std::string& text) const
 {
     return std::find(messages.begin(), messages.end(), text) != messages.end();
@@ -163,6 +169,8 @@ int BatchUser::TextColumn(const AsciiWizard& wizard, const std::string& heading)
     if (found == names.end())
         throw BatchFailure(ExitStatus::BadUsage,
                            "The file has no column \"" + heading + "\"; it has " + Quoted(names) + ".");
+    if (std::count(names.begin(), names.end(), heading) > 1)
+        throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
     return static_cast<int>(found - names.begin()) + 1;
 }
 

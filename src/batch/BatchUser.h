@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+/// The refusal of a heading that stands above two columns of a file.
+std::string AmbiguousHeading(const std::string& heading);
+
 /// The person at the desk, played by a command line: every question of the workflow is answered from the
 /// request, and what the program says is kept for the terminal. It decides nothing the request does not hold;
 /// a question without an answer there is cancelled.

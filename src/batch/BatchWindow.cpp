@@ -41,3 +41,23 @@ std::unique_ptr<VELT_ContourPlot> BatchWindow::NewContourPlot()
     contours = std::make_shared<ContourRecord>();
     return std::make_unique<RecordingPlot>(contours);
 }
+
+void BatchMeter::Start(const std::string& /*title*/, int /*maximum*/)
+{
+    m_furthest = 0;
+    m_looks = 0;
+}
+
+void BatchMeter::Value(int value)
+{
+    if (value <= m_furthest)
+        return;
+    m_furthest = value;
+    m_looks = 0;
+}
+
+bool BatchMeter::Cancelled()
+{
+    ++m_looks;
+    return GaveUp();
+}

@@ -43,12 +43,23 @@ public:
     void YieldToEvents() override {}
 };
 
-/// Nobody watches, nobody cancels.
+/// Nobody watches, so the meter itself cancels work that goes round in a circle: a replicate that does not
+/// converge is drawn again without end.
 class BatchMeter : public IProgressMeter
 {
 public:
-    void Start(const std::string&, int) override {}
-    void Value(int) override {}
-    bool Cancelled() override { return false; }
+    /// Even where one refit in twenty converges, this many failures in a row do not happen by chance.
+    static constexpr int kPatience = 500;
+
+    void Start(const std::string& title, int maximum) override;
+    void Value(int value) override;
+    bool Cancelled() override;
     void Finish() override {}
+
+    bool GaveUp() const { return m_looks > kPatience; }
+    int Furthest() const { return m_furthest; } ///< the highest value shown since Start
+
+private:
+    int m_furthest = 0;
+    int m_looks = 0; ///< at Cancelled since the value last rose
 };

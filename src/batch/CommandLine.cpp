@@ -2,6 +2,7 @@
 #include "batch/CommandLine.h"
 
 #include "base/NumberText.h"
+#include "base/StringTable.h"
 #include "base/Utilities.h"
 #include "base/modVeltGlobals.h"
 #include "batch/BatchFailure.h"
@@ -84,6 +85,23 @@ std::pair<std::string, std::string> SplitPair(const char* option, const std::str
     return {Trim(item.substr(0, equals)), Trim(item.substr(equals + 1))};
 }
 
+/// The items of --columns. A heading may hold commas, so a comma ends an item only behind an equals sign.
+std::vector<std::string> SplitColumns(const std::string& typed)
+{
+    std::vector<std::string> items;
+    std::string item;
+    for (std::size_t from = 0; from <= typed.size();) {
+        const std::size_t comma = std::min(typed.find(',', from), typed.size());
+        item += (item.empty() ? "" : ",") + typed.substr(from, comma - from);
+        if (item.find('=') != std::string::npos || comma == typed.size()) {
+            items.push_back(Trim(item));
+            item.clear();
+        }
+        from = comma + 1;
+    }
+    return items;
+}
+
 /// The parameter of `model` that `name` means, in any case of letters.
 std::string ParameterNamed(const char* option, const std::string& name, std::int32_t model)
 {
@@ -99,7 +117,7 @@ std::string ParameterNamed(const char* option, const std::string& name, std::int
 void TakeColumns(const Typed& typed, FitRequest& request)
 {
     request.timeColumn = typed.timeColumn;
-    for (const std::string& item : SplitList("--columns", typed.columns)) {
+    for (const std::string& item : SplitColumns(typed.columns)) {
         auto [heading, title] = SplitPair("--columns", item);
         request.columns.push_back({std::move(heading), std::move(title)});
     }
@@ -137,8 +155,11 @@ void TakeStart(const Typed& typed, FitRequest& request)
 {
     for (const std::string& item : SplitList("--start", typed.start)) {
         const auto [name, value] = SplitPair("--start", item);
-        request.start.push_back({ParameterNamed("--start", name, request.model),
-                                 Take<double>("--start", ReadStartingValue(value))});
+        const std::string parameter = ParameterNamed("--start", name, request.model);
+        for (const FitRequest::StartingValue& earlier : request.start)
+            if (earlier.parameter == parameter)
+                Refuse("--start gives " + parameter + " two values.");
+        request.start.push_back({parameter, Take<double>("--start", ReadStartingValue(value))});
     }
     for (const std::string& name : SplitList("--fix", typed.fix))
         request.fix.push_back(ParameterNamed("--fix", name, request.model));
@@ -189,6 +210,15 @@ void TakeBootstraps(const Typed& typed, FitRequest& request)
             Refuse("--seed takes a whole number of at least 0, not \"" + typed.seed + "\".");
         request.seed = seed;
     }
+}
+
+bool IsLevel(const std::optional<double>& level)
+{
+    return level && *level >= 0.0 && *level <= 1.0;
+}
+
+void TakeLevels(const Typed& typed, FitRequest& request)
+{
     if (typed.ci.empty())
         return;
     if (!request.bootstraps)
@@ -200,6 +230,9 @@ void TakeBootstraps(const Typed& typed, FitRequest& request)
     }
     if (!request.ciLow || !request.ciHigh)
         Refuse("--ci takes two levels such as 0.025,0.975, not \"" + typed.ci + "\".");
+    // The dialog's rule lets a low level above 1 and a high one below 0 pass, where no replicate stands.
+    if (!IsLevel(request.ciLow) || !IsLevel(request.ciHigh))
+        Refuse("--ci: " + LoadResString(1946) + ", not " + typed.ci + ".");
 }
 
 void TakeOutput(const Typed& typed, FitRequest& request)
@@ -212,6 +245,8 @@ void TakeOutput(const Typed& typed, FitRequest& request)
     if (typed.contours.empty())
         return;
     request.contours = Take<std::int16_t>("--contours", ReadContourPoints(typed.contours));
+    if (request.contours == 1)
+        Refuse("--contours: a surface has at least 2 points along each axis.");
     const InputFields fields =
         FieldsOf({.WhichMeth = request.model, .modelTitle = {}, .FitOp = request.errorModel});
     if (!fields.viewMinShown || !fields.viewMinEnabled)
@@ -272,6 +307,7 @@ FitRequest RequestOf(const Typed& typed)
     TakeModel(typed, request);
     TakeMinimiser(typed, request);
     TakeBootstraps(typed, request);
+    TakeLevels(typed, request);
     TakeOutput(typed, request);
     return request;
 }

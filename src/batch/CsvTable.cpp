@@ -5,6 +5,7 @@
 #include "batch/BatchFailure.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -89,10 +90,29 @@ bool IsEmptyLine(const CsvTable::Row& row)
 {
     return row.cells.size() == 1 && row.cells.front().empty();
 }
+std::size_t LineOf(std::string_view text, std::size_t position)
+{
+    const std::string_view before = text.substr(0, position);
+    return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
+/// A spreadsheet whose numbers have decimal commas puts semicolons between the cells.
+void RefuseOtherSeparators(const std::vector<std::string>& headings)
+{
+    if (headings.size() != 1)
+        return;
+    for (const auto& [separator, name] : {std::pair(';', "semicolons"), {'\t', "tabs"}})
+        if (headings.front().find(separator) != std::string::npos)
+            Refuse(1, std::string(name) + " stand between the headings. Save the table with commas between "
+                                          "the cells and points in the numbers.");
+}
 } // namespace
 
 CsvTable ReadCsvTable(std::string_view text)
 {
+    if (text.find('\0') != std::string_view::npos)
+        Refuse(LineOf(text, text.find('\0')),
+               "a zero byte; this is not plain text. Save the table as CSV in UTF-8.");
     CellReader reader(text);
     CsvTable table;
     if (!reader.AtEnd())
@@ -103,6 +123,7 @@ CsvTable ReadCsvTable(std::string_view text)
         table.rows.pop_back();
     if (table.rows.empty())
         Refuse(2, "the table has no rows of values.");
+    RefuseOtherSeparators(table.headings);
     for (const CsvTable::Row& row : table.rows)
         if (row.cells.size() != table.headings.size())
             Refuse(row.line, std::to_string(row.cells.size()) + " cells stand under " +

@@ -21,7 +21,7 @@ struct CsvTable {
 /// commas, line ends and doubled quotes; blanks around a cell do not count; a byte order mark and empty lines
 /// at the end are skipped.
 /// \throws BatchFailure BadData with the line, for a row with another number of cells than there are
-///         headings, a quote that is never closed, and a table without rows
+///         headings, a quote that is never closed, a zero byte, other separators, and a table without rows
 CsvTable ReadCsvTable(std::string_view text);
 
 /// An empty cell, or NA as statistics packages write it.

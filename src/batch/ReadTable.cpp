@@ -96,7 +96,10 @@ void RefuseUnknownHeadings(const CsvTable& table, const FitRequest& request)
     for (const FitRequest::Assignment& assignment : request.columns)
         wanted.push_back(assignment.heading);
     for (const std::string& heading : wanted) {
-        if (std::find(table.headings.begin(), table.headings.end(), heading) != table.headings.end())
+        const auto count = std::count(table.headings.begin(), table.headings.end(), heading);
+        if (count > 1)
+            throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
+        if (count == 1)
             continue;
         std::string all;
         for (const std::string& name : table.headings)
@@ -113,6 +116,8 @@ std::string CsvAsImportText(const FitRequest& request, std::vector<std::string>&
         const CsvTable table = ReadCsvTable({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
         RefuseUnknownHeadings(table, request);
         return ImportText(table, request, headings);
+    } catch (const ImportError& error) {
+        throw BatchFailure(ExitStatus::BadData, request.file + ": " + error.description + "\n" + error.place);
     } catch (const VeltError& error) {
         throw BatchFailure(ExitStatus::BadData, request.file + ": " + error.description);
     } catch (const BatchFailure& failure) {

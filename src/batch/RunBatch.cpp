@@ -3,6 +3,8 @@
 
 #include "base/Run.h"
 #include "base/StringTable.h"
+#include "base/Utilities.h"
+#include "base/VeltError.h"
 #include "batch/BatchFailure.h"
 #include "batch/BatchUser.h"
 #include "batch/BatchWindow.h"
@@ -48,6 +50,20 @@ std::string Messages(const Job& job)
     return text;
 }
 
+/// What the words of a failure of arithmetic leave to guess.
+std::string Hint(const std::string& messages)
+{
+    if (messages.starts_with("Overflow"))
+        return "\nA number grew beyond 3.4e38. Give the data in larger units, and look at --start and --z.";
+    if (messages.starts_with("Invalid procedure call or argument"))
+        return "\nA logarithm or a power of a number that has none. Look for zero or negative catches, and "
+               "at "
+               "--init-proportion.";
+    if (messages.starts_with("Division by zero"))
+        return "\nLook for zeros in the table (a variance of zero is no weight) and at --start.";
+    return {};
+}
+
 /// The grid titles of the columns that the model needs, derived ones included.
 std::string NeededColumns(const Job& job)
 {
@@ -84,13 +100,22 @@ void Fit(Job& job)
     if (job.user.modelMissing || job.user.Said(LoadResString(1909)))
         RefuseData(job);
     const bool fewPoints = job.user.Said(LoadResString(1908));
-    throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, Messages(job),
+    const std::string messages = Messages(job);
+    throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, messages + Hint(messages),
                        job.manager.LastExcuse());
 }
 
 void Bootstrap(Job& job, FitTables& tables)
 {
     job.manager.GenerateBootStraps();
+    if (job.meter.GaveUp())
+        throw BatchFailure(ExitStatus::FitFailed,
+                           "--bootstraps: " + std::to_string(BatchMeter::kPatience) +
+                               " refits in a row failed to converge at replicate " +
+                               std::to_string(job.meter.Furthest()) + " of " +
+                               std::to_string(job.manager.Method()->NumBootStraps()) +
+                               ". Raise --max-its, or loosen --ftol or --xtol.",
+                           excuse::kNotConverged);
     if (!job.manager.IsBSDone())
         throw BatchFailure(ExitStatus::FitFailed, Messages(job), job.manager.Method()->Excuse());
     if (!job.manager.GetUserConfidenceIntervals())
@@ -120,7 +145,21 @@ void WriteFiles(const Job& job, const FitTables& tables)
         WritePlots(job.window, *request.plotsDir);
 }
 
-void DoJob(const FitRequest& request, std::ostream& out)
+/// Warnings of a job that went well.
+void Warn(const Job& job, std::ostream& err)
+{
+    for (const std::string& message : job.user.messages)
+        err << "velt-batch: " << Trim(message) << "\n";
+}
+
+/// A full disk and a closed output are noticed only when the text leaves the program.
+void Flush(std::ostream& out)
+{
+    if (!out.flush())
+        throw BatchFailure(ExitStatus::BadUsage, "The results cannot be written to standard output.");
+}
+
+void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
 {
     PrepareOutput(request);
     Job job(request);
@@ -130,6 +169,7 @@ void DoJob(const FitRequest& request, std::ostream& out)
     if (request.bootstraps)
         Bootstrap(job, tables);
     WriteFiles(job, tables);
+    Warn(job, err);
     out << (request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText());
 }
 
@@ -147,10 +187,10 @@ int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::
     bool json = false;
     try {
         const std::optional<FitRequest> request = ParseCommandLine(arguments, out);
-        if (!request)
-            return static_cast<int>(ExitStatus::Done);
-        json = request->json;
-        DoJob(*request, out);
+        json = request && request->json;
+        if (request)
+            DoJob(*request, out, err);
+        Flush(out);
         return static_cast<int>(ExitStatus::Done);
     } catch (const BatchFailure& failure) {
         return Tell(failure, json, out, err);

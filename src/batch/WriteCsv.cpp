@@ -2,6 +2,7 @@
 #include "batch/WriteCsv.h"
 
 #include "batch/BatchFailure.h"
+#include "batch/FileInProgress.h"
 
 #include <array>
 #include <charconv>
@@ -31,9 +32,11 @@ std::string Cell(const std::optional<T>& value)
 void WriteFile(const std::string& directory, const char* name, const std::string& content)
 {
     const std::filesystem::path path = std::filesystem::path(directory) / name;
-    std::ofstream out(path, std::ios::binary);
+    FileInProgress file(path);
+    std::ofstream out(file.Path(), std::ios::binary);
     out << content;
-    if (!out.flush())
+    out.close();
+    if (!out || !file.Finish())
         throw BatchFailure(ExitStatus::BadUsage, path.string() + " cannot be written.");
 }
 

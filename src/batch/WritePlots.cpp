@@ -2,6 +2,7 @@
 #include "batch/WritePlots.h"
 
 #include "batch/BatchFailure.h"
+#include "batch/FileInProgress.h"
 #include "views/ContourPainter.h"
 #include "views/GraphPainter.h"
 
@@ -55,12 +56,13 @@ void SaveBoth(const std::string& directory, std::size_t number, const std::strin
     char prefix[24];
     std::snprintf(prefix, sizeof prefix, "%02zu-", number);
     for (const char* ending : {".png", ".svg"}) {
-        const std::string path =
-            (std::filesystem::path(directory) / (prefix + FileWords(title) + ending)).string();
-        if (!save(QString::fromStdString(path)))
-            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + path + " cannot be written.");
+        const auto path = std::filesystem::path(directory) / (prefix + FileWords(title) + ending);
+        FileInProgress file(path);
+        if (!save(QString::fromStdString(file.Path())) || !file.Finish())
+            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + path.string() + " cannot be written.");
     }
 }
+
 void SaveContours(const ContourRecord& contours, std::size_t number, const std::string& directory)
 {
     std::vector<ContourStep> path;

@@ -15,6 +15,23 @@
 
 namespace
 {
+/// A subscript says nothing to a user; where the table or the lag is the cause, the source is told with it.
+VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* method)
+{
+    // The population has one entry more than there are periods, and no more room than the table.
+    constexpr std::int32_t kMostPeriods = 199;
+    const std::int32_t periods = data.NAPoints();
+    if (error.number != errors::kSubscript)
+        return error;
+    if (periods > kMostPeriods)
+        error.source += ": the table has " + std::to_string(periods) + " periods and at most " +
+                        std::to_string(kMostPeriods) + " can be fitted. Take a row out of the table.";
+    else if (method != nullptr && method->LAG() > periods)
+        error.source += ": the time lag is longer than the " + std::to_string(periods) +
+                        " periods of the table. Choose a shorter one.";
+    return error;
+}
+
 /// What a model needs of a data set before it is offered, and of its points before it is fitted.
 struct ModelNeeds {
     std::vector<int> columns;
@@ -295,7 +312,8 @@ void clsMethManager::FitNewModel(bool keepInputs)
         if (m_method)
             m_lastExcuse = m_method->Excuse();
         const bool gaveUp = error.number == kProgramErrorBase + errors::kFitFailed;
-        m_run.reporter.HandleError(error, gaveUp ? "" : "clsMethManager_FitNewModel");
+        m_run.reporter.HandleError(WithAdvice(error, *m_data, m_method.get()),
+                                   gaveUp ? "" : "clsMethManager_FitNewModel");
         Reset();
         m_run.window.StatusText(m_run.globals.Ready);
         m_run.window.HourglassOff();

@@ -33,19 +33,41 @@ void clsProduction::Create(clsVeltData& data)
     m_contours.range.Param2Name = TheRun().globals.R;
 }
 
+namespace
+{
+/// A production function with its parameters at hand, for the loop over the periods.
+struct Growth {
+    Growth(std::int32_t whichMeth, const clsProduction::Estimates& ests, float z)
+        : model(whichMeth), r(ests.R), k(ests.K), shape(static_cast<double>(z)),
+          lnK(whichMeth == models::kFox && ests.K > 0.0 ? std::log(ests.K) : 0.0)
+    {
+    }
+
+    float Of(float biomass) const
+    {
+        const double n = static_cast<double>(biomass);
+        switch (model) {
+        case models::kFox:
+            if (!(k > 0.0))
+                RaiseInvalidArgument();
+            return ToFloat(r * n * (lnK - Ln(n)));
+        case models::kSchaefer:
+            return ToFloat(r * n * (1.0 - n / k));
+        case models::kPellaTomlinson:
+            return ToFloat(r * n * (1.0 - Pow(n / k, shape)));
+        default:
+            return 0.0F;
+        }
+    }
+
+    std::int32_t model;
+    double r, k, shape, lnK;
+};
+} // namespace
+
 float clsProduction::Production(float N, const Estimates& ests) const
 {
-    const double n = static_cast<double>(N);
-    switch (m.WhichMeth) {
-    case models::kFox:
-        return ToFloat(ests.R * n * (Ln(ests.K) - Ln(n)));
-    case models::kSchaefer:
-        return ToFloat(ests.R * n * (1.0 - n / ests.K));
-    case models::kPellaTomlinson:
-        return ToFloat(ests.R * n * (1.0 - Pow(n / ests.K, m_z)));
-    default:
-        return 0.0F;
-    }
+    return Growth(m.WhichMeth, ests, m_z).Of(N);
 }
 
 float clsProduction::ProductionFunction(float N) const
@@ -114,6 +136,7 @@ void clsProduction::CalcPopTraj()
     const auto measured = static_cast<std::size_t>(m.data->OrigNAPoints());
     const auto lag = static_cast<std::ptrdiff_t>(m.LAG);
     const double q = WorkEsts.Q;
+    const Growth production(m.WhichMeth, WorkEsts, m_z); // no biomass below 0 reaches it
 
     m.PopUnderflow = WorkEsts.K < 0.0;
     nt[0] = m.PopUnderflow ? 0.0F : ToFloat(m.InitDep * WorkEsts.K);
@@ -127,7 +150,7 @@ void clsProduction::CalcPopTraj()
         }
         const std::ptrdiff_t lagged = static_cast<std::ptrdiff_t>(p) - lag;
         // The growth is the same in both uses: nothing that it reads changes between them.
-        const double growth = ProductionFunction(nt[lagged >= 1 ? static_cast<std::size_t>(lagged) : 0]);
+        const double growth = production.Of(nt[lagged >= 1 ? static_cast<std::size_t>(lagged) : 0]);
         // What the effort alone would leave, by the trapezium; it serves only a projected catch.
         const double qE = q * effort[p];
         const double byEffort = Div(nt[p] * (2.0 - qE) + 2.0 * growth, 2.0 + qE);

@@ -17,11 +17,12 @@
 
 namespace
 {
-/// The title as a file name that every system takes, without an ending.
-QString FileNameFor(QString title)
+/// The title as a file name that every system takes, without an ending. What stands in brackets stays out:
+/// the points of its numbers would be taken for one.
+QString FileNameFor(const QString& title)
 {
-    static const QRegularExpression awkward("[^\\w=-]+", QRegularExpression::UseUnicodePropertiesOption);
-    return title.replace(awkward, " ").simplified();
+    static const QRegularExpression awkward("[^\\w-]+", QRegularExpression::UseUnicodePropertiesOption);
+    return title.section('(', 0, 0).replace(awkward, " ").simplified();
 }
 } // namespace
 

@@ -100,6 +100,29 @@ TEST(NumberText, AValueBeyond64BitsIsNoNumberAndOneTooSmallIsZero)
     EXPECT_EQ(Parse("1e-999"), 0.0);
 }
 
+// The sign of the exponent used to decide alone: 400 digits with e-1 came out as 0.
+TEST(NumberText, AHugeMantissaIsTooLargeWhateverTheSignOfItsExponent)
+{
+    EXPECT_FALSE(Parse(std::string(400, '9') + "e-1"));
+    EXPECT_FALSE(Parse("-" + std::string(400, '9') + ".5E-01"));
+    EXPECT_FALSE(Parse(std::string(400, '9')));
+    EXPECT_FALSE(Parse("0.001e999"));
+    EXPECT_FALSE(Parse("1e99999999999999999999"));
+    EXPECT_EQ(Parse("1" + std::string(400, '0') + "e-400"), 1.0);
+}
+
+// Without an exponent a number too small used to be refused.
+TEST(NumberText, ATinyNumberWrittenOutIsZero)
+{
+    EXPECT_EQ(Parse("0." + std::string(400, '0') + "1"), 0.0);
+    EXPECT_EQ(Parse("-." + std::string(400, '0') + "1"), 0.0);
+    EXPECT_EQ(Parse("0." + std::string(400, '0') + "1e+10"), 0.0);
+    EXPECT_EQ(Parse("123e-999"), 0.0);
+    EXPECT_EQ(Parse("1e-99999999999999999999"), 0.0);
+    EXPECT_EQ(Parse("0." + std::string(400, '0') + "1e401"), 1.0);
+    EXPECT_EQ(Parse("0e999"), 0.0);
+}
+
 TEST(NumberText, ATypedNumberMayStandBetweenBlanks)
 {
     EXPECT_EQ(ParseTyped("  0.5\t"), 0.5);

@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/VeltError.h"
+#include "dialogs/DesktopUser.h"
 #include "dialogs/RangeDialog.h"
 #include "dialogs/SelectionDialog.h"
+#include "dialogs/frmASCIIWizard.h"
 #include "dialogs/frmContourRange.h"
 #include "dialogs/frmInputParams.h"
 #include "dialogs/frmOptions.h"
 #include "dialogs/frmStartVals.h"
+#include "files/AsciiWizard.h"
 #include "support/ScriptedUser.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableView>
+#include <QTimer>
 #include <QtTest>
 
 namespace
@@ -71,6 +79,46 @@ InputParams Inputs(std::int32_t model, std::int32_t fitOp = 1)
     params.modelTitle = "PROD. MODEL(FOX)      ";
     return params;
 }
+
+/// A text file of three columns: the periods, then two columns of values.
+AsciiWizard TextFile(std::vector<double> periods = {1990, 1991, 1992})
+{
+    const std::vector<double> values(periods.size(), 1.5);
+    return {"ling.txt",
+            {"Year", "Boats", "Landed"},
+            {std::move(periods), values, values},
+            {"Tot. Catch Wt", "Tot. Catch Nums", "Mean Wt", "Effort", "Catch Wt", "Catch Nums",
+             "Abundance Index", "Var. Abund. Index", "Recruit. Index"}};
+}
+
+/// The hands on the import wizard.
+struct ImportDesk : Desk {
+    explicit ImportDesk(frmASCIIWizard& wizard) : Desk(wizard) {}
+    QTableView* Table() const { return The<QTableView>("grdText"); }
+    QComboBox* List() const { return The<QComboBox>("cboDBCols"); }
+    bool Enabled(const char* button) const { return The<QPushButton>(button)->isEnabled(); }
+    QString Title(int column) const
+    {
+        return Table()->model()->headerData(column, Qt::Horizontal).toString();
+    }
+    QStringList Choices() const
+    {
+        QStringList texts;
+        for (int i = 0; i < List()->count(); ++i)
+            texts += List()->itemText(i);
+        return texts;
+    }
+    void Choose(const char* title) const
+    {
+        List()->setCurrentText(QString::fromLatin1(title));
+        emit List()->activated(List()->currentIndex()); // only a hand on the list counts
+    }
+    void ToStep2() const
+    {
+        Table()->selectColumn(0);
+        Click("cmdNext");
+    }
+};
 } // namespace
 
 class dialogs_test : public QObject
@@ -322,6 +370,152 @@ private slots:
         desk.Leave("txtOption0");
         QCOMPARE(desk.The("txtOption0")->text(), QString("13"));
         QVERIFY(desk.The<QPushButton>("cmdDefault")->isEnabled());
+    }
+
+    // It used to be Defaults, which threw the entry away.
+    void EnterInAFieldOfTheOptionsIsOK()
+    {
+        frmOptions form(m_user, MinimiserOptions{}, nullptr);
+        const Desk desk(form);
+        QVERIFY(desk.The<QPushButton>("cmdOK")->isDefault());
+        desk.Type("txtOption0", "800");
+        desk.Leave("txtOption0"); // Defaults is enabled from here on
+        desk.Type("txtOption1", "900");
+        desk.Enter("txtOption1");
+        QCOMPARE(form.result(), int(QDialog::Accepted));
+        QCOMPARE(form.Record().intMaxIts, std::int16_t{800});
+        QCOMPARE(form.Record().BS, std::int16_t{900});
+    }
+
+    void ADialogIsWideEnoughForItsTitle()
+    {
+        RangeQuestion question{"Confidence Interval Range", "?", "L", "H", 0.0, 1.0};
+        RangeDialog form(m_user, question, nullptr);
+        const Desk desk(form);
+        QVERIFY(form.width() >= WidthForTitle(form, form.windowTitle()));
+    }
+
+    void TheInputBoxShowsItsWholeTitleAndGivesTheText()
+    {
+        DesktopUser person(nullptr);
+        int room = -1;
+        QTimer::singleShot(0, [&room] {
+            auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+            room = box->width() - WidthForTitle(*box, box->windowTitle());
+            box->setTextValue("1200");
+            box->accept();
+        });
+        const auto answer =
+            person.InputBox("Initial Population (N1) ", "Parameter Estimation Starting Values", "900");
+        QVERIFY(room >= 0);
+        QVERIFY(answer == std::optional<std::string>("1200"));
+    }
+
+    void NextWaitsForATimingColumnAndFinishForStepTwo()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 1"));
+        QVERIFY(!desk.Enabled("cmdBack") && !desk.Enabled("cmdNext") && !desk.Enabled("cmdFinish"));
+        QVERIFY(!desk.List()->isEnabled());
+
+        desk.Table()->selectColumn(0);
+        QVERIFY(desk.Enabled("cmdNext"));
+        desk.Click("cmdNext");
+        QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 2"));
+        QVERIFY(desk.Enabled("cmdBack") && !desk.Enabled("cmdNext") && desk.Enabled("cmdFinish"));
+        QVERIFY(desk.Table()->isColumnHidden(0)); // the timing column gets no data column
+        QVERIFY(desk.List()->isEnabled());
+    }
+
+    void AnAssignedColumnStandsInTheHeadingAndLeavesTheOtherLists()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        desk.ToStep2();
+        desk.Choose("Effort");
+        QCOMPARE(desk.Title(1), QString("Boats\nEffort"));
+
+        desk.Table()->selectColumn(2);
+        QVERIFY(!desk.Choices().contains("Effort"));
+        QCOMPARE(desk.Choices().front(), QString("(None)"));
+        QCOMPARE(desk.Choices().size(), 9); // "(None)" and the eight that are free
+
+        desk.Table()->selectColumn(1);
+        desk.Choose("(None)");
+        QCOMPARE(desk.Title(1).trimmed(), QString("Boats"));
+        desk.Table()->selectColumn(2);
+        QVERIFY(desk.Choices().contains("Effort"));
+    }
+
+    void BackForgetsTheAssignmentsAndShowsTheTimingColumnAgain()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        desk.ToStep2();
+        desk.Choose("Effort");
+        desk.Click("cmdBack");
+        QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 1"));
+        QVERIFY(!desk.Table()->isColumnHidden(0));
+        QCOMPARE(desk.Title(1).trimmed(), QString("Boats"));
+        QVERIFY(desk.Enabled("cmdNext")); // the timing column is still chosen
+    }
+
+    void FinishGivesTheChoicesAndNeedsNone()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        desk.ToStep2();
+        desk.Choose("Effort");
+        desk.Click("cmdFinish");
+        QCOMPARE(wizard.result(), int(QDialog::Accepted));
+        QVERIFY(wizard.Record().OK);
+        QCOMPARE(wizard.Record().enuUserColRef(2), 4);
+        QCOMPARE(wizard.Record().enuUserColRef(3), AsciiWizard::kNone);
+        QCOMPARE(wizard.Record().intMinTimeP, std::int16_t{1990});
+        QCOMPARE(wizard.Record().intMaxTimeP, std::int16_t{1992});
+
+        frmASCIIWizard none(TextFile());
+        const ImportDesk other(none);
+        other.ToStep2();
+        other.Click("cmdFinish");
+        QVERIFY(none.Record().OK);
+    }
+
+    void TheWizardIsDoneByKeysAlone()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        QTest::keyClick(desk.Table(), Qt::Key_Space); // marks the column the cursor is in
+        QTest::keyClick(desk.Table(), Qt::Key_Return);
+        QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 2"));
+        QTest::keyClick(desk.Table(), Qt::Key_Tab);
+        QVERIFY(desk.List()->hasFocus());
+        QTest::keyClick(desk.List(), Qt::Key_Down);
+        QCOMPARE(desk.Title(1), QString("Boats\nTot. Catch Wt"));
+        QTest::keyClick(desk.List(), Qt::Key_Return);
+        QVERIFY(wizard.Record().OK);
+    }
+
+    void EscapeLeavesTheWizardWithNothingDone()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        QTest::keyClick(&wizard, Qt::Key_Escape);
+        QCOMPARE(wizard.result(), int(QDialog::Rejected));
+        QVERIFY(!wizard.Record().OK);
+    }
+
+    void AYearThatIsNoPeriodEndsTheWizardWithTheReason()
+    {
+        AsciiWizard file = TextFile({1990, 1991, 40000}); // 16 bits end at 32767
+        QTimer::singleShot(0, [] {
+            auto* wizard = QApplication::activeModalWidget();
+            wizard->findChild<QTableView*>("grdText")->selectColumn(0);
+            wizard->findChild<QPushButton*>("cmdNext")->click();
+        });
+        QVERIFY_EXCEPTION_THROWN(frmASCIIWizard::Ask(nullptr, file), VeltError);
+        QVERIFY(!file.OK);
     }
 
     void TheChoiceIsGivenByItsPosition()

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/VeltError.h"
 #include "dialogs/Words.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
@@ -12,8 +13,14 @@
 #include <QLabel>
 #include <QMenu>
 #include <QTableView>
+#include <QScreen>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
 
 namespace
 {
@@ -56,6 +63,13 @@ struct Session {
     {
         user.Picks("CONSTANT");
         Entry("mnuNewModel")->trigger();
+    }
+    QWidget* Report() { return window.findChild<frmParams*>(); }
+    std::size_t Histograms()
+    {
+        const auto titles = window.Graphs().UserTitles();
+        return static_cast<std::size_t>(
+            std::ranges::count_if(titles, [](const std::string& t) { return t.find("n = ") != std::string::npos; }));
     }
     QString Panel(const char* name) { return window.findChild<QLabel*>(QString::fromLatin1(name))->text(); }
 
@@ -281,6 +295,194 @@ private slots:
         session.Entry("mnuNewModel")->trigger();
         QVERIFY(!session.window.objMeth().MethDefined());
         QVERIFY(session.Entry("mnuNewParams")->isEnabled());
+    }
+
+    void GeneratedIntervalsBringHistogramsAndLimits()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        session.user.onRange = [](RangeQuestion&) { return true; };
+        session.Entry("mnuGenerateConfInts")->trigger();
+        QVERIFY(session.window.objMeth().IsBSDone());
+        QVERIFY(session.Histograms() > 0);
+        QVERIFY(session.Report()->findChild<QWidget*>("picCI")->isVisible());
+        QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    void ASecondGenerateAsksAndNoKeepsTheBootstrapsThatStand()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        int asked = 0;
+        session.user.onRange = [&asked](RangeQuestion&) { return ++asked > 1; };
+        session.Entry("mnuGenerateConfInts")->trigger();
+        QCOMPARE(session.Histograms(), std::size_t{0}); // the levels were cancelled
+        const float lower = session.window.objMeth().LowerCILimit(1);
+
+        session.user.answers = {Answer::Cancel};
+        session.Entry("mnuGenerateConfInts")->trigger();
+        QVERIFY(session.user.Saw("Confidence Intervals have already been generated"));
+        QCOMPARE(asked, 1);
+
+        session.user.answers = {Answer::No};
+        session.Entry("mnuGenerateConfInts")->trigger();
+        QCOMPARE(asked, 2);
+        QCOMPARE(session.window.objMeth().LowerCILimit(1), lower);
+        QVERIFY(session.Histograms() > 0);
+    }
+
+    void LevelsTheWrongWayRoundAreTakenAsTheyStand()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        session.user.onRange = [](RangeQuestion& range) {
+            range.low = 0.9;
+            range.high = 0.1;
+            return true;
+        };
+        session.Entry("mnuDisplayConfInts")->trigger();
+        QCOMPARE(session.Report()->findChild<QLabel*>("lblCIRange")->text(), QString("0.9 - 0.1"));
+        QVERIFY(session.window.objMeth().LowerCILimit(1) > session.window.objMeth().UpperCILimit(1));
+    }
+
+    void CancelInTheRunKeepsTheFitAndShowsNoHistogram()
+    {
+        Session session;
+        session.Open();
+        session.user.onInputParams = [](InputParams& params) {
+            params.FitOp = 3; // gamma, the slowest
+            return true;
+        };
+        session.Fit();
+        QVERIFY(session.window.objMeth().MethDefined());
+        session.window.objMeth().NumBootStraps(1000);
+        QTimer hand;
+        connect(&hand, &QTimer::timeout, session.window.findChild<ProgressMeterWindow*>(),
+                &ProgressMeterWindow::reject);
+        hand.start(0);
+        session.user.messages.clear();
+        session.Entry("mnuGenerateConfInts")->trigger();
+        QVERIFY(!session.window.objMeth().IsBSDone());
+        QVERIFY(session.user.messages.empty()); // a cancel is no failure
+
+        session.Entry("mnuDisplayConfInts")->trigger();
+        QVERIFY(session.user.Saw("Generate Bootstraps before calculating Confidence Intervals"));
+        QCOMPARE(session.Histograms(), std::size_t{0});
+        QVERIFY(session.window.objMeth().MethDefined());
+        QVERIFY(session.Report()->isVisible());
+        QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    void TheReportStaysOnTheScreenWhenItsLimitsMakeItWider()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        session.user.onRange = [](RangeQuestion&) { return true; };
+        session.Entry("mnuGenerateConfInts")->trigger();
+        const QRect screen = session.window.screen()->availableGeometry();
+        QVERIFY(session.Report()->x() + session.Report()->sizeHint().width() <= screen.right());
+    }
+
+    void EveryGraphOpensInsideTheScreen()
+    {
+        Session session;
+        for (int i = 0; i < 30; ++i)
+            session.window.AddModelGraph(Graph(qPrintable(QString::number(i)), GraphType::Histogram));
+        const QRect screen = session.window.screen()->availableGeometry();
+        for (std::size_t i = 0; i < 30; ++i) {
+            const QRect place = session.window.Graphs().At(i)->geometry();
+            QVERIFY(screen.contains(place.topLeft()));
+            if (place.width() < screen.width() && place.height() < screen.height())
+                QVERIFY(screen.contains(place.bottomRight()));
+        }
+    }
+
+    void NewHistogramsTakeThePlacesOfTheOldOnes()
+    {
+        Session session;
+        session.window.AddModelGraph(Graph("Line"));
+        session.window.AddModelGraph(Graph("K", GraphType::Histogram));
+        const QPoint place = session.window.Graphs().At(1)->pos();
+        session.window.ClearGraphs(true);
+        session.window.AddModelGraph(Graph("K", GraphType::Histogram));
+        QCOMPARE(session.window.Graphs().At(1)->pos(), place);
+    }
+
+    void ACommandThatFailsSaysSoAndLeavesTheWindowUsable()
+    {
+        Session session;
+        session.Open();
+        session.user.onOptions = [](MinimiserOptions&) -> bool { throw std::runtime_error("disk on fire"); };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(session.user.Saw("The command could not be finished: disk on fire"));
+        QVERIFY(session.user.Saw("(frmVelt3_mnuSettings_Click)"));
+        session.user.onOptions = [](MinimiserOptions&) -> bool { throw std::bad_alloc(); };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(session.user.Saw("There is not enough memory for this command."));
+        session.user.onOptions = [](MinimiserOptions&) -> bool {
+            throw VeltError(11, "Division by zero", "");
+        };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(session.user.Saw("Division by zero\n\n(frmVelt3_mnuSettings_Click)"));
+
+        QCOMPARE(session.Panel("Status"), QString("Ready..."));
+        session.Fit();
+        QVERIFY(session.window.objMeth().MethDefined());
+    }
+
+    void ACommandGivenWhileAnotherRunsIsIgnored()
+    {
+        Session session;
+        session.Open();
+        session.user.onOptions = [&session](MinimiserOptions&) {
+            session.window.Command("mnuClose");
+            session.window.close();
+            return false;
+        };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(session.window.FileOpen());
+        QVERIFY(session.window.isVisible());
+    }
+
+    void AProjectIsRecognisedAndRefusedInWords()
+    {
+        Session session;
+        QTemporaryDir folder;
+        QFile file(folder.filePath("stock.vl3"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray::fromHex("000400080609") + "VELT" + QByteArray::fromHex("03"));
+        file.close();
+        session.window.OpenPath(file.fileName());
+        QVERIFY(session.user.Saw("This version cannot open projects yet. Open a text file (*.txt) instead."));
+        QVERIFY(!session.window.FileOpen());
+        session.Open();
+        QVERIFY(session.window.FileOpen());
+    }
+
+    void AFailedImportSaysThatTheDataSetHasNoColumns()
+    {
+        Session session;
+        session.window.OpenPath(QString(VELT_TEST_SAMPLES) + "/import/bad_token_missing.txt");
+        QVERIFY(session.user.Saw("Bad number of data columns."));
+        QVERIFY(session.Panel("lblHint").contains("has no columns"));
+        session.Entry("mnuNewModel")->trigger();
+        QVERIFY(session.user.Saw("No models available for this dataset"));
+    }
+
+    void ACellTellsTheDecimalsThatItsFormatHides()
+    {
+        Session session;
+        session.Open();
+        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
+        QCOMPARE(model.data(model.index(0, 3), Qt::ToolTipRole).toString(), QString("109.3"));
     }
 
     void AnUnknownFileIsNotRecognised()

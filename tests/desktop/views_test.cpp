@@ -12,15 +12,21 @@
 #include "views/frmModelGraph.h"
 #include "views/frmParams.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QFile>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 #include <qcustomplot.h>
 
@@ -177,6 +183,11 @@ private slots:
     void TheGraphWindowTellsThePointUnderTheCursor();
     void ADoubleClickShowsAllAgain();
     void ClosingAGraphWindowHidesIt();
+    void TheRightButtonsMenuHoldsZoomPictureAndData();
+    void TheCopiedPictureHasTwiceTheDotsOfTheWindow();
+    void TheCopiedDataOfAFitAreTimeObservedAndExpected();
+    void TheCopiedDataOfAnyOtherGraphAreItsTwoAxes();
+    void ThePictureIsSavedUnderTheGraphsTitle();
 
     // Contours
     void AContourOfAPlaneIsAStraightLine();
@@ -607,6 +618,86 @@ void ViewsTest::ClosingAGraphWindowHidesIt()
     QVERIFY(!window.isNull());
     QVERIFY(!window->isVisible());
     delete window;
+}
+
+namespace
+{
+/// Closes the box that the next command will show, and keeps its words.
+void CloseNextBox(QString& words)
+{
+    QTimer::singleShot(0, [&words] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box != nullptr);
+        words = box->text();
+        box->accept();
+    });
+}
+
+void Give(frmModelGraph& window, const char* command)
+{
+    window.findChild<QAction*>(QString::fromLatin1(command))->trigger();
+}
+} // namespace
+
+void ViewsTest::TheRightButtonsMenuHoldsZoomPictureAndData()
+{
+    frmModelGraph window(std::make_shared<ModelGraph>(CpueGraph(10)));
+    QCOMPARE(window.Plot().contextMenuPolicy(), Qt::ActionsContextMenu);
+    QStringList entries;
+    for (const QAction* action : window.Plot().actions())
+        entries += action->text();
+    QCOMPARE(entries, QStringList({"&Reset Zoom", "&Save Picture As...", "&Copy Picture", "Copy &Data"}));
+}
+
+void ViewsTest::TheCopiedPictureHasTwiceTheDotsOfTheWindow()
+{
+    frmModelGraph window(std::make_shared<ModelGraph>(CpueGraph(10)));
+    window.show();
+    QString words;
+    CloseNextBox(words);
+    Give(window, "actCopyPicture");
+    QCOMPARE(words, QString("Graph Copied to Clipboard"));
+    QCOMPARE(QGuiApplication::clipboard()->image().size(), window.Plot().size() * 2);
+}
+
+// Three years from 1967: in the fit, out of the fit, hidden. Observed 20 - 10 t / 3, expected 0.5 more.
+void ViewsTest::TheCopiedDataOfAFitAreTimeObservedAndExpected()
+{
+    frmModelGraph window(std::make_shared<ModelGraph>(CpueGraph(3)));
+    QString words;
+    CloseNextBox(words);
+    Give(window, "actCopyData");
+    QCOMPARE(words, QString("Data Copied to Clipboard"));
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("Time\tObs CPUE\tExp CPUE\r\n"
+                                                           "1967\t20\t20.5\r\n"
+                                                           "1968\t16.6666666666667\t17.1666666666667\r\n"
+                                                           "1969\t-999.999\t-999.999\r\n"));
+}
+
+void ViewsTest::TheCopiedDataOfAnyOtherGraphAreItsTwoAxes()
+{
+    ModelGraph graph = CpueGraph(2);
+    graph.Type(GraphType::Line);
+    QCOMPARE(graph.CopiedText(), std::string("Time\tCPUE\r\n1967\t20\r\n1968\t-999.999\r\n"));
+}
+
+void ViewsTest::ThePictureIsSavedUnderTheGraphsTitle()
+{
+    ModelGraph graph = CpueGraph(10);
+    graph.Title("Rep Yield(0.025..0.975), n = 500");
+    frmModelGraph window(std::make_shared<ModelGraph>(graph));
+    window.show();
+    const QTemporaryDir folder;
+    QTimer::singleShot(0, [&folder] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        const QString suggested = dialog->findChild<QLineEdit*>("fileNameEdit")->text();
+        dialog->setDirectory(folder.path());
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(suggested);
+        static_cast<QDialog*>(dialog)->accept();
+    });
+    Give(window, "actSavePicture");
+    QVERIFY(QFile::exists(folder.filePath("Rep Yield.png")));
 }
 
 // z = x + 2y on a grid of 3 by 3: the line z = 3 leads from (3, 0) to (0, 1.5).
