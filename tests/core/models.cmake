@@ -16,3 +16,9 @@ velt_core_test(models SOURCES
   clsSingleCohort_test.cpp
   modMaths_test.cpp
   USES velt_test_support)
+
+# A program of its own, because it replaces the memory operators.
+add_executable(allocation_tests CountedMemory.cpp NoAllocation_test.cpp)
+target_link_libraries(allocation_tests PRIVATE velt_models velt_test_support GTest::gtest_main)
+target_include_directories(allocation_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+gtest_discover_tests(allocation_tests DISCOVERY_TIMEOUT 60)
