@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/MethodCommon.h"
 
+#include "base/Checked.h"
 #include "base/MeterScope.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
+#include "models/LogFit.h"
 #include "models/ModelGraphs.h"
 
 #include <algorithm>
@@ -239,6 +241,40 @@ bool MethodCommon::DoubleUntilItSurvives(const std::function<void()>& doubleStar
     for (; m.PopUnderflow && doublings < kMostDoublings; ++doublings)
         doubleStart();
     return doublings < kMostDoublings;
+}
+
+bool MethodCommon::StartFromRegression(CatchRegression& regression, double& first, double& q,
+                                       const std::function<void(double, double)>& run,
+                                       const std::function<void()>& afterFirstRun)
+{
+    const auto fail = [this](std::int32_t why) {
+        m.Excuse = why;
+        return false;
+    };
+    if (!regression.Solve(m))
+        return fail(excuse::kNoStart);
+    q = -regression.Coefficient(2);
+    first = checked::Div(regression.Coefficient(1), q);
+    run(first, q);
+    afterFirstRun();
+    m.LsqSumSq = StartSumSq(q);
+    if (first < 0.0) {
+        if (fit_op::IsLeastSquares(m.FitOp))
+            return fail(excuse::kPopulationUnderflow);
+        first = static_cast<double>(m.TotCatchSum);
+        m.StartEstKind = 3;
+    }
+    run(first, q);
+    const bool survives = DoubleUntilItSurvives([&] {
+        first *= 2.0;
+        m.StartEstKind = 3;
+        run(first, q);
+    });
+    if (!survives)
+        return fail(excuse::kNoStart);
+    if (q < 0.0)
+        q = LnFitComputeQ(m);
+    return true;
 }
 
 void MethodCommon::FillPositionsFromStartOfPeriod()

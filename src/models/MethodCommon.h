@@ -3,6 +3,7 @@
 
 #include "engines/VELT_NelMead.h"
 #include "models/Bootstraps.h"
+#include "models/CatchRegression.h"
 #include "models/GammaFit.h"
 #include "models/IMethod.h"
 #include "models/ModelState.h"
@@ -126,6 +127,14 @@ protected:
     /// Runs `doubleStart` (which doubles the start and runs its trajectory) while the trajectory underflows.
     /// The counter ends it, not the flag: 98 doublings can help, the 99th cannot. \return whether it survives
     bool DoubleUntilItSurvives(const std::function<void()>& doubleStart);
+
+    /// Starting estimates of a depletion model with one searched parameter: b1 = q `first` and b2 = -q by the
+    /// regression, repaired until the trajectory survives. Fills both; on false Excuse says why.
+    /// \param run takes both into the working estimates and runs the trajectory
+    /// \param afterFirstRun what the model does at the regression's own trajectory
+    bool StartFromRegression(CatchRegression& regression, double& first, double& q,
+                             const std::function<void(double first, double q)>& run,
+                             const std::function<void()>& afterFirstRun);
 
     /// Fills the gamma positions from the population at the start of each period, not its mean. Deliberate:
     /// the two models that use it differ here from the recruitment index model.

@@ -168,38 +168,14 @@ bool clsConstRecruit::InitEstimates()
 {
     SumDiscountedCatches(m);
     BuildRegression();
-    if (!m_regression.Solve(m)) {
-        m.Excuse = excuse::kNoStart;
-        return false;
-    }
-    InitEsts.Q = -m_regression.Coefficient(2);
-    InitEsts.K = Div(m_regression.Coefficient(1), InitEsts.Q);
-    WorkEsts = InitEsts;
-    CalcPopTraj();
-    CallForNothing(m);
-    m.LsqSumSq = StartSumSq(InitEsts.Q);
-    if (InitEsts.K < 0.0) {
-        if (fit_op::IsLeastSquares(m.FitOp)) {
-            m.Excuse = excuse::kPopulationUnderflow;
-            return false;
-        }
-        InitEsts.K = static_cast<double>(m.TotCatchSum);
-        m.StartEstKind = 3;
-    }
-    WorkEsts = InitEsts;
-    CalcPopTraj();
-    const bool survives = DoubleUntilItSurvives([this] {
-        WorkEsts.K *= 2.0;
-        m.StartEstKind = 3;
+    const auto run = [this](double first, double q) {
+        WorkEsts.K = first;
+        WorkEsts.Q = q;
         CalcPopTraj();
-    });
-    if (!survives) {
-        m.Excuse = excuse::kNoStart;
+    };
+    if (!StartFromRegression(m_regression, InitEsts.K, InitEsts.Q, run, [this] { CallForNothing(m); }))
         return false;
-    }
-    if (WorkEsts.Q < 0.0)
-        WorkEsts.Q = LnFitComputeQ(m);
-    InitEsts = WorkEsts;
+    WorkEsts = InitEsts;
     CalcMinPop();
     return true;
 }

@@ -135,37 +135,14 @@ bool clsSingleCohort::InitEstimates()
 {
     SumDiscountedCatches(m);
     BuildRegression();
-    if (!m_regression.Solve(m)) {
-        m.Excuse = excuse::kNoStart;
-        return false;
-    }
-    InitEsts.Q = -m_regression.Coefficient(2);
-    InitEsts.N1 = Div(m_regression.Coefficient(1), InitEsts.Q);
-    WorkEsts = InitEsts;
-    CalcPopTraj();
-    m.LsqSumSq = StartSumSq(InitEsts.Q);
-    if (InitEsts.N1 < 0.0) {
-        if (fit_op::IsLeastSquares(m.FitOp)) {
-            m.Excuse = excuse::kPopulationUnderflow;
-            return false;
-        }
-        InitEsts.N1 = static_cast<double>(m.TotCatchSum);
-        m.StartEstKind = 3;
-    }
-    WorkEsts = InitEsts;
-    CalcPopTraj();
-    const bool survives = DoubleUntilItSurvives([this] {
-        WorkEsts.N1 *= 2.0;
-        m.StartEstKind = 3;
+    const auto run = [this](double first, double q) {
+        WorkEsts.N1 = first;
+        WorkEsts.Q = q;
         CalcPopTraj();
-    });
-    if (!survives) {
-        m.Excuse = excuse::kNoStart;
+    };
+    if (!StartFromRegression(m_regression, InitEsts.N1, InitEsts.Q, run, [] {}))
         return false;
-    }
-    if (WorkEsts.Q < 0.0)
-        WorkEsts.Q = LnFitComputeQ(m);
-    InitEsts = WorkEsts;
+    WorkEsts = InitEsts;
     CalcMinPop();
     return true;
 }
