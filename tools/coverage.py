@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Counts how often 90 % bootstrap limits hold the value that made the data and writes docs/coverage.csv.
+"""Counts how often bootstrap limits hold the value that made the data and writes docs/coverage.csv.
 
     coverage.py [--batch PATH] [--output FILE] [--sets 200]
 
@@ -24,10 +24,10 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SEED = 20261121
 REPLICATES = 500
-LIMITS = "0.05,0.95"
+LIMITS = {"": "0.05,0.95", "95 %": "0.025,0.975"}
 NOISE = {"ls": 0.10, "log": 0.20, "gamma": 0.15}  # coefficient of variation at the mean catch
 # The log objective is summed in 32-bit floats; with q = 1 the logarithms stay near 0 and hardly any digit is lost.
-SCHEMES = [*NOISE, "log, q = 1"]
+SCHEMES = [*NOISE, "log, q = 1", "ls, 95 %"]
 GAMMA_COLUMNS = ("mean position", "replicate catch level", "level at mean stock", "covered rescaled %")
 ROUNDING = 1e-6  # limits are 32-bit floats
 PATIENCE = 300  # seconds; a log replicate that never converges is drawn again without end
@@ -121,7 +121,7 @@ def with_noise(catches, error, rng):
 
 def true_values(model, scheme):
     truth = simulate(model)[1]
-    return truth | {"Q": 1.0} if scheme.endswith("q = 1") else truth
+    return truth | {"Q": 1.0} if "q = 1" in scheme else truth
 
 
 def write_data(path, model, scheme, number):
@@ -138,21 +138,23 @@ def write_data(path, model, scheme, number):
 
 def fit(program, folder, model, scheme, number):
     """What the program answers to one data set: estimates and limits, or Status "failed" and a Message."""
-    path = folder / f"{model}_{scheme}_{number}.data"
+    path, (error, _, variant) = folder / f"{model}_{scheme}_{number}.data", scheme.partition(", ")
     write_data(path, model, scheme, number)
     mort, given, _, index = STOCKS[model]
     columns = PRODUCTION_COLUMNS if "R" in given else DEPLETION_COLUMNS
     columns += ",recruits=Recruit. Index" if index else ""
     words = [program, "fit", "--csv-data", path, "--time-column", "period", "--columns", columns, "--model", model,
-             "--error", scheme.split(",")[0], "--m", str(mort), "--z", str(given.get("Z", 1.0)),
-             "--bootstraps", str(REPLICATES), "--seed", str(number + 1), "--ci", LIMITS, "--format", "json"]
+             "--error", error, "--m", str(mort), "--z", str(given.get("Z", 1.0)),
+             "--bootstraps", str(REPLICATES), "--seed", str(number + 1), "--ci", LIMITS.get(variant, LIMITS[""]),
+             "--format", "json"]
     try:
         done = subprocess.run(words, capture_output=True, text=True, check=False, timeout=PATIENCE)
     except subprocess.TimeoutExpired:
         return {"Status": "failed", "Message": f"no end after {PATIENCE} s"}
-    answer = json.loads(done.stdout) if done.stdout else {"Status": "failed", "Message": done.stderr}
+    said = done.stderr.strip() or "no answer"
+    answer = json.loads(done.stdout) if done.stdout else {"Status": "failed", "Message": said}
     if answer["Status"] == "ok" and not answer.get("ConfidenceIntervals"):
-        return {"Status": "failed", "Message": "no limits: " + done.stderr}
+        return {"Status": "failed", "Message": "no limits: " + said}
     return answer
 
 
@@ -167,6 +169,19 @@ def stretched(estimate, limits, factor):
 
 def percent(flags):
     return f"{100.0 * statistics.fmean(flags):.1f}"
+
+
+def theory(periods, fitted, level):
+    """Coverage in per cent of percentile limits in a linear model with normal errors.
+
+    Residuals resampled as they stand have the variance RSS / n, so the limits lie z sqrt((n - p) / n) standard
+    errors away as estimated, and the distance of the truth follows Student's t with n - p degrees of freedom.
+    """
+    freedom, steps = periods - fitted, 1000
+    limit = statistics.NormalDist().inv_cdf(level) * math.sqrt(freedom / periods)
+    scale = math.exp(math.lgamma((freedom + 1) / 2) - math.lgamma(freedom / 2)) / math.sqrt(freedom * math.pi)
+    middles = ((step + 0.5) * limit / steps for step in range(steps))
+    return 200.0 * scale * limit / steps * sum((1.0 + x * x / freedom) ** (-(freedom + 1) / 2) for x in middles)
 
 
 def catch_level(answer, positions):
@@ -206,6 +221,7 @@ def count(model, scheme, parameter, truth, answers, sets):
     wider = [stretched(estimate, pair, factor) for estimate, pair in zip(estimates, limits)]
     slack = ROUNDING * abs(truth)
     cuts = statistics.quantiles(estimates, n=20)
+    level = float(LIMITS.get(scheme.partition(", ")[2], LIMITS[""]).split(",")[1])
     width = statistics.median(high - low for low, high in limits)
     row = {
         "model": model, "error": scheme, "parameter": parameter, "data sets": sets, "fitted": len(answers),
@@ -216,6 +232,7 @@ def count(model, scheme, parameter, truth, answers, sets):
         "width / spread": f"{width / (cuts[-1] - cuts[0]):.3g}",
         "estimates below %": percent([estimate < truth for estimate in estimates]),
         "limits below %": percent([low + high < 2.0 * estimate for estimate, (low, high) in zip(estimates, limits)]),
+        "linear theory %": f"{theory(periods, fitted, level):.1f}",
         "covered stretched %": percent([low - slack <= truth <= high + slack for low, high in wider]),
     }
     if scheme == "gamma":

@@ -45,6 +45,14 @@ std::int32_t NumberOf(const char* option, const std::vector<std::string>& names,
     Refuse(std::string(option) + " is one of " + all + ", not \"" + typed + "\".");
 }
 
+/// The dialogs' sentences for fields of 16 bits do not say where these end.
+void RefuseAbove16Bits(const char* option, const std::string& typed)
+{
+    constexpr double kMost = 32767.0;
+    if (number_text::ParseTyped(typed).value_or(0.0) > kMost)
+        Refuse(std::string(option) + " is at most 32767, not " + typed + ".");
+}
+
 /// The value of a field by the rule that the dialogs use.
 template <typename T>
 T Take(const char* option, Reading<T> reading)
@@ -179,6 +187,7 @@ void TakeModel(const Typed& typed, FitRequest& request)
     request.mort = TakeIfTyped<float>("--m", typed.mort, ReadNaturalMortality);
     request.initialProportion =
         TakeIfTyped<float>("--init-proportion", typed.initialProportion, ReadInitialProportion);
+    RefuseAbove16Bits("--lag", typed.lag);
     request.lag = TakeIfTyped<std::int16_t>("--lag", typed.lag, ReadTimeLag);
     request.z = TakeIfTyped<float>("--z", typed.z, ReadZShape);
     TakeExclusions(typed, request);
@@ -188,6 +197,7 @@ void TakeModel(const Typed& typed, FitRequest& request)
 void TakeMinimiser(const Typed& typed, FitRequest& request)
 {
     MinimiserOptions& options = request.minimiser;
+    RefuseAbove16Bits("--max-its", typed.maxIts);
     options.intMaxIts =
         TakeIfTyped<std::int16_t>("--max-its", typed.maxIts, ReadMaxIterations).value_or(options.intMaxIts);
     options.sngFTOL = TakeIfTyped<float>("--ftol", typed.fTol, ReadTolerance).value_or(options.sngFTOL);
@@ -296,7 +306,7 @@ void DefineOptions(CLI::App& fit, Typed& typed)
     fit.add_option("--csv", typed.csvDir, "Writes tables into this directory")->type_name("DIR");
     fit.add_option("--plots", typed.plotsDir, "Writes graphs as PNG and SVG into this directory")
         ->type_name("DIR");
-    fit.add_option("--contours", typed.contours, "Likelihood surface with this many points along each axis");
+    fit.add_option("--contours", typed.contours, "Likelihood surface with 2 to 200 points along each axis");
 }
 
 FitRequest RequestOf(const Typed& typed)

@@ -54,7 +54,8 @@ std::string Messages(const Job& job)
 std::string Hint(const std::string& messages)
 {
     if (messages.starts_with("Overflow"))
-        return "\nA number grew beyond 3.4e38. Give the data in larger units, and look at --start and --z.";
+        return "\nA number grew beyond 3.4e38. Give the data in larger units, and look at --start and --z; "
+               "replicates of an estimate without a bound fail like this too.";
     if (messages.starts_with("Invalid procedure call or argument"))
         return "\nA logarithm or a power of a number that has none. Look for zero or negative catches, and "
                "at "
@@ -116,8 +117,10 @@ void Bootstrap(Job& job, FitTables& tables)
                                std::to_string(job.manager.Method()->NumBootStraps()) +
                                ". Raise --max-its, or loosen --ftol or --xtol.",
                            excuse::kNotConverged);
+    const std::string messages = Messages(job);
     if (!job.manager.IsBSDone())
-        throw BatchFailure(ExitStatus::FitFailed, Messages(job), job.manager.Method()->Excuse());
+        throw BatchFailure(ExitStatus::FitFailed, "--bootstraps: " + messages + Hint(messages),
+                           job.manager.Method()->Excuse());
     if (!job.manager.GetUserConfidenceIntervals())
         throw BatchFailure(ExitStatus::BadUsage, "--ci: " + Messages(job));
     job.manager.DisplayBootStrapHistograms();

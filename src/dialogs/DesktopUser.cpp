@@ -114,7 +114,8 @@ std::optional<std::string> DesktopUser::InputBox(const std::string& prompt, cons
     box.setWindowTitle(QString::fromStdString(title));
     box.setLabelText(QString::fromStdString(prompt));
     box.setTextValue(QString::fromStdString(suggestion));
-    box.setMinimumWidth(WidthForTitle(box, box.windowTitle()));
+    // Not as a least width, which the box's own layout would take back.
+    box.resize(box.sizeHint().expandedTo({WidthForTitle(box, box.windowTitle()), 0}));
     return box.exec() == QDialog::Accepted ? std::optional(box.textValue().toStdString()) : std::nullopt;
 }
 

@@ -9,7 +9,7 @@
 
 int WidthForTitle(const QWidget& dialog, const QString& title)
 {
-    constexpr int kIconAndButtons = 6; // heights of the font; the title bar itself is drawn by the system
+    constexpr int kIconAndButtons = 9; // heights of the font; the title bar itself is drawn by the system
     QFont bold = dialog.font();
     bold.setBold(true);
     return QFontMetrics(bold).horizontalAdvance(title) + kIconAndButtons * dialog.fontMetrics().height();

@@ -15,20 +15,22 @@
 
 namespace
 {
+const std::string kFitSource = "clsMethManager_FitNewModel";
+
 /// A subscript says nothing to a user; where the table or the lag is the cause, the source is told with it.
 VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* method)
 {
     // The population has one entry more than there are periods, and no more room than the table.
-    constexpr std::int32_t kMostPeriods = 199;
-    const std::int32_t periods = data.NAPoints();
-    if (error.number != errors::kSubscript)
-        return error;
-    if (periods > kMostPeriods)
-        error.source += ": the table has " + std::to_string(periods) + " periods and at most " +
-                        std::to_string(kMostPeriods) + " can be fitted. Take a row out of the table.";
-    else if (method != nullptr && method->LAG() > periods)
-        error.source += ": the time lag is longer than the " + std::to_string(periods) +
-                        " periods of the table. Choose a shorter one.";
+    constexpr std::int32_t kMostPeriods = clsVeltData::kRows - 1;
+    const std::string periods = std::to_string(data.NAPoints()) + " periods";
+    std::string advice;
+    if (data.NAPoints() > kMostPeriods)
+        advice = "the table has " + periods + " and at most " + std::to_string(kMostPeriods) +
+                 " can be fitted. Take a row out of the table.";
+    else if (method != nullptr && method->LAG() > data.NAPoints())
+        advice = "the time lag is longer than the " + periods + " of the table. Choose a shorter one.";
+    if (error.number == errors::kSubscript && !advice.empty())
+        error.source = (error.source.empty() ? kFitSource : error.source) + ": " + advice;
     return error;
 }
 
@@ -312,8 +314,7 @@ void clsMethManager::FitNewModel(bool keepInputs)
         if (m_method)
             m_lastExcuse = m_method->Excuse();
         const bool gaveUp = error.number == kProgramErrorBase + errors::kFitFailed;
-        m_run.reporter.HandleError(WithAdvice(error, *m_data, m_method.get()),
-                                   gaveUp ? "" : "clsMethManager_FitNewModel");
+        m_run.reporter.HandleError(WithAdvice(error, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
         Reset();
         m_run.window.StatusText(m_run.globals.Ready);
         m_run.window.HourglassOff();

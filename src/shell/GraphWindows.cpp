@@ -83,7 +83,7 @@ void GraphWindows::Place(QWidget& window)
     const QRect screen = m_main.screen()->availableGeometry();
     const int step = m_main.fontMetrics().height() * 2;
     const QPoint start = m_main.frameGeometry().topLeft() + QPoint(4 * step, 3 * step);
-    const QSize size = window.size() + QSize(0, step); // with its title bar
+    const QSize size = window.size() + QSize(step / 2, step); // with borders and title bar
     const int roomDown = (screen.bottom() - start.y() - size.height()) / step;
     const int inOneRun = std::clamp(roomDown, 3, 12);
     const QPoint wanted =

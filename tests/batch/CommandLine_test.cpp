@@ -183,6 +183,64 @@ TEST(CommandLine, LimitsNeedBootstraps)
     ExpectRefused({"--model", "fox", "--ci", "0.1,0.9"}, "--bootstraps");
 }
 
+// A low level above 1 and a high one below 0 used to pass; the first made a limit of 0, the second ended the
+// job with "Subscript out of range" after all the bootstraps.
+TEST(CommandLine, ALevelOutsideZeroToOneIsRefusedBeforeAnyFit)
+{
+    for (const char* levels :
+         {"2,3", "-1,0.5", "2,0.5", "0.5,-1", "1e300,0.5", "0.5,-0.0000001", "1.0000001,0.5"})
+        ExpectRefused({"--model", "fox", "--bootstraps", "9", std::string("--ci=") + levels},
+                      std::string("--ci: Confidence Interval levels must lie in the range 0 - 1, not ") +
+                          levels);
+    ExpectRefused({"--model", "fox", "--bootstraps", "9", "--ci", "nan,1"}, "--ci takes two levels");
+}
+
+// Levels in the wrong order are the user's business: the limits come out in that order. Deliberate.
+TEST(CommandLine, LevelsInTheWrongOrderAreTaken)
+{
+    const FitRequest request = Accepted({"--model", "fox", "--bootstraps", "9", "--ci", "0.9,0.1"});
+
+    EXPECT_EQ(request.ciLow, 0.9);
+    EXPECT_EQ(request.ciHigh, 0.1);
+}
+
+// The comma used to end the item, so that such a column could not be named.
+TEST(CommandLine, AHeadingMayHoldACommaBeforeItsEqualsSign)
+{
+    std::ostringstream out;
+    const auto request = ParseCommandLine({"fit", "--data", "a.txt", "--time-column", "Year", "--columns",
+                                           "Fish=Tot. Catch Nums, Lines, set=Effort", "--model", "fox"},
+                                          out);
+
+    ASSERT_EQ(request->columns.size(), 2U);
+    EXPECT_EQ(request->columns[0].gridTitle, "Tot. Catch Nums");
+    EXPECT_EQ(request->columns[1].heading, "Lines, set");
+    EXPECT_EQ(
+        RefusalOf({"fit", "--data", "a", "--time-column", "Y", "--columns", "C=Effort,", "--model", "fox"}),
+        "--columns takes NAME=VALUE, not \"\".");
+}
+
+// The sentence of the dialog used to say that 40000 must be above 0.
+TEST(CommandLine, ANumberBeyond16BitsIsRefusedWithTheLargestThatFits)
+{
+    ExpectRefused({"--model", "fox", "--lag", "32768"}, "--lag is at most 32767, not 32768.");
+    ExpectRefused({"--model", "fox", "--max-its", "40000"}, "--max-its is at most 32767, not 40000.");
+    EXPECT_EQ(Accepted({"--model", "fox", "--max-its", "32767"}).minimiser.intMaxIts, 32767);
+}
+
+// The second value used to win without a word.
+TEST(CommandLine, AStartingValueGivenTwiceIsRefused)
+{
+    ExpectRefused({"--model", "fox", "--start", "K=1,R=2,k=3"}, "--start gives K two values.");
+}
+
+// The fit used to end with "Unable to Generate Contours", which does not say why.
+TEST(CommandLine, ASurfaceOfOnePointIsRefused)
+{
+    ExpectRefused({"--model", "fox", "--contours", "1"}, "--contours: a surface has at least 2 points");
+    EXPECT_EQ(Accepted({"--model", "fox", "--contours", "2"}).contours, std::int16_t{2});
+}
+
 TEST(CommandLine, HelpIsNoFailure)
 {
     const BatchJob help = RunJob({"fit", "--help"});

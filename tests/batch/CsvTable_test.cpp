@@ -72,6 +72,25 @@ TEST(CsvTable, TextBehindAClosingQuoteIsRefused)
     EXPECT_EQ(RefusalOf("a,b\n\"1\"x,2\n"), "Line 2: text follows the closing quote of a cell.");
 }
 
+// The message used to count the cells of a table that the reader had taken apart at its decimal commas.
+TEST(CsvTable, ATableWithSemicolonsOrTabsIsRefusedByThatName)
+{
+    EXPECT_EQ(RefusalOf("Year;Catch\n1971;5,5\n").rfind("Line 1: semicolons stand between the headings.", 0),
+              0U);
+    EXPECT_EQ(RefusalOf("Year\tCatch\n1971\t5\n").rfind("Line 1: tabs stand between the headings.", 0), 0U);
+}
+
+// A zero byte used to be shown on the terminal as a cell that is not a number.
+TEST(CsvTable, AZeroByteIsRefusedWithItsLine)
+{
+    using namespace std::string_literals;
+    EXPECT_EQ(RefusalOf("a,b\n1,2\0\n"s).rfind("Line 2: a zero byte", 0), 0U);
+    EXPECT_EQ(RefusalOf("\xFF\xFE"
+                        "a\0,\0b\0\n\0"s)
+                  .rfind("Line 1: a zero byte", 0),
+              0U); // UTF-16
+}
+
 TEST(CsvTable, ATableWithoutRowsIsRefused)
 {
     EXPECT_EQ(RefusalOf(""), "Line 2: the table has no rows of values.");

@@ -281,6 +281,7 @@ TEST(Batch, LevelsOutsideZeroToOneAreBadUsage)
 
     EXPECT_EQ(job.status, 2);
     EXPECT_NE(job.err.find("must lie in the range 0 - 1"), std::string::npos) << job.err;
+    EXPECT_TRUE(job.out.empty());
 }
 
 TEST(Batch, TablesHoldOneRowAPeriodAndOneMoreForThePopulation)

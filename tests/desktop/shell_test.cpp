@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Utilities.h"
 #include "base/VeltError.h"
 #include "dialogs/Words.h"
 #include "files/AsciiWizard.h"
@@ -12,8 +13,8 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
-#include <QTableView>
 #include <QScreen>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -68,8 +69,8 @@ struct Session {
     std::size_t Histograms()
     {
         const auto titles = window.Graphs().UserTitles();
-        return static_cast<std::size_t>(
-            std::ranges::count_if(titles, [](const std::string& t) { return t.find("n = ") != std::string::npos; }));
+        return static_cast<std::size_t>(std::ranges::count_if(
+            titles, [](const std::string& t) { return t.find("n = ") != std::string::npos; }));
     }
     QString Panel(const char* name) { return window.findChild<QLabel*>(QString::fromLatin1(name))->text(); }
 
@@ -400,8 +401,8 @@ private slots:
         for (std::size_t i = 0; i < 30; ++i) {
             const QRect place = session.window.Graphs().At(i)->geometry();
             QVERIFY(screen.contains(place.topLeft()));
-            if (place.width() < screen.width() && place.height() < screen.height())
-                QVERIFY(screen.contains(place.bottomRight()));
+            QVERIFY2(screen.contains(place.bottomRight()),
+                     qPrintable(QStringLiteral("%1 %2").arg(place.right()).arg(place.bottom())));
         }
     }
 
@@ -458,7 +459,9 @@ private slots:
         QTemporaryDir folder;
         QFile file(folder.filePath("stock.vl3"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray::fromHex("000400080609") + "VELT" + QByteArray::fromHex("03"));
+        for (const std::uint8_t byte : kProjectMagic)
+            file.putChar(static_cast<char>(byte));
+        file.putChar(3);
         file.close();
         session.window.OpenPath(file.fileName());
         QVERIFY(session.user.Saw("This version cannot open projects yet. Open a text file (*.txt) instead."));

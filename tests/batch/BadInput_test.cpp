@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What used to go wrong when velt-batch was given something odd: tables, disks, searches that cannot end.
+#include "batch/BatchJob.h"
+#include "batch/BatchWindow.h"
+#include "batch/FileInProgress.h"
+#include "batch/RunBatch.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <ostream>
+#include <sstream>
+#include <streambuf>
+
+namespace
+{
+const std::vector<std::string> kBass{"fit",
+                                     "--data",
+                                     std::string(VELT_TEST_SAMPLES) + "/../../samples/smallmouth_bass.txt",
+                                     "--time-column",
+                                     "Period",
+                                     "--columns",
+                                     "Tot_Catch_Nums=Tot. Catch Nums,Effort_=Effort",
+                                     "--model",
+                                     "no-recruitment",
+                                     "--m",
+                                     "0"};
+
+std::vector<std::string> Bass(const std::vector<std::string>& more)
+{
+    std::vector<std::string> words = kBass;
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+/// A depletion fit of a comma-separated table with the headings Week, Fish and Lines.
+BatchJob Depletion(const std::string& csv, std::vector<std::string> more = {})
+{
+    const ScratchDirectory directory;
+    std::vector<std::string> words{
+        "fit",           "--csv-data", directory.File("t.csv", csv),        "--time-column",
+        "Week",          "--columns",  "Fish=Tot. Catch Nums,Lines=Effort", "--model",
+        "no-recruitment"};
+    words.insert(words.end(), more.begin(), more.end());
+    return RunJob(std::move(words));
+}
+
+/// A closed output or a full disk: nothing that is written arrives.
+class BrokenBuffer : public std::streambuf
+{
+    int_type overflow(int_type /*c*/) override { return traits_type::eof(); }
+    int sync() override { return -1; }
+};
+
+std::vector<std::string> FilesIn(const std::string& directory)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+} // namespace
+
+TEST(BadInput, AFullTableUsedToEndWithABareSubscriptAndNowSaysHowManyPeriodsCanBeFitted)
+{
+    std::string csv = "Week,Fish,Lines\n";
+    for (int week = 1; week <= 200; ++week)
+        csv += std::to_string(week) + "," + std::to_string(10000 - 40 * week) + ",1\n";
+    const BatchJob job = Depletion(csv);
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_EQ(job.err.rfind("velt-batch: Subscript out of range", 0), 0U) << job.err;
+    EXPECT_NE(job.err.find("the table has 200 periods and at most 199 can be fitted"), std::string::npos)
+        << job.err;
+}
+
+TEST(BadInput, ALagBeyondTheTableUsedToEndWithABareSubscript)
+{
+    const BatchJob job = RunJob({"fit", "--data", Sample("expected/schaefer30.txt"), "--time-column", "Year",
+                                 "--columns", "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt", "--model",
+                                 "schaefer", "--error", "log", "--lag", "31"});
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_NE(job.err.find("(clsMethManager_FitNewModel: the time lag is longer than the 30 periods"),
+              std::string::npos)
+        << job.err;
+}
+
+TEST(BadInput, AFailureOfArithmeticUsedToLeaveTheUserWithItsNameAlone)
+{
+    const BatchJob job = RunJob({"fit", "--data", Sample("expected/schaefer30.txt"), "--time-column", "Year",
+                                 "--columns", "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt", "--model",
+                                 "fox", "--init-proportion", "0"});
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_EQ(job.err.rfind("velt-batch: Invalid procedure call or argument", 0), 0U) << job.err;
+    EXPECT_NE(job.err.find("--init-proportion"), std::string::npos) << job.err;
+}
+
+// Expected catches of an unbounded stock: the replicates' catches have no bound either.
+TEST(BadInput, AFailedBootstrapUsedNotToSayThatItWasTheBootstrap)
+{
+    const BatchJob job =
+        RunJob({"fit", "--data", Sample("expected/const25.txt"), "--time-column", "Year", "--columns",
+                "Effort=Effort,Catch=Catch Nums,Total=Tot. Catch Nums", "--model", "no-recruitment",
+                "--error", "gamma", "--m", "0.3", "--bootstraps", "5", "--seed", "1"});
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_EQ(job.err.rfind("velt-batch: --bootstraps: Overflow", 0), 0U) << job.err;
+    EXPECT_NE(job.err.find("an estimate without a bound"), std::string::npos) << job.err;
+}
+
+TEST(BadInput, OfTwoColumnsWithOneHeadingTheFirstUsedToBeTakenSilently)
+{
+    const BatchJob csv = Depletion("Week,Fish,Fish,Lines\n1,100,1,1\n2,90,1,1\n3,80,1,1\n");
+    EXPECT_EQ(csv.status, 2);
+    EXPECT_NE(csv.err.find("the column \"Fish\" more than once"), std::string::npos) << csv.err;
+
+    const ScratchDirectory directory;
+    const BatchJob text =
+        RunJob({"fit", "--data", directory.File("t.txt", "Lake\nWeek Fish Fish Lines\n1 100 1 1\n2 90 1 1\n"),
+                "--time-column", "Week", "--columns", "Fish=Tot. Catch Nums,Lines=Effort", "--model",
+                "no-recruitment"});
+    EXPECT_EQ(text.status, 2);
+    EXPECT_NE(text.err.find("the column \"Fish\" more than once"), std::string::npos) << text.err;
+}
+
+TEST(BadInput, ATwiceNamedColumnThatNobodyAsksForIsNoMatter)
+{
+    EXPECT_EQ(Depletion("Week,Note,Note,Fish,Lines\n1,,,100,1\n2,,,90,1\n3,,,80,1\n", {"--m", "0"}).status,
+              0);
+}
+
+TEST(BadInput, ACsvFileThatIsTooLargeUsedToBeRefusedWithoutTheReason)
+{
+    const BatchJob job = Depletion("Week,Fish,Lines\n1," + std::string(2U << 20U, '9') + ",1\n");
+
+    EXPECT_EQ(job.status, 3);
+    EXPECT_NE(job.err.find("bytes; at most 1048576"), std::string::npos) << job.err;
+}
+
+TEST(BadInput, ResultsThatCannotBeWrittenUsedToCountAsDone)
+{
+    BrokenBuffer buffer;
+    std::ostringstream err;
+    for (const auto& words :
+         {Bass({}), Bass({"--format", "json"}), std::vector<std::string>{"fit", "--help"}}) {
+        std::ostream broken(&buffer);
+        EXPECT_EQ(RunBatch(words, broken, err), 2);
+    }
+    EXPECT_NE(err.str().find("cannot be written to standard output"), std::string::npos);
+}
+
+TEST(BadInput, AFailedWriteUsedToLeaveAnEmptyFileUnderTheFinalName)
+{
+    const ScratchDirectory directory;
+    directory.File("whole.csv", "old");
+    {
+        FileInProgress file(directory.Path("whole.csv"));
+        std::ofstream(file.Path()) << "hal";
+        EXPECT_EQ(directory.Read("whole.csv"), "old");
+    }
+    EXPECT_EQ(FilesIn(directory.Path()), std::vector<std::string>{"whole.csv"});
+    EXPECT_EQ(directory.Read("whole.csv"), "old");
+}
+
+TEST(BadInput, AWholeFileTakesThePlaceOfTheOldOne)
+{
+    const ScratchDirectory directory;
+    directory.File("whole.csv", "old");
+    FileInProgress file(directory.Path("whole.csv"));
+    EXPECT_TRUE(file.Path().ends_with("whole.csv")); // a picture's format follows its ending
+    std::ofstream(file.Path()) << "new";
+
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(directory.Read("whole.csv"), "new");
+    EXPECT_EQ(FilesIn(directory.Path()), std::vector<std::string>{"whole.csv"});
+}
+
+TEST(BadInput, ATableWhosePlaceIsTakenByADirectoryLeavesNothingUnfinished)
+{
+    const ScratchDirectory directory;
+    std::filesystem::create_directory(directory.Path("series.csv"));
+    const BatchJob job = RunJob(Bass({"--csv", directory.Path()}));
+
+    EXPECT_EQ(job.status, 2);
+    EXPECT_TRUE(job.out.empty());
+    EXPECT_NE(job.err.find("series.csv cannot be written"), std::string::npos) << job.err;
+    for (const std::string& name : FilesIn(directory.Path()))
+        EXPECT_FALSE(name.starts_with(".unfinished")) << name;
+}
+
+// The fit meets its tolerances within three steps from this start; hardly a replicate does, and each that
+// does not is drawn again without limit.
+TEST(BadInput, ReplicatesThatNeverConvergeUsedToKeepTheJobForEver)
+{
+    const BatchJob job = RunJob(Bass({"--error", "log", "--start", "N1=1077", "--max-its", "3", "--ftol",
+                                      "4.2766e-08", "--xtol", "0.0620898", "--converge-on", "either",
+                                      "--bootstraps", "10", "--seed", "1", "--format", "json"}));
+
+    EXPECT_EQ(job.status, 4);
+    EXPECT_EQ(job.Json()["Excuse"], 3);
+    EXPECT_NE(job.err.find("--bootstraps: 500 refits in a row failed to converge"), std::string::npos)
+        << job.err;
+    EXPECT_NE(job.err.find("Raise --max-its"), std::string::npos) << job.err;
+}
+
+TEST(BatchMeter, GivesUpOnlyWhenTheValueHasNotRisenForFiveHundredLooks)
+{
+    BatchMeter meter;
+    meter.Start("Calculating Bootstraps...", 1000);
+    for (int value = 1; value <= 1000; ++value) {
+        EXPECT_FALSE(meter.Cancelled());
+        meter.Value(value);
+    }
+    for (int look = 1; look <= 500; ++look) {
+        EXPECT_FALSE(meter.Cancelled()) << look;
+        meter.Value(1000); // the same replicate once more
+    }
+    EXPECT_TRUE(meter.Cancelled());
+    EXPECT_TRUE(meter.GaveUp());
+    EXPECT_EQ(meter.Furthest(), 1000);
+
+    meter.Start("Sorting Bootstraps...", 3);
+    EXPECT_FALSE(meter.GaveUp());
+}
