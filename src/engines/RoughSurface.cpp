@@ -10,7 +10,8 @@ namespace
 {
 constexpr double kFirstStep = 3e-4; // in logarithms: a narrow valley is no wider
 constexpr double kLongestStep = 0.5;
-constexpr double kRise = 25.0; // deviations of the noise that the ends of a parabola stand above its middle
+constexpr double kWander = 12.0; // deviations that noise alone does not reach
+constexpr double kRise = 25.0;   // deviations of the noise that the ends of a parabola stand above its middle
 
 struct Direction {
     double u1 = 0.0;
@@ -29,6 +30,7 @@ struct Sides {
     double minus = 0.0;
     bool valid = false;     ///< both inside the domain
     double curvature = 0.0; ///< plus + minus - 2 times the middle
+    double wander = 0.0;    ///< largest distance of a value from the middle, over all steps that were tried
 };
 
 /// A place on the floor of a valley.
@@ -98,7 +100,10 @@ Sides Sampler::Fit(Direction d) const
 {
     constexpr int kTries = 6;
     Sides s = Look(d, kFirstStep);
+    double wander = 0.0;
     for (int k = 0; k < kTries; ++k) {
+        if (s.valid)
+            wander = std::max({wander, std::fabs(s.plus - m_value), std::fabs(s.minus - m_value)});
         const bool tooLong = !s.valid || s.curvature > 8.0 * kRise * m_noise;
         if (!tooLong && s.curvature > 2.0 * kRise * m_noise)
             break;
@@ -109,6 +114,7 @@ Sides Sampler::Fit(Direction d) const
             break;
         s = Look(d, step);
     }
+    s.wander = wander;
     return s;
 }
 
@@ -155,8 +161,11 @@ Shape Sampler::FindAxes(Valley& valley) const
 {
     const Sides first = Fit({1.0, 0.0});
     const Sides second = Fit({0.0, 1.0});
-    if (!Risen(first) || !Risen(second))
-        return Shape::Flat;
+    if (!Risen(first) || !Risen(second)) {
+        // Far from the middle, and yet no rise: what looks like noise grows with the distance.
+        const bool wanders = std::max(first.wander, second.wander) > kWander * m_noise;
+        return wanders ? Shape::Ragged : Shape::Flat;
+    }
     if (!IsParabola({1.0, 0.0}, first) || !IsParabola({0.0, 1.0}, second))
         return Shape::Ragged;
     const Sides diagonal = Look({first.step, second.step}, 1.0);
