@@ -7,6 +7,7 @@ cd "$(dirname "$0")"
 
 tools/install_packages.sh
 mkdir -p build
+echo "Building; the first time this takes some minutes (its messages go to build/run.log)." >&2
 if ! { cmake --preset release && cmake --build --preset release --target velt velt-batch; } >build/run.log 2>&1; then
     tail -n 40 build/run.log >&2
     echo "The build failed; all of it stands in build/run.log." >&2

@@ -2,6 +2,7 @@
 #include "data/clsVeltData.h"
 
 #include "base/Checked.h"
+#include "base/StringTable.h"
 #include "base/Utilities.h"
 
 #include <algorithm>
@@ -79,4 +80,53 @@ bool clsVeltData::CheckRqCols(std::span<const int> wanted) const
 int clsVeltData::ShownRows() const
 {
     return std::clamp(static_cast<int>(m_timeInts), 0, kRows);
+}
+
+void clsVeltData::AddProjScenario(clsProjScenario scenario, std::string_view key)
+{
+    m_projScens.Add(std::move(scenario), key);
+    m_isDirty = m_isDirty || m_logOrReload;
+}
+
+void clsVeltData::AddLoggedFit(clsFit fit)
+{
+    const std::string name = fit.FitName();
+    m_loggedFits.Add(std::move(fit), name);
+    m_isDirty = m_isDirty || m_logOrReload;
+}
+
+void clsVeltData::DeleteLoggedFit(std::string_view name)
+{
+    m_loggedFits.Remove(name);
+    m_isDirty = true;
+}
+
+clsFit* clsVeltData::GetANewLog(std::int32_t whichMeth, std::int32_t fitOp, std::string name,
+                                const MomentSource& now)
+{
+    const std::string given = AskFitName(std::move(name));
+    if (given.empty())
+        return nullptr;
+    clsFit fit;
+    fit.Create(given, now());
+    fit.MethType(whichMeth);
+    fit.FitOp(fitOp);
+    clsFit& logged = m_loggedFits.Add(std::move(fit), given);
+    m_isDirty = true;
+    return &logged;
+}
+
+std::string clsVeltData::AskFitName(std::string name) const
+{
+    const Message taken{.text = LoadResString(1925), .helpContext = 102};
+    for (;;) {
+        if (Trim(name).empty())
+            name = m_run.get().user.InputBox(LoadResString(1942), taken.title, "").value_or("");
+        if (Trim(name).empty())
+            return {};
+        if (!m_loggedFits.Find(name))
+            return name;
+        m_run.get().user.Show(taken);
+        name.clear();
+    }
 }

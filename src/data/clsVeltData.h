@@ -4,16 +4,22 @@
 #include "base/Array1.h"
 #include "base/Run.h"
 #include "data/Columns.h"
+#include "data/KeyedList.h"
+#include "data/Moment.h"
+#include "data/clsFit.h"
+#include "data/clsProjScenario.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 /// The one data set of a run: 200 time periods by 15 columns of 32-bit floats, the selection flags, a few
-/// counters, description and file name. The models read their series from it and write their expected series
-/// back; nothing may grow it, its sizes are those of the project file.
+/// counters, description and file name, the logged fits and the projection scenarios. The models read their
+/// series from it and write their expected series back; nothing may grow the table, its sizes are those of
+/// the project file.
 ///
 /// Rows and columns count from 1; row r is the period MinTimeP + r - 1. A row outside 1 to 200 raises 9.
 /// A property is two overloads of one name: `data.Effort(r)` reads, `data.Effort(r, v)` writes; without a row
@@ -28,6 +34,8 @@ public:
 
     using Series = Array1<float, kRows>;
     using Flags = Array1<bool, kRows>;
+    using LoggedFits = KeyedList<clsFit, clsFit::kNameWidth>;
+    using ProjScenarios = KeyedList<clsProjScenario, clsProjScenario::kTitleWidth>;
 
     explicit clsVeltData(Run& run);
 
@@ -189,6 +197,86 @@ public:
         return m_isDirty;
     }
 
+    // As the project file told them; nothing in the program changes them.
+    std::int32_t NumLoggedRuns() const
+    {
+        return m_stored.numLoggedRuns;
+    }
+    std::int32_t V2KLoggedFits() const
+    {
+        return m_stored.loggedFits;
+    }
+    std::int32_t V2kProjScens() const
+    {
+        return m_stored.projScens;
+    }
+
+    /// True: the next file operation handles the body of a logged fit, not the project's own data.
+    void LogOrReload(bool value)
+    {
+        m_logOrReload = value;
+    }
+
+    // Projection scenarios, in the order of adding, from 1. Titles are told apart by their first 30
+    // characters.
+    ProjScenarios& ProjScens()
+    {
+        return m_projScens;
+    }
+    const ProjScenarios& ProjScens() const
+    {
+        return m_projScens;
+    }
+    std::int32_t NumProjScenarios() const
+    {
+        return m_projScens.Count();
+    }
+    /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
+    /// change. Who adds at the user's wish sets NumScens. \throws VeltError 5 when the key is taken.
+    void AddProjScenario(clsProjScenario scenario, std::string_view key);
+    clsProjScenario* ProjScenario(std::int32_t index) ///< null when there is none
+    {
+        return m_projScens.Find(index);
+    }
+    const clsProjScenario* ProjScenario(std::int32_t index) const
+    {
+        return m_projScens.Find(index);
+    }
+    clsProjScenario* ProjScenario(std::string_view title) ///< null when there is none
+    {
+        return m_projScens.Find(title);
+    }
+    const clsProjScenario* ProjScenario(std::string_view title) const
+    {
+        return m_projScens.Find(title);
+    }
+
+    // Logged fits, in the order of adding, from 1. Names are told apart by their 50 characters. A reference
+    // to a fit holds until that fit is deleted or the data set goes.
+    std::int32_t NumLoggedFits() const
+    {
+        return m_loggedFits.Count();
+    }
+    /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
+    /// change. \throws VeltError 5 when the name is taken.
+    void AddLoggedFit(clsFit fit);
+    clsFit& LoggedFit(std::int32_t index) ///< \throws VeltError 9 when there is none
+    {
+        return m_loggedFits.At(index);
+    }
+    const clsFit& LoggedFit(std::int32_t index) const
+    {
+        return m_loggedFits.At(index);
+    }
+    void DeleteLoggedFit(std::string_view name); ///< dirty. \throws VeltError 5 when there is none
+
+    /// A new logged fit, made at the moment `now` gives once its name stands; marks the data set as changed.
+    /// A name that is empty or all blanks is asked for, and asked for again as long as a fit has it already.
+    /// \param whichMeth, fitOp  numbers of the model and of its error model
+    /// \return null when the user gave no name; nothing has then changed
+    clsFit* GetANewLog(std::int32_t whichMeth, std::int32_t fitOp, std::string name,
+                       const MomentSource& now = LocalNow);
+
     /// Drops the system columns from view; their values stay.
     void Reset();
 
@@ -223,6 +311,16 @@ private:
         m_isDirty = true;
     }
 
+    /// Counts found in the project file, to drive its reader.
+    struct StoredCounts {
+        std::int32_t numLoggedRuns = 0;
+        std::int32_t loggedFits = 0;
+        std::int32_t projScens = 0;
+    };
+
+    /// The name as typed, once no fit has it; empty when the user gave none.
+    std::string AskFitName(std::string name) const;
+
     std::reference_wrapper<Run> m_run; // not a plain reference: a data set built aside is moved in whole
     Array1<Series, columns::kLast> m_db;
     Array1<bool, columns::kLast> m_colPresent;
@@ -233,6 +331,10 @@ private:
     Flags m_toggledIn;
     std::int32_t m_ndPoints = 0, m_numPts = 0, m_numScens = 0, m_nntPoints = 0, m_origNAPoints = 0,
                  m_naPoints = 0, m_minTimeP = 0, m_maxTimeP = 0, m_timeInts = 0, m_projNum = 0;
+    StoredCounts m_stored;
+    LoggedFits m_loggedFits;
+    ProjScenarios m_projScens;
+    bool m_logOrReload = false;
     std::string m_dsDesc;
     std::string m_dsFName;
     bool m_isDirty = false;

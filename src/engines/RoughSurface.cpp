@@ -79,7 +79,8 @@ private:
     bool IsParabola(Direction d, const Sides& s) const;
     Shape FindAxes(Valley& valley) const;
     Floor FindFloor(const Valley& valley, double t) const;
-    Shape FollowFloor(Valley& valley) const;
+    Shape FollowFloor(Valley& valley, Sides& along) const;
+    double LowestOnFloor(const Valley& valley, const Sides& along) const;
     Minimum LowestAround(double u1, double u2) const;
 
     double m_value, m_noise, m_penalty;
@@ -141,12 +142,23 @@ Minimum Sampler::LowestAround(double u1, double u2) const
     return lowest;
 }
 
+/// The minimum from parabolas over a whole and a half step: what bends one side more than the other shifts
+/// the lowest place by the square of the step, and so cancels (Richardson 1911).
+double WithoutSkew(double overWhole, double overHalf)
+{
+    return (4.0 * overHalf - overWhole) / 3.0;
+}
+
 Finding Sampler::One() const
 {
-    const Sides sides = Fit({1.0, 0.0});
-    if (!Risen(sides))
+    const Sides whole = Fit({1.0, 0.0});
+    if (!Risen(whole))
         return {};
-    return {Shape::Bowl, LowestAround(Lowest(sides) * sides.step, 0.0)};
+    const Sides half = Look({1.0, 0.0}, whole.step / 2.0);
+    const double lowest = Lowest(whole) * whole.step;
+    const bool parabola = half.valid && half.curvature > 0.0;
+    return {Shape::Bowl,
+            LowestAround(parabola ? WithoutSkew(lowest, Lowest(half) * half.step) : lowest, 0.0)};
 }
 
 /// Whether half the step shows about a quarter of the rise, as it does however narrow a smooth valley is.
@@ -161,10 +173,10 @@ Shape Sampler::FindAxes(Valley& valley) const
 {
     const Sides first = Fit({1.0, 0.0});
     const Sides second = Fit({0.0, 1.0});
-    if (!Risen(first) || !Risen(second)) {
+    for (const Sides& s : {first, second}) {
         // Far from the middle, and yet no rise: what looks like noise grows with the distance.
-        const bool wanders = std::max(first.wander, second.wander) > kWander * m_noise;
-        return wanders ? Shape::Ragged : Shape::Flat;
+        if (!Risen(s))
+            return s.wander > kWander * m_noise ? Shape::Ragged : Shape::Flat;
     }
     if (!IsParabola({1.0, 0.0}, first) || !IsParabola({0.0, 1.0}, second))
         return Shape::Ragged;
@@ -200,8 +212,17 @@ Floor Sampler::FindFloor(const Valley& valley, double t) const
     return {guess + shift, middle + slope * shift + curvature * shift * shift / 2.0, true};
 }
 
-/// Walks along the floor on both sides until it has risen above the noise.
-Shape Sampler::FollowFloor(Valley& valley) const
+/// Values on the floor at equal distances on both sides.
+Sides FloorSides(const Valley& valley, const Floor& ahead, const Floor& behind, double t)
+{
+    Sides s{t, ahead.value, behind.value, ahead.valid && behind.valid};
+    if (s.valid)
+        s.curvature = s.plus + s.minus - 2.0 * valley.here.value;
+    return s;
+}
+
+/// Walks along the floor on both sides until it has risen well above the noise.
+Shape Sampler::FollowFloor(Valley& valley, Sides& along) const
 {
     constexpr double kStride = 2.5;
     valley.here = FindFloor(valley, 0.0);
@@ -210,28 +231,41 @@ Shape Sampler::FollowFloor(Valley& valley) const
     for (double t = 2.0; t * Length(valley.flat) <= kLongestStep; t *= kStride) {
         const Floor ahead = FindFloor(valley, t);
         const Floor behind = FindFloor(valley, -t);
-        if (!ahead.valid || !behind.valid)
-            return valley.reach == 0.0 ? Shape::Ragged : Shape::Flat; // lost at once, or only far away
+        const Sides sides = FloorSides(valley, ahead, behind, t);
+        if (!sides.valid) {
+            if (valley.reach == 0.0)
+                return Shape::Ragged; // lost at once
+            break;
+        }
         valley.ahead = ahead;
         valley.behind = behind;
         valley.reach = t;
-        if (ahead.value + behind.value - 2.0 * valley.here.value > kRise * m_noise)
-            return Shape::Bowl;
+        along = sides;
+        if (along.curvature > 4.0 * kRise * m_noise)
+            break;
     }
-    return Shape::Flat;
+    return Risen(along) ? Shape::Bowl : Shape::Flat;
+}
+
+double Sampler::LowestOnFloor(const Valley& valley, const Sides& along) const
+{
+    const double t = along.step / 2.0;
+    const Sides half = FloorSides(valley, FindFloor(valley, t), FindFloor(valley, -t), t);
+    const double lowest = Lowest(along) * along.step;
+    const bool parabola = half.valid && half.curvature > 0.0;
+    return parabola ? WithoutSkew(lowest, Lowest(half) * half.step) : lowest;
 }
 
 Finding Sampler::Two() const
 {
     Valley valley;
+    Sides along;
     Shape shape = FindAxes(valley);
     if (shape == Shape::Bowl)
-        shape = FollowFloor(valley);
+        shape = FollowFloor(valley, along);
     if (shape != Shape::Bowl)
         return {shape, {}};
-    Sides along{1.0, valley.ahead.value, valley.behind.value};
-    along.curvature = along.plus + along.minus - 2.0 * valley.here.value;
-    const double t = Lowest(along) * valley.reach;
+    const double t = LowestOnFloor(valley, along);
     const double s = valley.OffsetAt(t);
     return {Shape::Bowl,
             LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2)};

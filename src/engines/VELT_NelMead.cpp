@@ -121,7 +121,11 @@ void VELT_NelMead::Minimise()
         m_converged = true;
     } else {
         BuildStartSimplex();
-        if (m_minValue < kPenalty || FindValidPoint())
+        // A simplex of penalties, or of one and the same value, shows no direction.
+        const auto [low, high] = std::minmax_element(m_values.begin(), m_values.begin() + Vertices());
+        if (*low >= kPenalty || *low == *high)
+            LookFurtherAfield(std::min(*low, kPenalty));
+        if (m_minValue < kPenalty)
             SearchToTheEnd();
     }
     const double value = Evaluate(m_best);
@@ -214,8 +218,8 @@ void VELT_NelMead::BuildSimplexAtBest(double shareOfStep, double orientation)
     }
 }
 
-// The start scaled up and down, jointly and along each parameter, until a value is none of the penalties.
-bool VELT_NelMead::FindValidPoint()
+// The start scaled up and down, jointly and along each parameter, until a value lies below the limit.
+void VELT_NelMead::LookFurtherAfield(double limit)
 {
     double factor = 1.0;
     for (int k = 0; k < kScalings; ++k) {
@@ -223,17 +227,16 @@ bool VELT_NelMead::FindValidPoint()
         for (std::size_t only = 0; only <= m_free.size(); ++only) {
             if (only > 0 && m_free.size() == 1)
                 break;
-            if (TryScaled(factor, only) || TryScaled(1.0 / factor, only)) {
+            if (TryScaled(factor, only) < limit || TryScaled(1.0 / factor, only) < limit) {
                 BuildSimplexAtBest(1.0, 1.0);
-                return true;
+                return;
             }
         }
     }
-    return false;
 }
 
 // `onlyFree` from 1 scales that free parameter alone, 0 all of them.
-bool VELT_NelMead::TryScaled(double factor, std::size_t onlyFree)
+double VELT_NelMead::TryScaled(double factor, std::size_t onlyFree)
 {
     for (std::size_t f = 0; f < m_free.size(); ++f) {
         const std::size_t i = m_free[f];
@@ -242,7 +245,7 @@ bool VELT_NelMead::TryScaled(double factor, std::size_t onlyFree)
         const bool scaled = onlyFree == 0 || onlyFree == f + 1;
         m_trial[i] = Clamped(i, scaled ? base * factor : p.start);
     }
-    return Evaluate(m_trial) < kPenalty;
+    return Evaluate(m_trial);
 }
 
 void VELT_NelMead::SearchToTheEnd()

@@ -4,6 +4,7 @@
 #include "engines/RoughSurface.h"
 #include <cstddef>
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -77,8 +78,9 @@ private:
 
     void BuildStartSimplex();
     void BuildSimplexAtBest(double shareOfStep, double orientation);
-    bool FindValidPoint();
-    bool TryScaled(double factor, std::size_t onlyFree);
+    void LookFurtherAfield(double limit);
+    double TryScaled(double factor, std::size_t onlyFree);
+    std::ptrdiff_t Vertices() const { return static_cast<std::ptrdiff_t>(m_free.size()) + 1; }
     void SearchToTheEnd();
 
     RunEnd Run(Purpose purpose, double reference, double threshold);

@@ -367,7 +367,7 @@ void frmVelt3::EnableControls()
                                .fileOpen = m_fileOpen,
                                .fitDefined = m_meth->MethDefined(),
                                .bootstrapsDone = m_meth->IsBSDone(),
-                               .projScenarios = m_data->NumScens(),
+                               .projScenarios = m_data->NumProjScenarios(),
                                .currMethType = m_meth->CurrMethType(),
                                .fitEverMade = m_fitEverMade,
                                .anyGraph = !m_graphs.Empty()}));

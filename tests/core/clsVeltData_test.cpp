@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "data/clsVeltData.h"
 
+#include "base/Utilities.h"
 #include "support/ScriptedUser.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
+#include <optional>
+#include <vector>
 
 namespace
 {
@@ -33,6 +37,53 @@ std::uint32_t NumberOf(const std::function<void()>& action)
     }
     return 0;
 }
+
+clsProjScenario Scenario(const std::string& title)
+{
+    clsProjScenario scenario;
+    scenario.Title(title);
+    return scenario;
+}
+
+clsFit Named(const std::string& name)
+{
+    clsFit fit;
+    fit.Create(name, 36526.0);
+    return fit;
+}
+
+/// Prompt, title and suggestion of each input box.
+using Boxes = std::vector<std::array<std::string, 3>>;
+
+/// A user who remembers everything about the input boxes.
+class AttentiveUser : public ScriptedUser
+{
+public:
+    Boxes boxes;
+    std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& suggestion) override
+    {
+        boxes.push_back({prompt, title, suggestion});
+        return ScriptedUser::InputBox(prompt, title, suggestion);
+    }
+};
+
+class FitLog : public testing::Test
+{
+protected:
+    /// Logs a fit of the Schaefer model (5) under gamma errors (3) at 18:00 on 2000-01-01.
+    clsFit* Log(const std::string& name)
+    {
+        return data.GetANewLog(5, 3, name, [] { return 36526.75; });
+    }
+
+    AttentiveUser user;
+    RecordingWindow window;
+    RecordingMeter meter;
+    RandomSource random{20261121};
+    ::Run run{user, window, meter, random};
+    clsVeltData data{run};
+};
 } // namespace
 
 TEST_F(VeltData, AFreshDataSetHasMinusOneEverywhereNoColumnsAndNoChanges)
@@ -170,4 +221,278 @@ TEST_F(VeltData, ShownRowsStayBetween0And200)
         data.TimeInts(intervals);
         EXPECT_EQ(data.ShownRows(), shown);
     }
+}
+
+TEST_F(VeltData, AFreshDataSetHasNoFitsNoScenariosAndNoStoredCounts)
+{
+    EXPECT_EQ(data.NumLoggedFits(), 0);
+    EXPECT_EQ(data.NumProjScenarios(), 0);
+    EXPECT_EQ(data.NumLoggedRuns(), 0);
+    EXPECT_EQ(data.V2KLoggedFits(), 0);
+    EXPECT_EQ(data.V2kProjScens(), 0);
+    data.LogOrReload(true);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(VeltData, AddingAScenarioMarksTheSetDirtyOnlyWhileLogOrReloadIsTrue) // deliberate
+{
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.AddProjScenario(Scenario("Base"), "Base"); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) {
+        d.LogOrReload(true);
+        d.AddProjScenario(Scenario("Base"), "Base");
+    }));
+}
+
+TEST_F(VeltData, AddingAFitMarksTheSetDirtyOnlyWhileLogOrReloadIsTrue) // deliberate
+{
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.AddLoggedFit(Named("Ling")); }));
+    EXPECT_TRUE(Dirties([](clsVeltData& d) {
+        d.LogOrReload(true);
+        d.AddLoggedFit(Named("Ling"));
+    }));
+}
+
+TEST_F(VeltData, AddingNeverTakesTheMarkOfAChangeAway)
+{
+    data.DSDesc("Ling");
+    data.AddProjScenario(Scenario("Base"), "Base");
+    data.AddLoggedFit(Named("Ling"));
+    EXPECT_TRUE(data.IsDirty());
+}
+
+TEST_F(VeltData, ScenariosComeByPlaceInTheOrderOfAddingAndByTitle)
+{
+    data.AddProjScenario(Scenario("Zero"), "Zero");
+    data.AddProjScenario(Scenario("Base"), "Base");
+
+    EXPECT_EQ(data.NumProjScenarios(), 2);
+    ASSERT_NE(data.ProjScenario(1), nullptr);
+    EXPECT_EQ(data.ProjScenario(1)->Title(), "Zero");
+    EXPECT_EQ(data.ProjScenario(2)->Title(), "Base");
+    EXPECT_EQ(data.ProjScenario("Base"), data.ProjScenario(2));
+}
+
+TEST_F(VeltData, AScenarioThatIsNotThereIsNothing)
+{
+    data.AddProjScenario(Scenario("Base"), "Base");
+    const clsVeltData& seen = data;
+    for (const std::int32_t index : {0, 2, -1})
+        EXPECT_EQ(seen.ProjScenario(index), nullptr) << index;
+    for (const char* const title : {"", "base", "Bas", " Base", "Base 2"})
+        EXPECT_EQ(seen.ProjScenario(title), nullptr) << title;
+}
+
+TEST_F(VeltData, TitlesCompareByTheirFirst30Characters)
+{
+    const std::string thirty = "Effort of 1985 for thirty year";
+    ASSERT_EQ(thirty.size(), 30U);
+    data.AddProjScenario(Scenario(thirty + "s"), thirty + "s");
+
+    EXPECT_NE(data.ProjScenario(thirty), nullptr);
+    EXPECT_NE(data.ProjScenario(thirty + " and more"), nullptr);
+    EXPECT_EQ(data.ProjScenario(thirty.substr(0, 29)), nullptr);
+    EXPECT_EQ(NumberOf([&] { data.AddProjScenario(Scenario(thirty), thirty); }), 5U);
+    EXPECT_EQ(data.NumProjScenarios(), 1);
+}
+
+TEST_F(VeltData, AScenarioUnderATakenTitleIsRefusedAndChangesNothing)
+{
+    data.AddProjScenario(Scenario("Base"), "Base");
+    data.LogOrReload(true);
+    EXPECT_EQ(NumberOf([&] { data.AddProjScenario(Scenario("Base"), "Base"); }), 5U);
+    EXPECT_EQ(data.NumProjScenarios(), 1);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(VeltData, AScenarioIsRenamedByTakingItOutAndAddingItUnderTheNewTitle)
+{
+    data.AddProjScenario(Scenario("Base"), "Base");
+    clsProjScenario renamed = *data.ProjScenario("Base");
+    renamed.Title("Twice");
+    data.ProjScens().Remove("Base");
+    data.AddProjScenario(renamed, "Twice");
+
+    EXPECT_EQ(data.NumProjScenarios(), 1);
+    EXPECT_EQ(data.ProjScenario("Base"), nullptr);
+    EXPECT_EQ(data.ProjScenario("Twice")->Title(), "Twice");
+    EXPECT_EQ(NumberOf([&] { data.ProjScens().Remove("Base"); }), 5U);
+}
+
+TEST_F(VeltData, FitsComeByPlaceInTheOrderOfAddingAndAPlaceOutsideRaises9)
+{
+    data.AddLoggedFit(Named("Tusk"));
+    data.AddLoggedFit(Named("Ling"));
+    EXPECT_EQ(data.NumLoggedFits(), 2);
+    EXPECT_EQ(Trim(data.LoggedFit(1).FitName()), "Tusk");
+    EXPECT_EQ(Trim(data.LoggedFit(2).FitName()), "Ling");
+    for (const std::int32_t index : {0, 3, -1})
+        EXPECT_EQ(NumberOf([&] { data.LoggedFit(index); }), 9U) << index;
+}
+
+TEST_F(VeltData, DeletingAFitByItsNameWithoutBlanksMarksTheSetDirty)
+{
+    data.AddLoggedFit(Named("Tusk"));
+    data.AddLoggedFit(Named("Ling"));
+    ASSERT_FALSE(data.IsDirty());
+
+    data.DeleteLoggedFit("Tusk");
+
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+    EXPECT_EQ(Trim(data.LoggedFit(1).FitName()), "Ling");
+    EXPECT_TRUE(data.IsDirty());
+}
+
+TEST_F(VeltData, DeletingAFitThatIsNotThereRaises5AndChangesNothing)
+{
+    data.AddLoggedFit(Named("Ling"));
+    EXPECT_EQ(NumberOf([&] { data.DeleteLoggedFit("ling"); }), 5U);
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(VeltData, AFitStaysWhereItIsWhileOthersComeAndGoAndWhenTheSetIsMoved)
+{
+    data.AddLoggedFit(Named("Tusk"));
+    data.AddLoggedFit(Named("Ling"));
+    clsFit* const ling = &data.LoggedFit(2);
+    data.AddLoggedFit(Named("Hake"));
+    data.DeleteLoggedFit("Tusk");
+    EXPECT_EQ(&data.LoggedFit(1), ling);
+
+    const clsVeltData moved = std::move(data);
+
+    EXPECT_EQ(&moved.LoggedFit(1), ling);
+    EXPECT_EQ(moved.NumLoggedFits(), 2);
+}
+
+TEST_F(VeltData, ACopyHasFitsAndScenariosOfItsOwn)
+{
+    data.AddLoggedFit(Named("Ling"));
+    data.AddProjScenario(Scenario("Base"), "Base");
+
+    clsVeltData copy = data;
+    copy.LoggedFit(1).Start(913);
+    copy.ProjScenario("Base")->Vector(1, 5.0);
+    copy.DeleteLoggedFit("Ling");
+
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+    EXPECT_EQ(data.LoggedFit(1).Start(), 0);
+    EXPECT_EQ(data.ProjScenario(1)->Vector(1), 0);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(FitLog, TheNameIsAskedForWithAnEmptySuggestion)
+{
+    user.inputs = {"Ling"};
+    const clsFit* const fit = Log("");
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(user.boxes, (Boxes{{"Enter name for current fit", "VELT 3.0", ""}}));
+    EXPECT_TRUE(user.messages.empty());
+}
+
+TEST_F(FitLog, ANameThatIsGivenIsNotAskedFor)
+{
+    const clsFit* const fit = Log("Ling");
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(fit->FitName(), PadString("Ling", 50));
+    EXPECT_TRUE(user.boxes.empty());
+}
+
+TEST_F(FitLog, AGivenNameOfBlanksCountsAsEmptyAndIsAskedFor)
+{
+    user.inputs = {"Ling"};
+    const clsFit* const fit = Log("   ");
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(Trim(fit->FitName()), "Ling");
+}
+
+TEST_F(FitLog, TheNewFitCarriesModelErrorModelAndMomentAndStandsLast)
+{
+    data.AddLoggedFit(Named("Tusk"));
+    const clsFit* const fit = Log("Ling");
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(fit, &data.LoggedFit(2));
+    EXPECT_EQ(fit->MethType(), 5);
+    EXPECT_EQ(fit->FitOp(), 3);
+    EXPECT_EQ(fit->TheDate(), 36526.0);
+    EXPECT_EQ(fit->TheTime(), 0.75);
+    EXPECT_FALSE(fit->Deleted());
+    EXPECT_TRUE(data.IsDirty());
+}
+
+TEST_F(FitLog, WithTheNameBoxLeftEmptyBlankOrCancelledNothingIsLogged)
+{
+    const std::vector<std::optional<std::string>> replies{"", "   ", std::nullopt};
+    for (const auto& reply : replies) {
+        user.inputs = {reply};
+        EXPECT_EQ(Log(""), nullptr);
+    }
+    EXPECT_EQ(user.boxes.size(), replies.size());
+    EXPECT_EQ(data.NumLoggedFits(), 0);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(FitLog, ANameThatIsTakenIsRefusedWithAHelpButtonAndAskedForAgain)
+{
+    data.AddLoggedFit(Named("Ling"));
+    user.inputs = {"Ling", "Ling 2"};
+
+    const clsFit* const fit = Log("");
+
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(Trim(fit->FitName()), "Ling 2");
+    EXPECT_EQ(user.boxes.size(), 2U);
+    ASSERT_EQ(user.messages.size(), 1U);
+    EXPECT_EQ(user.messages[0].text, "Fit Name Exists already, please type a different name");
+    EXPECT_EQ(user.messages[0].title, "VELT 3.0");
+    EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
+    EXPECT_EQ(user.messages[0].buttons, Buttons::Ok);
+    EXPECT_EQ(user.messages[0].helpContext, 102);
+}
+
+TEST_F(FitLog, AGivenNameThatIsTakenIsAskedForAndCancelThenLogsNothing)
+{
+    data.AddLoggedFit(Named("Ling"));
+    user.inputs = {std::nullopt};
+    EXPECT_EQ(Log("Ling"), nullptr);
+    EXPECT_EQ(user.messages.size(), 1U);
+    EXPECT_EQ(user.boxes.size(), 1U);
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+    EXPECT_FALSE(data.IsDirty());
+}
+
+TEST_F(FitLog, ANameOf51CharactersIsCutAndASecondFitWithTheSameFirst50IsRefusedAsADuplicate)
+{
+    const std::string fifty(50, 'x');
+    const clsFit* const first = Log(fifty + "1");
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->FitName(), fifty);
+
+    EXPECT_EQ(Log(fifty + "2"), nullptr);
+
+    EXPECT_TRUE(user.Saw("Fit Name Exists already"));
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+}
+
+TEST_F(FitLog, NamesAreComparedExactlyOnceFilledOutWithBlanks)
+{
+    data.AddLoggedFit(Named("Ling"));
+    EXPECT_NE(Log("ling"), nullptr);   // another case, another name
+    EXPECT_NE(Log(" Ling"), nullptr);  // a blank in front is part of the name
+    EXPECT_EQ(Log("Ling  "), nullptr); // blanks behind are not
+    EXPECT_EQ(data.NumLoggedFits(), 3);
+}
+
+TEST_F(FitLog, TheMomentIsTakenOnlyOnceTheNameStands)
+{
+    user.inputs = {"Ling"};
+    std::size_t boxesBefore = 0;
+    const clsFit* const fit = data.GetANewLog(1, 1, "", [&] {
+        boxesBefore = user.boxes.size();
+        return 40000.5;
+    });
+    ASSERT_NE(fit, nullptr);
+    EXPECT_EQ(boxesBefore, 1U);
+    EXPECT_EQ(fit->TheDate(), 40000.0);
+    EXPECT_EQ(fit->TheTime(), 0.5);
 }

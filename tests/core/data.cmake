@@ -3,5 +3,7 @@ velt_core_test(data SOURCES
   ColumnConversions_test.cpp
   ImportText_test.cpp
   NumberFormat_test.cpp
+  clsFit_test.cpp
+  clsProjScenario_test.cpp
   clsVeltData_test.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "data/clsProjScenario.h"
+
+#include "base/Checked.h"
+
+void clsProjScenario::Vector(int i, double value)
+{
+    m_vector(i) = checked::ToInt32(value);
+}
