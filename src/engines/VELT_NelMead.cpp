@@ -218,21 +218,23 @@ void VELT_NelMead::BuildSimplexAtBest(double shareOfStep, double orientation)
     }
 }
 
-// The start scaled up and down, jointly and along each parameter, until a value lies below the limit.
+// The start scaled up and down, jointly and along each parameter, until a value lies below the limit: first
+// close by, since a start may stand on a spike too narrow for its own first step, then ever further away.
 void VELT_NelMead::LookFurtherAfield(double limit)
 {
-    double factor = 1.0;
-    for (int k = 0; k < kScalings; ++k) {
-        factor *= 2.0;
-        for (std::size_t only = 0; only <= m_free.size(); ++only) {
-            if (only > 0 && m_free.size() == 1)
-                break;
-            if (TryScaled(factor, only) < limit || TryScaled(1.0 / factor, only) < limit) {
-                BuildSimplexAtBest(1.0, 1.0);
-                return;
-            }
+    const auto found = [&](double factor) {
+        for (std::size_t only = 0; only <= m_free.size() && (only == 0 || m_free.size() > 1); ++only) {
+            if (TryScaled(factor, only) < limit || TryScaled(1.0 / factor, only) < limit)
+                return true;
         }
-    }
+        return false;
+    };
+    constexpr std::array kCloseBy{1.1, 1.01, 1.001, 1.0001, 1.00001};
+    bool helped = std::any_of(kCloseBy.begin(), kCloseBy.end(), found);
+    for (int k = 1; k <= kScalings && !helped; ++k)
+        helped = found(std::ldexp(1.0, k));
+    if (helped)
+        BuildSimplexAtBest(1.0, 1.0);
 }
 
 // `onlyFree` from 1 scales that free parameter alone, 0 all of them.
