@@ -116,7 +116,11 @@ frmASCIIWizard::frmASCIIWizard(const AsciiWizard& wizard, QWidget* parent)
     ShowStep();
 }
 
-frmASCIIWizard::~frmASCIIWizard() = default;
+frmASCIIWizard::~frmASCIIWizard()
+{
+    m_table->setModel(
+        nullptr); // a form destroyed while it shows lays its table out once more, without the record
+}
 
 bool frmASCIIWizard::Ask(QWidget* parent, AsciiWizard& wizard)
 {

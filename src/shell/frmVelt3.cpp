@@ -67,7 +67,8 @@ frmVelt3::frmVelt3(IUser* user) : m_run(user ? *user : m_desktopUser, *this, m_m
 frmVelt3::~frmVelt3()
 {
     HourglassOff();
-    m_meth.reset(); // it still speaks to this window and to the data
+    m_grid->Show(nullptr); // a window that is destroyed while it shows lays its table out once more
+    m_meth.reset();        // it still speaks to this window and to the data
 }
 
 void frmVelt3::BuildWindow()
