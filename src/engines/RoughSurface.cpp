@@ -81,6 +81,7 @@ private:
     Floor FindFloor(const Valley& valley, double t) const;
     Shape FollowFloor(Valley& valley, Sides& along) const;
     double LowestOnFloor(const Valley& valley, const Sides& along) const;
+    double LowestAcross(const Valley& valley, double t) const;
     Minimum LowestAround(double u1, double u2) const;
 
     double m_value, m_noise, m_penalty;
@@ -256,6 +257,27 @@ double Sampler::LowestOnFloor(const Valley& valley, const Sides& along) const
     return parabola ? WithoutSkew(lowest, Lowest(half) * half.step) : lowest;
 }
 
+/// Offset of the floor at `t` once more, with the skew across the valley taken out as well.
+double Sampler::LowestAcross(const Valley& valley, double t) const
+{
+    const double guess = valley.OffsetAt(t);
+    const auto across = [&](double s) {
+        return m_at(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2);
+    };
+    const double middle = across(guess);
+    const auto sides = [&](double step) {
+        Sides s{step, across(guess + step), across(guess - step)};
+        s.valid = std::max({s.plus, s.minus, middle}) < m_penalty;
+        s.curvature = s.valid ? s.plus + s.minus - 2.0 * middle : 0.0;
+        return s;
+    };
+    const Sides whole = sides(1.0);
+    const Sides half = sides(0.5);
+    if (!(whole.curvature > 0.0) || !(half.curvature > 0.0))
+        return guess;
+    return guess + WithoutSkew(Lowest(whole) * whole.step, Lowest(half) * half.step);
+}
+
 Finding Sampler::Two() const
 {
     Valley valley;
@@ -266,7 +288,7 @@ Finding Sampler::Two() const
     if (shape != Shape::Bowl)
         return {shape, {}};
     const double t = LowestOnFloor(valley, along);
-    const double s = valley.OffsetAt(t);
+    const double s = LowestAcross(valley, t);
     return {Shape::Bowl,
             LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2)};
 }
