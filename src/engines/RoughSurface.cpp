@@ -158,7 +158,7 @@ Finding Sampler::One() const
     const Sides half = Look({1.0, 0.0}, whole.step / 2.0);
     const double lowest = Lowest(whole) * whole.step;
     const bool parabola = half.valid && half.curvature > 0.0;
-    return {Shape::Bowl,
+    return {Shape::Bowl, m_value,
             LowestAround(parabola ? WithoutSkew(lowest, Lowest(half) * half.step) : lowest, 0.0)};
 }
 
@@ -286,17 +286,37 @@ Finding Sampler::Two() const
     if (shape == Shape::Bowl)
         shape = FollowFloor(valley, along);
     if (shape != Shape::Bowl)
-        return {shape, {}};
+        return {shape, m_value, {}};
     const double t = LowestOnFloor(valley, along);
     const double s = LowestAcross(valley, t);
-    return {Shape::Bowl,
+    return {Shape::Bowl, m_value,
             LowestAround(t * valley.flat.u1 + s * valley.steep.u1, t * valley.flat.u2 + s * valley.steep.u2)};
+}
+} // namespace
+
+namespace
+{
+/// Mean of a few neighbours, near enough to differ by noise alone. The value at the point itself is the
+/// lowest that a search met, so it lies below the level of the surface.
+double LevelAt(double value, double penalty, const Displaced& at)
+{
+    constexpr int kNeighbours = 4;
+    constexpr double kNear = 2e-6;
+    double sum = 0.0;
+    for (int k = 1; k <= kNeighbours; ++k) {
+        const double u = k % 2 == 0 ? kNear * k : -kNear * k;
+        const double neighbour = at(u, k % 3 == 0 ? u : -u);
+        if (neighbour >= penalty)
+            return value;
+        sum += neighbour;
+    }
+    return sum / kNeighbours;
 }
 } // namespace
 
 Finding FindMinimum(int parameters, double value, double noise, double penalty, const Displaced& at)
 {
-    const Sampler sampler(value, noise, penalty, at);
+    const Sampler sampler(LevelAt(value, penalty, at), noise, penalty, at);
     return parameters == 1 ? sampler.One() : sampler.Two();
 }
 

@@ -26,8 +26,9 @@ enum class Shape {
 
 struct Finding {
     Shape shape = Shape::Flat;
-    Minimum
-        minimum; ///< of a bowl: the lowest of a few neighbours of the place where the parabolas have theirs
+    double level = 0.0; ///< of the surface at the point itself, without the dent that a search ends in
+    /// Of a bowl: the lowest of a few neighbours of the place where the parabolas have theirs.
+    Minimum minimum;
 };
 
 /// \param parameters 1 or 2 \param value at the point itself \param noise standard deviation of the

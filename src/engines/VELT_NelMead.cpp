@@ -525,7 +525,7 @@ rough_surface::Shape VELT_NelMead::LookThroughRoughness()
     for (int round = 0; round < kRounds; ++round) {
         const double before = m_minValue;
         std::copy(m_best.begin(), m_best.end(), m_anchor.begin());
-        const auto [shape, minimum] = rough_surface::FindMinimum(
+        const auto [shape, level, minimum] = rough_surface::FindMinimum(
             static_cast<int>(m_free.size()), before, m_roughness, kPenalty, [this](double u1, double u2) {
                 DisplaceFromAnchor(u1, u2);
                 return Evaluate(m_trial);
@@ -534,7 +534,7 @@ rough_surface::Shape VELT_NelMead::LookThroughRoughness()
             return shape;
         if (m_minValue < before - kRecords * m_roughness)
             continue;
-        if (minimum.value < m_minValue + kRecords * m_roughness) {
+        if (minimum.value < level + kRecords * m_roughness) {
             DisplaceFromAnchor(minimum.u1, minimum.u2);
             std::copy(m_trial.begin(), m_trial.end(), m_best.begin());
             m_minValue = minimum.value;

@@ -39,9 +39,11 @@ double BentValley(double u1, double u2)
 
 TEST(RoughSurface, FollowsABentValleyToItsLowestPlace)
 {
-    const auto [shape, minimum] = FindMinimum(2, BentValley(0.0, 0.0), kNoise, kPenalty, BentValley);
+    const auto [shape, level, minimum] = FindMinimum(2, BentValley(0.0, 0.0), kNoise, kPenalty, BentValley);
 
     ASSERT_EQ(shape, Shape::Bowl);
+    EXPECT_NEAR(level, 0.002 + 0.3 * 0.02 * 0.02,
+                kNoise); // of the valley's side at the point, noise averaged
     // A parabola whose ends rise by 25 deviations places its minimum to a twelfth of its half width, 0.03.
     EXPECT_NEAR(minimum.u1, 0.02, 0.0025);
     EXPECT_NEAR(minimum.u2, FloorOf(minimum.u1), 5e-5); // 5e3 (5e-5)^2 is the noise
@@ -53,9 +55,10 @@ TEST(RoughSurface, FindsTheMinimumOfOneParameterBehindTheNoise)
         return 1.0 + 2.0 * (u - 0.004) * (u - 0.004) + kNoise * Hash(u, 0);
     };
 
-    const auto [shape, minimum] = FindMinimum(1, parabola(0.0, 0.0), kNoise, kPenalty, parabola);
+    const auto [shape, level, minimum] = FindMinimum(1, parabola(0.0, 0.0), kNoise, kPenalty, parabola);
 
     ASSERT_EQ(shape, Shape::Bowl);
+    EXPECT_NEAR(level, 1.0 + 2.0 * 0.004 * 0.004, kNoise);
     EXPECT_NEAR(minimum.u1, 0.004, 0.001); // half width sqrt(25 kNoise / 2) = 0.01, a tenth of it
 }
 
