@@ -8,7 +8,7 @@ namespace rough_surface
 {
 namespace
 {
-constexpr double kFirstStep = 3e-4; // in logarithms: a narrow valley is no wider
+constexpr double kFirstStep = 1e-3; // in logarithms
 constexpr double kLongestStep = 0.5;
 constexpr double kWander = 12.0; // deviations that noise alone does not reach
 constexpr double kRise = 25.0;   // deviations of the noise that the ends of a parabola stand above its middle
@@ -130,7 +130,7 @@ double Lowest(const Sides& s)
 /// Of the place and a few neighbours, near enough to differ by noise alone, the lowest is as good as any.
 Minimum Sampler::LowestAround(double u1, double u2) const
 {
-    constexpr int kNeighbours = 5;
+    constexpr int kNeighbours = 3;
     constexpr double kNear = 1e-6;
     Minimum lowest{u1, u2, m_at(u1, u2)};
     for (int k = 1; k < kNeighbours; ++k) {

@@ -476,7 +476,7 @@ VELT_NelMead::Verdict VELT_NelMead::ConfirmFully()
         const double before = m_minValue;
         const rough_surface::Shape shape = LookThroughRoughness();
         if (shape == rough_surface::Shape::Bowl)
-            return ProbeImproves(kMostFresh, threshold) ? Verdict::SearchOn : Verdict::Minimum;
+            return Verdict::Minimum;
         // A cusp is ragged too, but nothing beside it is better.
         if (shape == rough_surface::Shape::Ragged && m_minValue < before - m_ftol * std::fabs(before))
             return Verdict::NoMinimum;
