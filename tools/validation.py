@@ -492,8 +492,7 @@ cover the probability that Student's t with n - p degrees of freedom lies within
 median over these rows is {middle(usual, "linear theory %")} %. Stretched for the first of the two reasons the
 limits cover {middle(usual, "covered stretched %")} %. The 32-bit sums of the log objective are not among the reasons:
 with effort counted so that q = 1, where they lose hardly a digit, no coverage moves by more than
-{parts["rough"]} points. They can keep a search from converging: not fitted under the log transform were
-{parts["lost"]}.
+{parts["rough"]} points. Under the log transform {parts["lost"]} were not fitted.
 
 Percentile limits carry no correction for bias and may lean. The most uneven here are those of {lean["parameter"]}
 ({lean["model"]}, {lean["error"]}), whose middle lies below the estimate in {lean["limits below %"]} % of the data
