@@ -3,6 +3,7 @@
 
 #include "base/Checked.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -44,31 +45,59 @@ double LnFitComputeQ(const ModelState& m)
     return checked::Exp(LnOfScaled(product, exponent) / n);
 }
 
-float LnVarForMinimisation(const ModelState& m)
+namespace
 {
-    const int periods = m.NAPoints();
+struct LogSpread {
+    float variance = 0.0F;
+    bool leftOut = false; ///< a period in the fit expects no catch
+};
+
+LogSpread SpreadOfLogs(const ModelState& m)
+{
+    const auto periods = static_cast<std::size_t>(m.NAPoints());
     const auto toggledIn = m.data->ToggledIn().All();
     const auto catches = m.CatchVector.All();
     const auto expected = m.EffMidPop.All();
-    float sumC = 0.0F;
-    float sumX = 0.0F;
-    float sumL = 0.0F;
+    double sumC = 0.0;
+    double sumX = 0.0;
+    double first = 0.0;
+    double sum = 0.0; // both sums of l - first: the l of a good fit differ by less than their own size
     double sumSq = 0.0;
     int n = 0;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(periods); ++i) {
-        if (!toggledIn[i] || !(expected[i] > 0.0))
+    bool leftOut = false;
+    for (std::size_t i = 0; i < periods; ++i) {
+        if (!toggledIn[i])
             continue;
+        if (!(expected[i] > 0.0)) {
+            leftOut = true;
+            continue;
+        }
         const double l = Ln(catches[i] / expected[i]);
-        sumC = ToFloat(static_cast<double>(sumC) + catches[i]);
-        sumX = ToFloat(sumX + expected[i]);
-        sumL = ToFloat(sumL + l);
-        sumSq += l * l;
+        if (n == 0)
+            first = l;
+        sumC += catches[i];
+        sumX += expected[i];
+        sum += l - first;
+        sumSq += (l - first) * (l - first);
         ++n;
     }
     // The ratio serves nothing; it only must not fail, and so it finds a trajectory without any stock.
     Div(sumC, sumX);
-    const double mean = static_cast<double>(sumL) / n;
-    return ToFloat(sumSq / n - mean * mean);
+    const double mean = sum / n;
+    return {ToFloat(std::max(0.0, sumSq / n - mean * mean)), leftOut};
+}
+} // namespace
+
+float LnVarForMinimisation(const ModelState& m)
+{
+    return SpreadOfLogs(m).variance;
+}
+
+float LnVarOfEvaluation(ModelState& m)
+{
+    const LogSpread spread = SpreadOfLogs(m);
+    m.CatchUnexpected = spread.leftOut;
+    return spread.variance;
 }
 
 void FillLogResiduals(ModelState& m, double q, const std::function<double(int)>& meanPop)

@@ -184,9 +184,10 @@ FitDetails MethodCommon::Details() const
 
 double MethodCommon::INelMead_MinFunc(std::span<const double> x)
 {
+    m.CatchUnexpected = false;
     try {
         const double value = Objective(x);
-        return std::isnan(value) ? FailedEvaluation() : value;
+        return std::isnan(value) || m.CatchUnexpected ? FailedEvaluation() : value;
     } catch (const VeltError& error) {
         if (!error.IsNumeric())
             throw;
@@ -201,12 +202,15 @@ void MethodCommon::SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters)
     minimiser.FTOL(Settings().sngFTOL);
     minimiser.XTOL(Settings().sngXTOL);
     minimiser.ConvergeOn(Settings().ConvergeOn);
+    if (m.FitOp == fit_op::kGamma)
+        minimiser.VisibleRise(kVisibleLogLikelihood);
 }
 
 void MethodCommon::SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t parameters)
 {
     SetUpFinal(minimiser, parameters);
     minimiser.ConvergeOn(Settings().BootStrapConvergeOn);
+    minimiser.HowCarefully(VELT_NelMead::Care::Replicate);
 }
 
 void MethodCommon::KeepReport(double minValue, std::int32_t evaluations)

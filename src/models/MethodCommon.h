@@ -86,6 +86,9 @@ protected:
     /// Second point of a start simplex, as a multiple of the start.
     static constexpr double kSecondPoint = 1.3333333333333333;
     static constexpr double kUpperLimit = 1e20;
+    /// A difference of log likelihoods that the rounding of the gamma objective to 32 bits cannot feign: the
+    /// likelihood itself has no size, so a share of it would mean nothing.
+    static constexpr double kVisibleLogLikelihood = 0.01;
     /// Compared as 32-bit floats: the limit itself, which is a little more than 1e20 as a float, is inside.
     static constexpr bool BeyondLimit(float x) { return x > static_cast<float>(kUpperLimit); }
 

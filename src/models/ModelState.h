@@ -38,7 +38,8 @@ struct ModelState {
     bool IsBSDone = false;
     bool MethDefined = false;
     bool PlotEvaluations = false;
-    bool MinOK = false; ///< some evaluation of the current search was inside the domain
+    bool MinOK = false;           ///< some evaluation of the current search was inside the domain
+    bool CatchUnexpected = false; ///< the last evaluation of a log search left out a period
     Array1<bool, bs_param::kCount> BSFilled;
 
     double GammaNu = 0.0;   ///< shape of a period's catch is GammaNu X(i)

@@ -198,7 +198,7 @@ float clsConstRecruit::MinLogFunction(float x)
     CalcPopTraj();
     if (m.PopUnderflow) // rejected here, unlike in the no-recruitment model. Deliberate.
         return kPenalty;
-    const float value = LnVarForMinimisation(m);
+    const float value = LnVarOfEvaluation(m);
     m.MinOK = true;
     return value;
 }

@@ -7,7 +7,6 @@
 #include "models/StartVals.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <memory>
 #include <tuple>
@@ -35,39 +34,65 @@ void clsProduction::Create(clsVeltData& data)
 
 namespace
 {
-/// A production function with its parameters at hand, for the loop over the periods.
-struct Growth {
-    Growth(std::int32_t whichMeth, const clsProduction::Estimates& ests, float z)
-        : model(whichMeth), r(ests.R), k(ests.K), shape(static_cast<double>(z)),
-          lnK(whichMeth == models::kFox && ests.K > 0.0 ? std::log(ests.K) : 0.0)
-    {
-    }
+// The production functions with what does not change between periods taken out: each in 64 bits, its result
+// the 32-bit float that the biomass is kept in.
 
-    float Of(float biomass) const
+/// Fox (1970): r N ln(K / N)
+struct FoxGrowth {
+    explicit FoxGrowth(const clsProduction::Estimates& ests) : r(ests.R), lnK(Ln(ests.K)) {}
+    float operator()(float biomass) const
     {
         const double n = static_cast<double>(biomass);
-        switch (model) {
-        case models::kFox:
-            if (!(k > 0.0))
-                RaiseInvalidArgument();
-            return ToFloat(r * n * (lnK - Ln(n)));
-        case models::kSchaefer:
-            return ToFloat(r * n * (1.0 - n / k));
-        case models::kPellaTomlinson:
-            return ToFloat(r * n * (1.0 - Pow(n / k, shape)));
-        default:
-            return 0.0F;
-        }
+        return ToFloat(r * n * (lnK - Ln(n)));
     }
-
-    std::int32_t model;
-    double r, k, shape, lnK;
+    double r, lnK;
 };
+
+/// Schaefer (1954): r N (1 - N / K)
+struct SchaeferGrowth {
+    explicit SchaeferGrowth(const clsProduction::Estimates& ests) : r(ests.R), rOverK(ests.R / ests.K) {}
+    float operator()(float biomass) const
+    {
+        const double n = static_cast<double>(biomass);
+        return ToFloat(n * (r - rOverK * n));
+    }
+    double r, rOverK;
+};
+
+/// Pella and Tomlinson (1969): r N (1 - (N / K)^z)
+struct PellaGrowth {
+    PellaGrowth(const clsProduction::Estimates& ests, float z)
+        : r(ests.R), k(ests.K), shape(static_cast<double>(z))
+    {
+    }
+    float operator()(float biomass) const
+    {
+        const double n = static_cast<double>(biomass);
+        return ToFloat(r * n * (1.0 - Pow(n / k, shape)));
+    }
+    double r, k, shape;
+};
+
+/// Calls `use` with the production function of that model; a number that is none of the three has no growth.
+template <typename Use>
+auto WithGrowth(std::int32_t whichMeth, const clsProduction::Estimates& ests, float z, Use use)
+{
+    switch (whichMeth) {
+    case models::kFox:
+        return use(FoxGrowth(ests));
+    case models::kSchaefer:
+        return use(SchaeferGrowth(ests));
+    case models::kPellaTomlinson:
+        return use(PellaGrowth(ests, z));
+    default:
+        return use([](float) { return 0.0F; });
+    }
+}
 } // namespace
 
 float clsProduction::Production(float N, const Estimates& ests) const
 {
-    return Growth(m.WhichMeth, ests, m_z).Of(N);
+    return WithGrowth(m.WhichMeth, ests, m_z, [N](const auto& growth) { return growth(N); });
 }
 
 float clsProduction::ProductionFunction(float N) const
@@ -126,6 +151,27 @@ void clsProduction::CopyBStrapsToWorkEsts(std::int16_t n)
 
 void clsProduction::CalcPopTraj()
 {
+    Follow(MeanStock::Computed);
+}
+
+void clsProduction::Follow(MeanStock meanStock)
+{
+    m.PopUnderflow = WorkEsts.K < 0.0;
+    m.EffMidPopSum = 0.0;
+    m.Nt(1) = m.PopUnderflow ? 0.0F : ToFloat(m.InitDep * WorkEsts.K);
+    const bool withMean = meanStock == MeanStock::Computed || m.DIYTCatch;
+    if (m.PopUnderflow) {
+        std::fill_n(m.Nt.All().begin(), m.LastState(), 0.0F);
+        return;
+    }
+    WithGrowth(m.WhichMeth, WorkEsts, m_z,
+               [this, withMean](const auto& growth) { FollowBy(growth, withMean); });
+    CalcThetaVecOf(m); // does nothing after an underflow
+}
+
+template <typename Growth>
+void clsProduction::FollowBy(const Growth& growth, bool withMean)
+{
     const auto last = static_cast<std::size_t>(m.LastState());
     const auto effort = m.data->Effort().All();
     const auto toggledIn = m.data->ToggledIn().All();
@@ -134,40 +180,37 @@ void clsProduction::CalcPopTraj()
     const auto mid = m.MidPop.All();
     const auto x = m.EffMidPop.All();
     const auto measured = static_cast<std::size_t>(m.data->OrigNAPoints());
-    const auto lag = static_cast<std::ptrdiff_t>(m.LAG);
+    const auto lag = static_cast<std::size_t>(std::max<std::int16_t>(m.LAG, 0));
     const double q = WorkEsts.Q;
-    const Growth production(m.WhichMeth, WorkEsts, m_z); // no biomass below 0 reaches it
 
-    m.PopUnderflow = WorkEsts.K < 0.0;
-    nt[0] = m.PopUnderflow ? 0.0F : ToFloat(m.InitDep * WorkEsts.K);
-    m.EffMidPopSum = 0.0;
+    float biomass = nt[0];
+    double expected = 0.0;
     for (std::size_t t = 1; t < last; ++t) { // t is the state behind period p, both counted from 0
         const std::size_t p = t - 1;
-        if (m.PopUnderflow) { // nothing is left, nor any expected catch
-            nt[t] = mid[p] = 0.0F;
-            x[p] = 0.0;
-            continue;
-        }
-        const std::ptrdiff_t lagged = static_cast<std::ptrdiff_t>(p) - lag;
         // The growth is the same in both uses: nothing that it reads changes between them.
-        const double growth = production.Of(nt[lagged >= 1 ? static_cast<std::size_t>(lagged) : 0]);
-        // What the effort alone would leave, by the trapezium; it serves only a projected catch.
-        const double qE = q * effort[p];
-        const double byEffort = Div(nt[p] * (2.0 - qE) + 2.0 * growth, 2.0 + qE);
-        mid[p] = ToFloat((byEffort + nt[p]) / 2.0);
-        if (m.DIYTCatch && t > measured)
-            total[p] = ToFloat(qE * mid[p]);
-        nt[t] = ToFloat(growth + nt[p] - total[p]);
-        if (nt[t] < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
-            m.PopUnderflow = true;
-            nt[t] = 0.0F;
-            x[p] = 0.0;
-        } else if (toggledIn[p]) {
-            x[p] = effort[p] * (static_cast<double>(nt[t]) + nt[p]) / 2.0;
-            m.EffMidPopSum += x[p];
+        const double grown = growth(lag == 0 ? biomass : nt[p > lag ? p - lag : 0]);
+        if (withMean) { // what the effort alone would leave, by the trapezium; it serves only a projected
+                        // catch
+            const double qE = q * effort[p];
+            const double byEffort = Div(biomass * (2.0 - qE) + 2.0 * grown, 2.0 + qE);
+            mid[p] = ToFloat((byEffort + biomass) / 2.0);
+            if (m.DIYTCatch && t > measured)
+                total[p] = ToFloat(qE * mid[p]);
         }
+        const float next = ToFloat(grown + biomass - total[p]);
+        if (next < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
+            m.PopUnderflow = true;
+            std::fill(nt.begin() + static_cast<std::ptrdiff_t>(t),
+                      nt.begin() + static_cast<std::ptrdiff_t>(last), 0.0F);
+            break;
+        }
+        if (toggledIn[p]) {
+            x[p] = effort[p] * (static_cast<double>(next) + biomass) / 2.0;
+            expected += x[p];
+        }
+        nt[t] = biomass = next;
     }
-    CalcThetaVecOf(m); // does nothing after an underflow
+    m.EffMidPopSum = expected;
 }
 
 void clsProduction::CalcMinPop()

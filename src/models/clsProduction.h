@@ -97,6 +97,13 @@ private:
         bool found = false;
     };
 
+    /// Whether a trajectory also works out MidPop, the mean stock by effort that only a projected catch
+    /// reads: an evaluation of a search leaves it out.
+    enum class MeanStock { Computed, LeftOut };
+
+    void Follow(MeanStock meanStock);
+    template <typename Growth>
+    void FollowBy(const Growth& growth, bool withMean);
     float Production(float N, const Estimates& ests) const;
     void FillWeights();
     void MomentStart();

@@ -49,7 +49,7 @@ double clsProduction::MinLSQFunction(double K, double R)
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = K;
     WorkEsts.R = R;
-    CalcPopTraj();
+    Follow(MeanStock::LeftOut);
     if (R <= 0.0 || m.PopUnderflow)
         return static_cast<double>(kPenalty);
     const auto periods = static_cast<std::size_t>(m.NAPoints());
@@ -75,10 +75,10 @@ float clsProduction::MinLogFunction(float K, float R)
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = static_cast<double>(K);
     WorkEsts.R = static_cast<double>(R);
-    CalcPopTraj();
+    Follow(MeanStock::LeftOut);
     if (R <= 0.0F || m.PopUnderflow)
         return kFarPenalty;
-    const float value = LnVarForMinimisation(m);
+    const float value = LnVarOfEvaluation(m);
     m.MinOK = true;
     return value;
 }
@@ -90,7 +90,7 @@ float clsProduction::MinGammaFunction(float K, float R)
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = static_cast<double>(K);
     WorkEsts.R = static_cast<double>(R);
-    CalcPopTraj();
+    Follow(MeanStock::LeftOut);
     if (!(R > 0.0F) || m.PopUnderflow)
         return kPenalty;
     const GammaProfile profile = GammaMinimisation(m);

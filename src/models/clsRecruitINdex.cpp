@@ -245,7 +245,7 @@ float clsRecruitINdex::MinLogFunction(float n1, float lambda)
     CalcPopTraj();
     if (m.PopUnderflow)
         return kPenalty;
-    const float value = LnVarForMinimisation(m);
+    const float value = LnVarOfEvaluation(m);
     m.MinOK = true;
     return value;
 }
@@ -277,20 +277,21 @@ double clsRecruitINdex::Objective(std::span<const double> x)
     return 0.0; // least squares has nothing to minimise
 }
 
-void clsRecruitINdex::SetParameters(VELT_NelMead& minimiser, const Estimates& start, double lower) const
+void clsRecruitINdex::SetParameters(VELT_NelMead& minimiser, const Estimates& start) const
 {
-    minimiser.SetParameter(1, start.N1, Fixed1 ? start.N1 : start.N1 * kSecondPoint, lower, kUpperLimit);
-    minimiser.SetParameter(2, start.Lambda, Fixed2 ? start.Lambda : start.Lambda * kSecondPoint, lower,
+    // Both objectives turn away everything at or below 0 (the gamma one through its failing profile).
+    minimiser.SetParameter(1, start.N1, Fixed1 ? start.N1 : start.N1 * kSecondPoint, 0.0, kUpperLimit);
+    minimiser.SetParameter(2, start.Lambda, Fixed2 ? start.Lambda : start.Lambda * kSecondPoint, 0.0,
                            kUpperLimit);
 }
 
-void clsRecruitINdex::Search(double lower, const char* source)
+void clsRecruitINdex::Search(const char* source)
 {
     m.MinOK = false;
     m_contours.Mark(m, ContourMark::Start1, InitEsts.N1, InitEsts.Lambda);
     VELT_NelMead minimiser;
     SetUpFinal(minimiser, 2);
-    SetParameters(minimiser, InitEsts, lower);
+    SetParameters(minimiser, InitEsts);
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK)
         RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), source);
@@ -303,7 +304,7 @@ void clsRecruitINdex::Search(double lower, const char* source)
 
 void clsRecruitINdex::LnFinalEstimates()
 {
-    Search(-kUpperLimit, "RIM - CalcLnFinalEstimates");
+    Search("RIM - CalcLnFinalEstimates");
     WorkEsts = FinalEstimates;
     CalcPopTraj();
     FinalEstimates.Q = m.QValue = LnFitComputeQ(m);
@@ -323,7 +324,7 @@ void clsRecruitINdex::MomentStart()
 void clsRecruitINdex::GammaFinalEstimates()
 {
     MomentStart();
-    Search(0.0, "RIM - CalcGammaFinalEstimates");
+    Search("RIM - CalcGammaFinalEstimates");
     FinalEstimates.Q = m.QValue = Div(m.GammaNu, m.GammaBeta);
     FinalEstimates.Var = Div(1.0, m.GammaBeta);
     WorkEsts = FinalEstimates;
@@ -383,7 +384,7 @@ void clsRecruitINdex::LnBootStraps()
         ResampleLogCatch(m, Resample::ToggledIn);
         SumDiscountedCatches(m);
         SetUpBootStrap(minimiser, 2);
-        SetParameters(minimiser, FinalEstimates, -kUpperLimit);
+        SetParameters(minimiser, FinalEstimates);
         minimiser.Minimise();
         if (!minimiser.Converged())
             return false;
@@ -406,7 +407,7 @@ void clsRecruitINdex::GammaBootStraps()
         m.GammaNu = finalNu;
         m.GammaBeta = finalBeta;
         SetUpBootStrap(minimiser, 2);
-        SetParameters(minimiser, FinalEstimates, 0.0);
+        SetParameters(minimiser, FinalEstimates);
         minimiser.Minimise();
         if (!minimiser.Converged())
             return false;

@@ -57,14 +57,14 @@ protected:
 
 private:
     /// Limits of both parameters in a search, and whether Fixed1 and Fixed2 hold them.
-    void SetParameters(VELT_NelMead& minimiser, const Estimates& start, double lower) const;
+    void SetParameters(VELT_NelMead& minimiser, const Estimates& start) const;
     void BuildRegression();
     void RepairStart();
     double MeanIndex() const; ///< over all periods, included or not
     void MomentStart();
     float MinLogFunction(float n1, float lambda);
     float MinGammaFunction(float n1, float lambda);
-    void Search(double lower, const char* source);
+    void Search(const char* source);
     bool StoreReplicate(int b, double n1, double q, double lambda);
 
     Estimates WorkEsts;

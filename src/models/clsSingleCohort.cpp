@@ -163,7 +163,7 @@ float clsSingleCohort::MinLogFunction(float x)
     // objective and in the other models. Deliberate.
     WorkEsts.N1 = static_cast<double>(x);
     CalcPopTraj();
-    return LnVarForMinimisation(m);
+    return LnVarOfEvaluation(m);
 }
 
 float clsSingleCohort::MinGammaFunction(float x)
@@ -194,8 +194,7 @@ void clsSingleCohort::Search(double start, const char* procedure)
     SetUpFinal(minimiser, 1);
     minimiser.SetParameter(1, start, start * kSecondPoint, 0.0, kUpperLimit);
     minimiser.Minimise();
-    // The log objective has values below MinPop too, but a population that is gone is no answer.
-    if (!minimiser.Converged() || m.PopUnderflow)
+    if (!minimiser.Converged())
         RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), Source(procedure));
     WorkEsts.N1 = minimiser.Estimate(1);
     KeepReport(minimiser.MinValue(), minimiser.NumEvaluations());

@@ -15,7 +15,7 @@ double AsymptoticSeries(double x)
 {
     const double reciprocal = 1.0 / x;
     const double y = reciprocal * reciprocal;
-    return 0.5 / x + y * (1.0 / 12.0 - y * (1.0 / 120.0 - y / 252.0));
+    return 0.5 * reciprocal + y * (1.0 / 12.0 - y * (1.0 / 120.0 - y * (1.0 / 252.0)));
 }
 
 double WilsonHilfertyTail(double a, double x)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engines/VELT_NelMead.h"
 
+#include "RecordedSurface.h"
 #include "base/VeltError.h"
 
 #include <gtest/gtest.h>
@@ -45,9 +46,10 @@ struct Fit : INelMead {
     {
         minimiser.Create(*this, static_cast<std::int16_t>(parameters.size()));
         minimiser.MaxIts(maxIts);
-        minimiser.FTOL(1e-7F);
+        minimiser.FTOL(ftol);
         minimiser.XTOL(1e-4F);
         minimiser.ConvergeOn(convergeOn);
+        minimiser.HowCarefully(care);
         for (std::size_t i = 0; i < parameters.size(); ++i)
             minimiser.SetParameter(static_cast<std::int16_t>(i + 1), parameters[i].start,
                                    parameters[i].second, parameters[i].lower, parameters[i].upper);
@@ -62,6 +64,8 @@ struct Fit : INelMead {
 
     std::function<double(Point)> surface;
     VELT_NelMead minimiser;
+    VELT_NelMead::Care care = VELT_NelMead::Care::Final;
+    float ftol = 1e-7F;
     std::vector<double> last, lowest, highest;
     int asked = 0;
 };
@@ -69,15 +73,6 @@ struct Fit : INelMead {
 double AsFloat(double x)
 {
     return static_cast<double>(static_cast<float>(x));
-}
-
-// Pseudo-random on [-1, 1], a function of its argument as a 32-bit float.
-double Hash(double x)
-{
-    auto u = std::bit_cast<std::uint32_t>(static_cast<float>(x)) * 2654435761U;
-    u = (u ^ (u >> 15)) * 2246822519U;
-    u = (u ^ (u >> 13)) * 3266489917U;
-    return (u ^ (u >> 16)) / 2147483648.0 - 1.0;
 }
 
 double Rosenbrock(Point x)
@@ -102,19 +97,6 @@ double FloatBowl2(Point x)
 {
     const double a = x[0] / 1000.0 - 1.0, b = x[1] / 0.4 - 1.0;
     return AsFloat(100.0 + 20.0 * (a * a + b * b + 1.6 * a * b));
-}
-
-// The unrounded floor of the rough valleys, 0 at x = 1000 (and 0.4).
-double Valley(Point x)
-{
-    const double a = std::log(std::fmax(x[0], 1e-30) / 1000.0);
-    const double b = x.size() > 1 ? std::log(std::fmax(x[1], 1e-30) / 0.4) : 0.0;
-    return 0.05 * (a * a + b * b + 1.6 * a * b);
-}
-
-double RoughValley(Point x)
-{
-    return AsFloat(0.002 + Valley(x) + 1e-5 * Hash(x[0] + (x.size() > 1 ? Hash(x[1]) : 0.0)));
 }
 
 TEST(VELT_NelMead, FindsTheMinimumOfRosenbrocksValley)
@@ -159,39 +141,20 @@ TEST(VELT_NelMead, TwoParametersTakeFewEvaluationsToo)
     }
 }
 
-TEST(VELT_NelMead, AReplicateIsCheaper)
+TEST(VELT_NelMead, AReplicateIsAsGoodAndTakesLessThanTwoThirds)
 {
     for (const double second : {1.0 / 3.0, 4.0 / 3.0}) {
-        Fit one(FloatBowl), two(FloatBowl2);
-        one.From({{1300.0, 1300.0 * second}}, 0);
-        EXPECT_TRUE(one.minimiser.Converged());
-        EXPECT_NEAR(one.minimiser.Estimate(1), 1000.0, 0.9);
-        EXPECT_LE(one.minimiser.NumEvaluations(), 50);
-        two.From({{1300.0, 1300.0 * second}, {0.3, 0.4}}, 0);
-        EXPECT_TRUE(two.minimiser.Converged());
-        EXPECT_LE(two.minimiser.MinValue(), 100.0 + 1.6e-5);
-        EXPECT_LE(two.minimiser.NumEvaluations(), 120);
-    }
-}
-
-// A record of the roughness lies 1e-5 below the valley, an improvement counts from about four deviations of
-// 0.58e-5 on: 3.3e-5 above the floor bounds every point that may be called converged.
-TEST(VELT_NelMead, CallsNothingConvergedThatLiesAboveTheRoughnessOfTheOptimum)
-{
-    for (const std::int32_t convergeOn : {3, 0})
-        for (int i = 0; i < 20; ++i) {
-            const double start = 1000.0 * std::pow(10.0, 1.5 * Hash(i + 1));
-            Fit one(RoughValley), two(RoughValley);
-            one.From({{start, start * 4.0 / 3.0}}, convergeOn);
-            EXPECT_TRUE(one.minimiser.Converged()) << start;
-            EXPECT_LT(Valley(one.last), 3.3e-5) << start;
-            EXPECT_LE(one.minimiser.NumEvaluations(), 130) << start;
-            const double other = 0.4 * std::pow(10.0, 1.5 * Hash(i + 100));
-            two.From({{start, start * 4.0 / 3.0}, {other, other * 4.0 / 3.0}}, convergeOn);
-            EXPECT_TRUE(two.minimiser.Converged()) << start << ' ' << other;
-            EXPECT_LT(Valley(two.last), 3.3e-5) << start << ' ' << other;
-            EXPECT_LE(two.minimiser.NumEvaluations(), 350) << start << ' ' << other;
+        const std::vector<Search> one{{1300.0, 1300.0 * second}}, two{one[0], {0.3, 0.4}};
+        for (const auto& [surface, parameters] : {std::pair{&FloatBowl, one}, {&FloatBowl2, two}}) {
+            Fit final(surface), replicate(surface);
+            final.From(parameters);
+            replicate.care = VELT_NelMead::Care::Replicate;
+            replicate.From(parameters, 0);
+            EXPECT_TRUE(replicate.minimiser.Converged());
+            EXPECT_LE(replicate.minimiser.MinValue(), 100.0 + 1.6e-5);
+            EXPECT_LT(replicate.asked, 2 * final.asked / 3);
         }
+    }
 }
 
 TEST(VELT_NelMead, RetreatsFromAHalfPlaneOfPenalties)
@@ -241,7 +204,8 @@ TEST(VELT_NelMead, PenaltiesAloneAreNoConvergence)
             EXPECT_FALSE(fit.minimiser.Converged());
             EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
             EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
-            EXPECT_LE(fit.minimiser.NumEvaluations(), 180); // (5 + 24) scales, 3 ways, up and down, and 4
+            EXPECT_EQ(fit.minimiser.HowItEnded(), VELT_NelMead::End::OutsideDomain);
+            EXPECT_EQ(fit.asked, 3 + (5 + 24) * 8 + 1); // simplex, stars, the last evaluation
         }
 }
 
@@ -445,6 +409,349 @@ TEST(VELT_NelMead, RefusesParametersThatDoNotExist)
     EXPECT_THROW(fit.minimiser.SetParameter(2, 1, 2, 0, 3), VeltError);
     EXPECT_THROW(fit.minimiser.SetParameter(1, std::numeric_limits<double>::quiet_NaN(), 2, 0, 3), VeltError);
     EXPECT_THROW(fit.minimiser.Estimate(0), VeltError);
+}
+
+// What a search asks for, in logarithms: its constants are seen in the distances. The bowls have their bottom
+// at x = 1.
+
+using Care = VELT_NelMead::Care;
+using End = VELT_NelMead::End;
+
+/// A search over the logarithms of a recorded surface.
+struct Recorded : RecordedSurface {
+    using RecordedSurface::RecordedSurface;
+
+    Recorded& From(const std::vector<Search>& parameters, Care care = Care::Final,
+                   std::int32_t convergeOn = 3)
+    {
+        minimiser.Create(*this, static_cast<std::int16_t>(parameters.size()));
+        minimiser.HowCarefully(care);
+        minimiser.ConvergeOn(convergeOn);
+        minimiser.VisibleRise(visible);
+        minimiser.FTOL(ftol);
+        minimiser.MaxIts(maxIts);
+        for (std::size_t i = 0; i < parameters.size(); ++i)
+            minimiser.SetParameter(static_cast<std::int16_t>(i + 1), parameters[i].start,
+                                   parameters[i].second, parameters[i].lower, parameters[i].upper);
+        minimiser.Minimise();
+        return *this;
+    }
+
+    /// Distance of the simplex's two points when the search of one parameter ended: the next two points asked
+    /// for are a thousandth on either side of the better one.
+    double LastSize() const
+    {
+        std::size_t i = 0;
+        while (i + 1 < asked.size() && std::fabs(asked[i][0] - asked[i + 1][0] - 2e-3) > 1e-9)
+            ++i;
+        const double better = 0.5 * (asked.at(i)[0] + asked.at(i + 1)[0]);
+        double nearest = 1.0;
+        for (std::size_t j = 0; j < i; ++j)
+            if (std::fabs(asked[j][0] - better) > 1e-12)
+                nearest = std::min(nearest, std::fabs(asked[j][0] - better));
+        return nearest;
+    }
+
+    VELT_NelMead minimiser;
+    double visible = 0.0;
+    float ftol = 1e-7F;
+    std::int16_t maxIts = 500;
+};
+
+double Bowl(const RecordedSurface::Point& u)
+{
+    return 1.0 + u[0] * u[0];
+}
+
+double Bowl2(const RecordedSurface::Point& u)
+{
+    return 1.0 + u[0] * u[0] + u[1] * u[1];
+}
+
+// Between its points a simplex of one parameter on 1 + u^2, one of them the bottom, has the spread d^2, and
+// every step halves d.
+TEST(VELT_NelMead, TheFunctionTestOfAReplicateAllowsAHundredTimesTheTolerance)
+{
+    for (const auto& [spread, end] :
+         {std::pair{1.5e-5, 0.25 * 1.5e-5}, {0.7e-5, 0.7e-5}}) { // 100 FTOL = 1e-5
+        const double second = std::exp(std::sqrt(spread) * 128.0);
+        Recorded fit(Bowl);
+        fit.From({{1.0, second}}, Care::Replicate, 0);
+        EXPECT_NEAR(fit.LastSize(), std::sqrt(end), 1e-8);
+    }
+}
+
+TEST(VELT_NelMead, TheFunctionTestOfAFinalFitAllowsTheToleranceItself)
+{
+    for (const auto& [spread, end] : {std::pair{1.5e-7, 0.25 * 1.5e-7}, {0.7e-7, 0.7e-7}}) {
+        const double second = std::exp(std::sqrt(spread) * 1024.0);
+        Recorded fit(Bowl);
+        fit.From({{1.0, second}}, Care::Final, 0);
+        EXPECT_NEAR(fit.LastSize(), std::sqrt(end), 1e-8);
+    }
+}
+
+// 1 + 12.5 u^2 rises by 12.5e-6 at a thousandth, an eighth of 1e-4 of the value: four times the step shows
+// two rises.
+TEST(VELT_NelMead, ARiseIsVisibleFromAnTenThousandthOfTheValueOnOrFromWhereTheModelSaysSo)
+{
+    const auto stepsOf = [](double curvature, double visible) {
+        Recorded fit([curvature](const RecordedSurface::Point& u) { return 1.0 + curvature * u[0] * u[0]; });
+        fit.visible = visible;
+        fit.From({{1.0, 2.0}}, Care::Replicate, 0);
+        return (fit.Last(7) - fit.Last(6)) /
+               (fit.Last(5) - fit.Last(4)); // first step against the one that serves
+    };
+
+    EXPECT_NEAR(stepsOf(12.5, 0.0), 0.25, 1e-5);
+    EXPECT_NEAR(stepsOf(1250.0, 0.01), 0.25, 1e-5);
+}
+
+// Every evaluation is worse by 1e-6 than the last one at the same point, ten FTOL and not visible: the
+// simplex gets as small as a tenth of XTOL, no smaller.
+TEST(VELT_NelMead, InASimplexOfATenthOfXtolRoundingDecides)
+{
+    int turn = 0;
+    Recorded fit([&turn](const RecordedSurface::Point& u) { return Bowl(u) + ++turn * 1e-6; });
+    fit.From({{1.0, std::exp(0.7)}});
+
+    EXPECT_TRUE(fit.minimiser.ConvergedOnFunction());
+    EXPECT_LE(fit.LastSize(), 1e-5);
+    EXPECT_GT(fit.LastSize(), 0.5e-5);
+}
+
+// The same point has ever another value: below the distance of 32-bit arguments the simplex is one point.
+TEST(VELT_NelMead, ACollapsedSimplexIsOnePointWithOneValue)
+{
+    int turn = 0;
+    Recorded fit([&turn](const RecordedSurface::Point& u) { return Bowl(u) + ++turn * 1e-3; });
+    fit.From({{1.0, std::exp(0.7)}});
+
+    EXPECT_LE(fit.LastSize(), 0x1p-24);
+    EXPECT_GT(fit.LastSize(), 0x1p-25);
+    EXPECT_NE(fit.minimiser.HowItEnded(), End::StepsUsed);
+}
+
+TEST(VELT_NelMead, TheFloorOfTheParameterTestIsAMillionthOfTheStart)
+{
+    std::vector<double> asked;
+    Fit cusp([&asked](Point x) {
+        asked.push_back(x[0]);
+        return std::fabs(x[0]);
+    });
+    cusp.From({{0.0, 0.7, -10.0, 10.0}}, 0);
+
+    double nearest = 1.0; // of the simplex, before the steps of 1e-3 follow
+    for (std::size_t i = 0; std::fabs(asked[i] - 0.7e-3) > 1e-9; ++i)
+        if (asked[i] != 0.0)
+            nearest = std::min(nearest, std::fabs(asked[i]));
+    EXPECT_LE(nearest, 0.7e-10); // XTOL * 1e-6 of the unit 0.7
+    EXPECT_GT(nearest, 0.35e-10);
+}
+
+// FTOL of 1 ends the simplex at once, half a unit from the bottom. What goes on from the slope has a fiftieth
+// of a unit.
+TEST(VELT_NelMead, FromASlopeASimplexOfAFiftiethOfAUnitGoesOn)
+{
+    Recorded fit(Bowl);
+    fit.ftol = 1.0F;
+    fit.From({{std::exp(-0.5), std::exp(-0.6)}}, Care::Replicate, 0);
+
+    const double lower = -0.5 + 1e-3; // the slope was seen at the first step
+    EXPECT_TRUE(fit.AskedAt({lower}, 0, 0.02));
+}
+
+TEST(VELT_NelMead, AFinalFitLooksAroundAtFourDistancesAndAReplicateDoesNot)
+{
+    for (const Care care : {Care::Final, Care::Replicate}) {
+        Recorded fit(Bowl);
+        fit.From({{1.3, 1.7}}, care);
+        const RecordedSurface::Point bottom{std::log(fit.minimiser.Estimate(1))};
+        for (const double distance : {0.1, 0.3, 0.9, 2.7})
+            EXPECT_EQ(fit.AskedAt(bottom, 0, distance), care == Care::Final) << distance;
+    }
+}
+
+// Two parameters are looked around along both diagonals too, and once more with a simplex turned the other
+// way.
+TEST(VELT_NelMead, AFreshSimplexOfThreeTenthsConfirmsAFinalFitOfTwoParameters)
+{
+    Recorded fit(Bowl2);
+    fit.From({{1.3, 1.7}, {0.8, 1.2}});
+    const double a = std::log(fit.minimiser.Estimate(1)), b = std::log(fit.minimiser.Estimate(2));
+
+    const auto asked = [&](double du, double dv) {
+        for (const auto& u : fit.asked)
+            if (std::fabs(u[0] - a - du) < 1e-9 && std::fabs(u[1] - b - dv) < 1e-9)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(asked(2.7, -2.7));
+    EXPECT_TRUE(asked(-2.7, -2.7));
+    const std::size_t last = fit.asked.size() - 1;
+    std::size_t star = 0; // the last point of the last star
+    for (std::size_t i = 0; i <= last; ++i)
+        if (std::fabs(std::fabs(fit.asked[i][1] - b) - 2.7) < 1e-9)
+            star = i;
+    EXPECT_NEAR(fit.asked[star + 1][0] - a, -0.3, 1e-9);
+    EXPECT_NEAR(fit.asked[star + 2][1] - b, -0.3, 1e-9);
+}
+
+TEST(VELT_NelMead, AStartOnThePenaltyIsLookedAroundCloseByAndThenTwentyFourDoublingsFar)
+{
+    Recorded fit([](const RecordedSurface::Point&) { return kHuge; });
+    fit.From({{1.0, 2.0}});
+
+    std::vector<double> distances;
+    for (std::size_t i = 2; i + 1 < fit.asked.size(); i += 2) {
+        distances.push_back(fit.asked[i][0]);
+        EXPECT_NEAR(fit.asked[i + 1][0], -fit.asked[i][0], 1e-9);
+    }
+    ASSERT_EQ(distances.size(), 5U + 24U);
+    for (std::size_t i = 0; i < 5; ++i)
+        EXPECT_NEAR(distances[i], std::pow(10.0, -1.0 - static_cast<double>(i)), 1e-12);
+    for (std::size_t i = 1; i <= 24; ++i)
+        EXPECT_NEAR(distances[4 + i], static_cast<double>(i) * std::log(2.0), 1e-9);
+}
+
+TEST(VELT_NelMead, AroundWhatAStarFoundASimplexOfHalfItsRadiusGoesOn)
+{
+    // Valid from half a decade above the start on: found at the doubling of 1.386, four times the start.
+    Recorded fit(
+        [](const RecordedSurface::Point& u) { return u[0] < 1.15 ? kHuge : 1.0 + std::pow(u[0] - 3.0, 2); });
+    fit.From({{1.0, 0.9}});
+
+    const double found = 2.0 * std::log(2.0);
+    std::size_t at = 0;
+    while (std::fabs(fit.asked[at][0] - found) > 1e-9)
+        ++at;
+    EXPECT_NEAR(fit.asked[at + 2][0], found + 0.5 * found, 1e-9); // behind the star's other side
+}
+
+TEST(VELT_NelMead, FromAFlatPlaceThirtyDecadesAreLookedThrough)
+{
+    double farthest = 0.0;
+    Recorded fit([&farthest](const RecordedSurface::Point& u) {
+        farthest = std::max(farthest, std::fabs(u[0]));
+        return 5.0;
+    });
+    fit.From({{1.0, 2.0, 0.0, 1e300}}, Care::Replicate);
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(farthest, 30.0 * std::log(10.0), 1e-6);
+
+    // A growth rate of 1e-12 makes no difference to one of 1e-13; one of 0.1 does.
+    Recorded drifted([](const RecordedSurface::Point& u) {
+        const double r = std::exp(u[0]);
+        return 1.0 + 0.1 * std::pow(r - 0.1, 2) / (0.01 + r * r);
+    });
+    drifted.From({{1e-12, 2e-12}});
+    EXPECT_NEAR(drifted.minimiser.Estimate(1), 0.1, 1e-4);
+}
+
+TEST(VELT_NelMead, AStockAndItsGrowthAreFollowedThroughTheirValleyOverThreeDecades)
+{
+    Recorded fit([](const RecordedSurface::Point& u) {
+        return 0.01 + std::pow(u[0] + u[1], 2) + 1e-3 * std::pow(u[0] - u[1] - 3.0, 2); // at u = (1.5, -1.5)
+    });
+    fit.From({{std::exp(7.0), std::exp(7.3)}, {std::exp(-6.0), std::exp(-5.7)}});
+
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(std::log(fit.minimiser.Estimate(1)), 1.5, 1e-4);
+    EXPECT_NEAR(std::log(fit.minimiser.Estimate(2)), -1.5, 1e-4);
+    EXPECT_LT(fit.asked.size(), 300U);
+}
+
+// The float steps of the value hide the bottom within 2.4e-4 of a unit; the parabolas see it, skew or not.
+TEST(VELT_NelMead, TheBottomOfASkewedValleyIsFoundBehindTheStepsOfTheFloats)
+{
+    for (const double start : {0.3, 0.9, 2.0, 40.0}) {
+        Recorded fit([](const RecordedSurface::Point& u) { return AsFloat(0.5 + std::exp(u[0]) - u[0]); });
+        fit.From({{start, start * 4.0 / 3.0}});
+        EXPECT_TRUE(fit.minimiser.Converged());
+        EXPECT_NEAR(std::log(fit.minimiser.Estimate(1)), 0.0, 3e-5);
+    }
+}
+
+// McKinnon (1998): a function on which the simplex can collapse onto the origin, which is no minimum.
+TEST(VELT_NelMead, ASimplexThatCollapsedOnASlopeIsNoConvergence)
+{
+    const auto mcKinnon = [](Point x) {
+        return (x[0] <= 0.0 ? 360.0 : 6.0) * x[0] * x[0] + x[1] + x[1] * x[1] + 1.0;
+    };
+    Fit fit(mcKinnon);
+    fit.From({{0.0, 0.84, -10.0, 10.0}, {0.0, -0.59, -10.0, 10.0}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(fit.minimiser.Estimate(1), 0.0, 1e-3);
+    EXPECT_NEAR(fit.minimiser.Estimate(2), -0.5, 1e-3);
+}
+
+TEST(VELT_NelMead, ATighterFunctionToleranceThanFloatsHaveChangesNothing)
+{
+    for (const Care care : {Care::Final, Care::Replicate})
+        for (const float ftol : {1e-9F, 1e-12F}) {
+            Fit fit(FloatBowl2);
+            fit.care = care;
+            fit.ftol = ftol;
+            fit.From({{1500, 2000}, {0.3, 0.4}});
+            EXPECT_TRUE(fit.minimiser.Converged());
+            EXPECT_TRUE(fit.minimiser.ConvergedOnFunction());
+            EXPECT_NEAR(fit.minimiser.Estimate(1), 1000.0, 0.9);
+        }
+}
+
+TEST(VELT_NelMead, WithoutSettingsTheProgramsDefaultsHold)
+{
+    const auto search = [](bool set) {
+        Fit fit(FloatBowl2);
+        fit.minimiser.Create(fit, 2);
+        if (set) {
+            fit.minimiser.FTOL(1e-7F);
+            fit.minimiser.XTOL(1e-4F);
+            fit.minimiser.MaxIts(500);
+            fit.minimiser.ConvergeOn(3);
+            fit.minimiser.HowCarefully(Care::Final);
+        }
+        fit.minimiser.SetParameter(1, 1500, 2000, 0, kHuge);
+        fit.minimiser.SetParameter(2, 0.3, 0.4, 0, kHuge);
+        fit.minimiser.Minimise();
+        return fit.minimiser.NumEvaluations();
+    };
+
+    EXPECT_EQ(search(false), search(true));
+}
+
+TEST(VELT_NelMead, BeforeTheSearchNothingHasConverged)
+{
+    Fit fit(FloatBowl);
+    fit.minimiser.Create(fit, 1);
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::NotRun);
+    EXPECT_FALSE(fit.minimiser.Converged());
+    EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
+    EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
+}
+
+// The message for the user must never say "succeeded on" twice beside "failed to converge".
+TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
+{
+    int turn = 0; // two points always look equal and every third is better: ragged at every scale
+    for (const std::int32_t convergeOn : {3, 0}) {
+        Recorded fit([&turn](const RecordedSurface::Point&) { return turn++ % 7 == 0 ? 1.3 : 1.0; });
+        fit.From({{1.0, 2.0}}, Care::Final, convergeOn);
+        ASSERT_FALSE(fit.minimiser.Converged());
+        EXPECT_EQ(fit.minimiser.HowItEnded(), End::NoMinimum);
+        EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
+        EXPECT_EQ(fit.minimiser.ConvergedOnParameter(),
+                  convergeOn == 3); // with either test the other one ended it
+    }
+}
+
+TEST(VELT_NelMead, StepsThatWereUsedUpSayWhichTestsWereMet)
+{
+    Fit fit(Rosenbrock);
+    fit.From({{-1.2, -1.6, -10, 10}, {1.0, 1.33, -10, 10}}, 3, 10);
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::StepsUsed);
+    EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
+    EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
 }
 
 } // namespace
