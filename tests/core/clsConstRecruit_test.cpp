@@ -305,6 +305,30 @@ TEST(clsConstRecruit, ANegativeKEndsLeastSquaresButOnlyMovesTheStartOfTheOthers)
     }
 }
 
+// A period out of the fit takes 1e35 fish, which no 99 doublings reach. The doublings used to stay in the
+// start.
+TEST(clsConstRecruit, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    const SimulatedStock truth = Truth(1.0);
+    std::vector<double> effort = truth.effort;
+    std::vector<double> fleet = truth.Catches(0.1);
+    ConstBench without(Table(effort, fleet));
+    ASSERT_TRUE(without.Start(fit_op::kLeastSquares, 0.2));
+    const std::vector<NamedValue> expected = without.model.Details().initEsts;
+    effort.push_back(1);
+    fleet.push_back(1);
+    std::vector<double> total = fleet;
+    total.back() = 1e35;
+    const TableBuilder table = TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).ToggleOut(13);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        ConstBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.2));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        EXPECT_EQ(bench.model.Details().initEsts.at(0).value, expected.at(0).value);
+        EXPECT_EQ(bench.model.Details().initEsts.at(1).value, expected.at(1).value);
+    }
+}
+
 TEST(clsConstRecruit, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
 {
     ConstBench bench(Simulated(0.1));

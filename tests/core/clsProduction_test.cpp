@@ -437,6 +437,8 @@ TEST_F(Production, NoUsableStartIsToldByTheExcuse)
     HundredAPeriod(models::kSchaefer, 0, 1.0F, 0.0F);
     EXPECT_FALSE(model.CalcInitEstimates());
     EXPECT_EQ(model.Excuse(), excuse::kNoStart);
+    EXPECT_EQ(model.Details().initEsts.at(0).value, 400.0); // the total catch, and not 99 doublings of it
+    EXPECT_EQ(model.Details().initEsts.at(2).value, 0.1);
 }
 
 // N as in the Schaefer trajectory above: MSY 100, growth of N5 = 757.0061: 0.4 * 757.0061 * 0.2429939

@@ -281,6 +281,32 @@ TEST(clsRecruitINdex, ANegativeN1UnderLogOrGammaIsRepairedInInitEstsOnlyAndEndsW
 }
 
 // The mean of the index over all periods is 13.5 / 12.
+// A period out of the fit takes 1e35 fish, which no 99 doublings reach.
+TEST(clsRecruitINdex, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    const SimulatedStock truth = Truth();
+    std::vector<double> effort = truth.effort;
+    std::vector<double> index = truth.index;
+    std::vector<double> fleet = truth.Catches(0.1);
+    IndexBench without(TableBuilder().Effort(effort).Catch(fleet).Recruits(index));
+    ASSERT_TRUE(without.Start(fit_op::kLeastSquares, 0.2));
+    const std::vector<NamedValue> expected = without.model.Details().initEsts;
+    effort.push_back(1);
+    index.push_back(1);
+    fleet.push_back(1);
+    std::vector<double> total = fleet;
+    total.back() = 1e35;
+    const TableBuilder table =
+        TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).Recruits(index).ToggleOut(13);
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        IndexBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.2));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_EQ(bench.model.Details().initEsts.at(i).value, expected.at(i).value) << i;
+    }
+}
+
 TEST(clsRecruitINdex, UnderLogAnAverageRecruitmentEqualsTheStartPopulation)
 {
     IndexBench bench(FleetOf(20000.0, 0.001, -200.0, std::vector<double>(12, 10.0)));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/clsSingleCohort.h"
 
+#include "base/NumberText.h"
 #include "fit/clsMethManager.h"
 #include "support/SimulatedStock.h"
 #include "support/TableBuilder.h"
@@ -362,6 +363,31 @@ TEST(clsSingleCohort, NinetyEightDoublingsCanHelpTheNinetyNinthCannot)
             bench.model.DoubleUntilItSurvives([&] { bench.model.m.PopUnderflow = ++doublings < clearsAt; });
         EXPECT_EQ(survives, clearsAt == 98);
         EXPECT_EQ(doublings, std::min(clearsAt, 99));
+    }
+}
+
+// The last period is out of the fit and takes 1e35 fish, more than 99 doublings of a few hundred can reach
+// (2^99 = 6.3e29). The doublings used to stay in the start, and the box for starting values stood at 1e32.
+TEST(clsSingleCohort, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    std::vector<double> effort = kEffort;
+    std::vector<double> fleet = kCatches;
+    std::vector<double> total = kCatches;
+    effort.push_back(1);
+    fleet.push_back(1);
+    total.push_back(1e35);
+    const TableBuilder table = TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).ToggleOut(7);
+    const auto [n1, q] = Leslie(kEffort, kCatches);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        SingleBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.0));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        const std::vector<NamedValue> start = bench.model.Details().initEsts;
+        EXPECT_NEAR(start.at(0).value / n1, 1.0, 1e-5); // sums of catches are floats
+        EXPECT_NEAR(start.at(1).value / q, 1.0, 1e-5);
+
+        EXPECT_FALSE(bench.model.InputStartingEsts()); // Cancel
+        EXPECT_EQ(bench.user.suggested, std::vector<std::string>{number_text::Plain(start.at(0).value)});
     }
 }
 
