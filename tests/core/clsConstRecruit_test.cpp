@@ -371,6 +371,37 @@ TEST(clsConstRecruit, LogAndGammaFitsStandAtTheirOwnOptimum)
 }
 
 // B = (r + N) exp(-M/2) - T / 2 with the recruits of the fit.
+namespace
+{
+/// Keeps where its objective was asked for.
+struct Watched : clsConstRecruit {
+    std::vector<double> seen;
+
+protected:
+    double Objective(std::span<const double> x) override
+    {
+        seen.push_back(x[0]);
+        return clsConstRecruit::Objective(x);
+    }
+};
+} // namespace
+
+// A search in logarithms gives a point back within a few units of 64 bits, 1e-12; the 32-bit start lies
+// further from the 64-bit one than that. The log search starts from the 64 bits.
+TEST(clsConstRecruit, TheGammaSearchStartsFromTheStartRoundedToAFloat)
+{
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        ModelBench<Watched> bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const double k = bench.model.Details().initEsts.at(0).value;
+        const double rounded = static_cast<float>(k);
+        ASSERT_GT(std::fabs(rounded / k - 1.0), 1e-9);
+        bench.model.seen.clear();
+        bench.Finish();
+        EXPECT_NEAR(bench.model.seen.at(0) / (fitOp == fit_op::kGamma ? rounded : k), 1.0, 1e-12) << fitOp;
+    }
+}
+
 TEST(clsConstRecruit, TheExpectedRateIsQTimesTheMeanStockWithRecruits)
 {
     ConstBench bench(Simulated(0.05));
