@@ -390,6 +390,23 @@ TEST(clsRecruitINdex, TheGammaObjectiveHasTheFarPenaltyAndThatOfAnUnderflow)
     EXPECT_EQ(bench.model.Objective(std::array{1.0, 1.0}), static_cast<double>(1e20F));
 }
 
+// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
+TEST(clsRecruitINdex, TheLimitItselfIsInsideAndTheNextFloatIsNot)
+{
+    const double limit = static_cast<double>(1e20F);
+    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
+    for (const auto& [fitOp, outside] :
+         {std::pair{fit_op::kLog, 1e20F}, std::pair{fit_op::kGamma, 3.4E+38F}}) {
+        IndexBench bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const float before = bench.model.Nt(1);
+        EXPECT_EQ(bench.model.Objective(std::array{next, 1500.0}), static_cast<double>(outside));
+        EXPECT_EQ(bench.model.Nt(1), before);                                      // no trajectory was run
+        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit, 1500.0}), limit); // the penalty is the limit
+        EXPECT_EQ(bench.model.Nt(1), 1e20F);
+    }
+}
+
 // Deliberate: the profile's own 1e10 comes through here; the closed cohort turns it into the penalty.
 TEST(clsRecruitINdex, AFailedGammaProfileComesAsItIs)
 {

@@ -638,6 +638,23 @@ TEST(clsSingleCohort, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
     }
 }
 
+// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
+TEST(clsSingleCohort, TheLimitItselfIsInsideAndTheNextFloatIsNot)
+{
+    const double limit = static_cast<double>(1e20F);
+    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
+    ASSERT_GT(limit, 1e20);
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        SingleBench bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const float before = bench.model.Nt(1);
+        EXPECT_EQ(bench.model.Objective(std::array{next}), static_cast<double>(3.4E+38F));
+        EXPECT_EQ(bench.model.Nt(1), before);                              // no trajectory was run
+        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit}), limit); // the penalty is the limit
+        EXPECT_EQ(bench.model.Nt(1), 1e20F);
+    }
+}
+
 // Deliberate asymmetry: gamma turns a start below MinPop away without a trajectory, log computes the variance
 // of the trajectory, underflow or not.
 TEST(clsSingleCohort, AStartBelowMinPopIsAPenaltyUnderGammaButNotUnderLog)
