@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -56,6 +57,14 @@ constexpr float kDefaultProportion = 1.0F;
 constexpr float kDefaultZ = 1.0F;
 constexpr int kHelpTooFewPoints = 20;
 constexpr std::int32_t kCPUECode = 16; // the column code of catch / effort in data plots
+
+/// A level as it is kept. \throws VeltError 9 for one that is no number or too large: it has no position
+float LevelOf(double entered)
+{
+    if (!(std::fabs(entered) <= static_cast<double>(std::numeric_limits<float>::max())))
+        RaiseSubscript();
+    return checked::ToFloat(entered);
+}
 } // namespace
 
 clsMethManager::clsMethManager(Run& run) : m_run(run) {}
@@ -87,6 +96,7 @@ void clsMethManager::Reset()
         m_run.window.ShowParameterReport(nullptr); // the wish to see the report outlives the fit
     m_ciLow = 0.025F;
     m_ciHigh = 0.975F;
+    m_levelsBefore.reset();
 }
 
 void clsMethManager::Say(const std::string& text, Icon icon, Buttons buttons, int helpContext)
@@ -390,24 +400,46 @@ bool clsMethManager::GetUserConfidenceIntervals()
         Say(LoadResString(1946));
         return false;
     }
-    m_ciHigh = checked::ToFloat(question.high);
-    m_ciLow = checked::ToFloat(question.low);
+    const Levels entered{.low = LevelOf(question.low), .high = LevelOf(question.high)};
+    m_levelsBefore = Levels{.low = m_ciLow, .high = m_ciHigh};
+    m_ciLow = entered.low;
+    m_ciHigh = entered.high;
     return true;
 }
 
 void clsMethManager::DisplayBootStrapHistograms()
 {
-    m_run.window.ClearGraphs(true);
-    m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
-    DisplayParameters(true);
+    try {
+        LimitPosition(m_ciLow); // before any graph goes
+        LimitPosition(m_ciHigh);
+        m_run.window.ClearGraphs(true);
+        m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
+        DisplayParameters(true);
+    } catch (...) {
+        if (m_levelsBefore) { // every further report would fail by them
+            m_ciLow = m_levelsBefore->low;
+            m_ciHigh = m_levelsBefore->high;
+            m_levelsBefore.reset();
+        }
+        throw;
+    }
+    m_levelsBefore.reset();
+}
+
+std::int32_t clsMethManager::LimitPosition(float level) const
+{
+    const std::int32_t replicates = m_method->NumBootStraps();
+    const double position = std::nearbyint(replicates * static_cast<double>(level)); // ties to even
+    if (position == 0.0)
+        return 1;
+    if (!(position >= 1.0 && position <= replicates))
+        RaiseSubscript();
+    return static_cast<std::int32_t>(position);
 }
 
 float clsMethManager::CILimit(std::int32_t parameter, float level) const
 {
-    // The nearest position, ties to even, without interpolation.
-    const auto position =
-        static_cast<std::int32_t>(std::nearbyint(m_method->NumBootStraps() * static_cast<double>(level)));
-    return m_method->SortedBootStrap(parameter, position == 0 ? 1 : position);
+    return m_method->SortedBootStrap(parameter, LimitPosition(level));
 }
 
 float clsMethManager::UpperCILimit(std::int32_t parameter) const

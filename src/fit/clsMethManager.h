@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,9 +41,15 @@ public:
     void MinimisationOptions();
 
     void GenerateBootStraps();
-    /// \return whether new levels were accepted
+    /// \return whether new levels were accepted \throws VeltError 9 for a level that is no 32-bit number,
+    /// with
+    ///         the levels as they were
     bool GetUserConfidenceIntervals();
+    /// Histograms and report at the levels. \throws VeltError 9 when a level has no position among the
+    ///         replicates; after any failure the levels are those from before the dialog
     void DisplayBootStrapHistograms();
+    /// The replicate at the position nearest to level times count, without interpolation; position 0 is
+    /// taken for 1. \throws VeltError 9 for any other position outside 1 to the count
     float UpperCILimit(std::int32_t parameter) const;
     float LowerCILimit(std::int32_t parameter) const;
 
@@ -97,6 +104,11 @@ public:
     const Run& TheRun() const { return m_run; }
 
 private:
+    struct Levels {
+        float low;
+        float high;
+    };
+
     void BuildModelList();
     bool HasEnoughPoints(std::int32_t needed) const;
     bool ChooseModel();
@@ -108,6 +120,7 @@ private:
     void PullResults();
     void Fit();
     void RunFit(bool keepInputs);
+    std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;
     void Say(const std::string& text, Icon icon = Icon::Exclamation, Buttons buttons = Buttons::Ok,
              int helpContext = 0);
@@ -122,6 +135,7 @@ private:
     bool m_projWithFit = false;
     float m_ciHigh = 0.975F;
     float m_ciLow = 0.025F;
+    std::optional<Levels> m_levelsBefore; ///< from before the dialog, until the new ones have been shown
     float m_naturalMortality = 0.2F;
     float m_initialProportion = 1.0F;
     float m_lag = 0.0F;

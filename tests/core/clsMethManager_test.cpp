@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace
@@ -639,6 +640,86 @@ TEST_F(Intervals, OnlyAHighLevelAbove1AndALowLevelBelow0AreRefused)
     }
     EXPECT_TRUE(Enter(1.2, 0.5));
     EXPECT_TRUE(Enter(0.1, -0.5));
+}
+
+// Of 20 replicates 1.2 asks for position 24, -0.5 for -10, 0.02 for 0.4, which is 0 and taken for 1.
+// Positions far outside used to be cast to whole numbers as they came, and the levels stayed, so that every
+// further report failed.
+TEST_F(Intervals, LevelsWithoutAPositionEndInNineOnceAndTheFormerLevelsStand)
+{
+    constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+    Fitted(20);
+    manager.GenerateBootStraps();
+    ASSERT_TRUE(Enter(0.02, 0.9));
+    manager.DisplayBootStrapHistograms();
+    const std::size_t shown = window.graphs.size();
+    for (const auto& [low, high] :
+         {std::pair(1.2, 0.5), std::pair(0.1, -0.5), std::pair(3e38, 0.5), std::pair(0.1, -3e38),
+          std::pair(1e300, 0.5), std::pair(kNoNumber, 0.5), std::pair(0.1, kNoNumber)}) {
+        EXPECT_EQ(FailureOf([&] {
+                      if (Enter(low, high))
+                          manager.DisplayBootStrapHistograms();
+                  }),
+                  errors::kSubscript)
+            << low << " " << high;
+        EXPECT_EQ(manager.CILow(), 0.02F);
+        EXPECT_EQ(manager.CIHigh(), 0.9F);
+        EXPECT_EQ(window.graphs.size(), shown);
+        EXPECT_EQ(manager.LowerCILimit(bs_param::kQ), Sorted(1));
+        EXPECT_EQ(manager.UpperCILimit(bs_param::kQ), Sorted(18));
+    }
+    EXPECT_TRUE(user.messages.empty()); // it is the command that tells it
+    manager.DisplayBootStrapHistograms();
+    EXPECT_EQ(window.graphs.size(), shown);
+}
+
+TEST_F(Intervals, LevelsThatNoDialogSetEndInNineTooAndStay)
+{
+    Fitted(20);
+    manager.GenerateBootStraps();
+    for (const float level : {-0.5F, 1.2F}) {
+        manager.CILow(level);
+        EXPECT_EQ(FailureOf([&] { manager.LowerCILimit(bs_param::kQ); }), errors::kSubscript);
+        EXPECT_EQ(FailureOf([&] { manager.DisplayBootStrapHistograms(); }), errors::kSubscript);
+        EXPECT_EQ(manager.CILow(), level);
+    }
+}
+
+// A report that cannot be shown leaves the levels of before, too.
+TEST_F(Intervals, AFailureBehindTheHistogramsBringsTheFormerLevelsBack)
+{
+    struct FailingWindow : RecordingWindow {
+        bool fails = false;
+        void ShowParameterReport(const ParameterReport*) override
+        {
+            if (fails)
+                RaiseOverflow();
+        }
+    } failing;
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    other.FitNewModel(false);
+    other.NumBootStraps(20);
+    other.GenerateBootStraps();
+    user.onRange = [](RangeQuestion& question) {
+        question.low = 0.2;
+        question.high = 0.8;
+        return true;
+    };
+    ASSERT_TRUE(other.GetUserConfidenceIntervals());
+    failing.fails = true;
+    EXPECT_EQ(FailureOf([&] { other.DisplayBootStrapHistograms(); }), errors::kOverflow);
+    EXPECT_EQ(other.CILow(), 0.025F);
+    EXPECT_EQ(other.CIHigh(), 0.975F);
+    failing.fails = false;
+    ASSERT_TRUE(other.GetUserConfidenceIntervals());
+    other.DisplayBootStrapHistograms();
+    EXPECT_EQ(other.CILow(), 0.2F);
 }
 
 TEST_F(Intervals, LevelsInReverseAreAcceptedAndTheLowerLimitLiesAboveTheUpper)
