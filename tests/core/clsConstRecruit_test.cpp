@@ -11,6 +11,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -207,6 +208,17 @@ TEST(clsConstRecruit, MinPopHasNoLimitOfRounds)
     bench.model.CalcMinPop(); // everything survives down to the smallest float
 
     EXPECT_LT(bench.model.MinPop(), 1e-40F);
+}
+
+// Half of the smallest number is 0, a hundredth too: without a limit of rounds this used to go on for ever.
+TEST(clsConstRecruit, TheBisectionWithoutALimitOfRoundsEndsAtTheSmallestNumber)
+{
+    const double smallest = std::numeric_limits<double>::denorm_min();
+    EXPECT_EQ(SmallestSurvivingStart(smallest, 0, [](double k) { return k > 0.0; }), smallest);
+
+    const double largest = std::numeric_limits<double>::max();
+    EXPECT_EQ(SmallestSurvivingStart(largest, 0, [](double k) { return k > 0.0; }), smallest);
+    EXPECT_EQ(SmallestSurvivingStart(largest, 0, [](double) { return true; }), 0.0);
 }
 
 // With an initial proportion of 1 the first regressor is E exp(M/2). With catches of the fleet that are E

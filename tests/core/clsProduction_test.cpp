@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <random>
 
 namespace
@@ -413,6 +414,30 @@ TEST_F(Production, StartingEstimatesHoldTheSmallestKForASlowGrowth)
     EXPECT_GT(start[1].value, 0.0);
     EXPECT_LE(static_cast<double>(model.MinPop()), start[0].value);
     EXPECT_GE(static_cast<double>(model.MinPop()), smallest * (1.0 - 1e-5));
+}
+
+// With catches near the smallest float, 1.4e-45, hundredths round to nothing and halves to the even
+// neighbour; the search for the smallest K used to halve for ever.
+TEST_F(Production, CatchesNearTheSmallestFloatEndTheSearchForAStart)
+{
+    const float smallest = std::numeric_limits<float>::denorm_min();
+    Table(std::vector<float>(4, 1.0F), std::vector<float>(4, smallest));
+    Prepare(models::kSchaefer);
+    clsProduction::Estimates record{.K = static_cast<double>(8.0F * smallest), .R = 0.1};
+    ASSERT_TRUE(model.SolveStartK(record));
+    EXPECT_GE(record.K, static_cast<double>(4.0F * smallest)); // four catches of 1.4e-45, and no growth left
+    EXPECT_LE(record.K, static_cast<double>(8.0F * smallest));
+}
+
+// Without catches everything survives, down to nothing: 2^128 is halved 277 times to the smallest float and
+// once more. A stock of nothing has no growth, 0 / 0.
+TEST_F(Production, WithoutCatchesTheSmallestKIsNothingAndThatHasNoGrowth)
+{
+    Table({1.0F, 1.0F, 1.0F}, {0.0F, 0.0F, 0.0F});
+    Prepare(models::kSchaefer);
+    clsProduction::Estimates record{.K = static_cast<double>(std::numeric_limits<float>::max()), .R = 0.0};
+    EXPECT_EQ(NumberRaised([&] { model.SolveStartK(record); }), errors::kInvalidArgument);
+    EXPECT_EQ(model.Work().K, 0.0);
 }
 
 // The sum of catches is 680; both smallest K lie between 100 and 1000.
