@@ -70,6 +70,21 @@ TEST_F(Grid, CellsStandAtEvenStepsBetweenTheBounds)
     EXPECT_EQ(record.surface->yName, "r");
 }
 
+// The cells keep 64 bits, so that a flat neighbourhood of the minimum has no steps; only the range and the
+// plateau are floats. The cells used to be floats.
+TEST_F(Grid, CellsKeep64BitsAndTheRangeAndThePlateauAreFloats)
+{
+    grid.range.ContEvals = 2;
+    const auto value = [](double x, double y) { return 0.1 + 1e-12 * x + 1e-13 * y; };
+    Draw([&](double x, double y) { return x == 3.0 && y == 30.0 ? kInvalid : value(x, y); });
+    EXPECT_EQ(record.surface->z[0][0], value(1.0, 10.0));
+    EXPECT_EQ(record.surface->z[0][1], value(1.0, 30.0));
+    EXPECT_EQ(record.surface->z[1][0], value(3.0, 10.0));
+    EXPECT_EQ(record.surface->zMin, static_cast<double>(0.1F));
+    EXPECT_EQ(record.surface->zMax, static_cast<double>(0.1F));
+    EXPECT_EQ(record.surface->z[1][1], static_cast<double>(0.1F)); // 0.1F + (0.1F - 0.1F) / 9
+}
+
 TEST_F(Grid, AGridOfOneCellStandsAtTheTwoLowBounds)
 {
     grid.range.ContEvals = 1;
