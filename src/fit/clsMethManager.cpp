@@ -292,7 +292,8 @@ void clsMethManager::RunFit(bool keepInputs)
         Say(LoadResString(1909), Icon::Exclamation, Buttons::OkCancel);
         return;
     }
-    if (!keepInputs && !ChooseModel())
+    const bool noModelToKeep = m_currMethType == 0; // the first New Fit was cancelled
+    if ((!keepInputs || noModelToKeep) && !ChooseModel())
         return;
     CreateModel();
     if (!HasEnoughPoints(NeedsOf(m_currMethType).minPoints)) {

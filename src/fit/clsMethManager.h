@@ -26,8 +26,9 @@ public:
     void Reset();
 
     /// The whole way from the list of models to the report and the graphs. With `keepInputs` the model, the
-    /// inputs and the two check boxes of the former fit stand; otherwise the user picks a model and starts
-    /// from the defaults. Every way of stopping leaves no fit. Raises nothing: failures are told to the user.
+    /// inputs and the two check boxes of the former fit stand; otherwise, or when no model was ever chosen,
+    /// the user picks a model and starts from the defaults. Every way of stopping leaves no fit. Raises
+    /// nothing: failures are told to the user.
     void FitNewModel(bool keepInputs);
 
     bool MethDefined() const { return m_methDefined; }

@@ -264,6 +264,30 @@ TEST_F(Manager, NewInputParametersKeepsTheModelAndItsInputsAndShowsNoList)
     EXPECT_TRUE(manager.MethDefined());
 }
 
+// The command is offered once New Fit has run, also when the user chose no model there. There is no model to
+// keep then, and it used to fail inside.
+TEST_F(Manager, NewInputParametersAfterACancelledFirstFitAsksForTheModel)
+{
+    On(Depletion());
+    user.onSelection = nullptr; // Cancel
+    manager.FitNewModel(false);
+    ASSERT_EQ(manager.CurrMethType(), 0);
+    user.asked.clear();
+    manager.FitNewModel(true);
+    EXPECT_EQ(user.asked, std::vector<std::string>{"selection"});
+    EXPECT_TRUE(user.messages.empty());
+    ExpectNoFit();
+
+    user.asked.clear();
+    user.Picks("CONSTANT");
+    manager.FitNewModel(true);
+    EXPECT_EQ(user.asked, (std::vector<std::string>{"selection", "input params"}));
+    EXPECT_EQ(offered.WhichMeth, models::kConstantRecruitment);
+    EXPECT_EQ(offered.FitOp, fit_op::kLeastSquares);
+    EXPECT_TRUE(user.messages.empty());
+    EXPECT_TRUE(manager.MethDefined());
+}
+
 TEST_F(Manager, NewInputParametersKeepsTheTwoCheckBoxes)
 {
     On(Fishery());
