@@ -10,7 +10,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
+#include <functional>
 #include <limits>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -33,6 +36,22 @@ VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* me
     if (error.number == errors::kSubscript && !advice.empty())
         error.source = (error.source.empty() ? kFitSource : error.source) + ": " + advice;
     return error;
+}
+
+/// What `work` raised, as one failure to be told; nothing when it came to its end. A failure that is not the
+/// program's own, such as memory that runs out, ends a command like any other.
+std::optional<VeltError> FailureOf(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (const VeltError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return VeltError(errors::kOutOfMemory, "Out of memory", "");
+    } catch (const std::exception& error) {
+        return VeltError(errors::kInternal, error.what(), "");
+    }
+    return std::nullopt;
 }
 
 /// What a model needs of a data set before it is offered, and of its points before it is fitted.
@@ -319,17 +338,16 @@ void clsMethManager::RunFit(bool keepInputs)
 void clsMethManager::FitNewModel(bool keepInputs)
 {
     m_lastExcuse = excuse::kNone;
-    try {
-        RunFit(keepInputs);
-    } catch (const VeltError& error) {
-        if (m_method)
-            m_lastExcuse = m_method->Excuse();
-        const bool gaveUp = error.number == kProgramErrorBase + errors::kFitFailed;
-        m_run.reporter.HandleError(WithAdvice(error, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
-        Reset();
-        m_run.window.StatusText(m_run.globals.Ready);
-        m_run.window.HourglassOff();
-    }
+    const std::optional<VeltError> failure = FailureOf([&] { RunFit(keepInputs); });
+    if (!failure)
+        return;
+    if (m_method)
+        m_lastExcuse = m_method->Excuse();
+    const bool gaveUp = failure->number == kProgramErrorBase + errors::kFitFailed;
+    m_run.reporter.HandleError(WithAdvice(*failure, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
+    Reset();
+    m_run.window.StatusText(m_run.globals.Ready);
+    m_run.window.HourglassOff();
 }
 
 void clsMethManager::MinimisationOptions()
@@ -364,17 +382,14 @@ void clsMethManager::GenerateBootStraps()
     // Refits never draw on the contour graph; the switch is put back however the run ends.
     const bool plotEvaluations = m_method->PlotEvaluations();
     m_method->PlotEvaluations(false);
-    std::optional<VeltError> failure;
-    try {
+    const std::optional<VeltError> failure = FailureOf([this] {
         m_run.window.StatusText(m_run.globals.CalculatingBootstraps);
         m_run.window.HourglassOn();
         m_method->NumBootStraps(NumBootStraps());
         m_method->CalcBootStraps();
         if (!m_method->IsBSDone())
             throw UserCancelled("");
-    } catch (const VeltError& error) {
-        failure = error;
-    }
+    });
     m_method->PlotEvaluations(plotEvaluations);
     m_run.window.StatusText(m_run.globals.Ready);
     m_run.window.HourglassOff();

@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace
 {
@@ -432,6 +434,46 @@ TEST_F(Manager, AFailureBehindTheReportHidesItAgain)
     EXPECT_FALSE(manager.DisplayParameters());
 }
 
+namespace
+{
+/// A window whose graphs fail as told, and a session in it.
+struct FailingGraphs : RecordingWindow {
+    std::function<void()> failure;
+    void AddModelGraph(std::shared_ptr<ModelGraph>) override { failure(); }
+};
+
+const std::pair<std::function<void()>, std::string> kForeignFailures[] = {
+    {[] { throw std::bad_alloc(); }, "Out of memory"},
+    {[] { throw std::runtime_error("the disc is upside down"); }, "the disc is upside down"},
+};
+} // namespace
+
+// A failure from outside the program's own used to leave the manager in the middle of a fit.
+TEST_F(Manager, AFailureThatIsNotTheProgramsOwnEndsTheFitWithAMessageToo)
+{
+    for (const auto& [failure, text] : kForeignFailures) {
+        FailingGraphs failing;
+        failing.failure = failure;
+        user.messages.clear();
+        struct Run own {
+            user, failing, meter, random
+        };
+        clsVeltData table = Depletion().Build(own);
+        clsMethManager other(own);
+        other.Create(table);
+        user.Picks("NO RECRUITMENT");
+        EXPECT_NO_THROW(other.FitNewModel(false));
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text + "\n\n(clsMethManager_FitNewModel)");
+        EXPECT_FALSE(other.MethDefined());
+        EXPECT_EQ(other.Method(), nullptr);
+        EXPECT_FALSE(failing.reportShown);
+        EXPECT_FALSE(failing.hourglass);
+        EXPECT_EQ(failing.status.back(), "Ready...");
+        EXPECT_FALSE(table.ColPresent(columns::PopNums));
+    }
+}
+
 TEST_F(Manager, ResetForgetsTheFitAndKeepsTheInputs)
 {
     On(Depletion());
@@ -619,6 +661,52 @@ TEST_F(Intervals, ACancelledRunLeavesTheFitWithoutBootstrapsAndTheLevelsCannotBe
     EXPECT_EQ(user.messages[0].text, "Generate Bootstraps before calculating Confidence Intervals");
     EXPECT_EQ(user.messages[0].icon, Icon::Information);
     EXPECT_FALSE(Asked("range"));
+}
+
+// The fit stays, its bootstraps do not, and the contour switch is put back.
+TEST_F(Intervals, AFailureThatIsNotTheProgramsOwnEndsTheRunWithAMessageToo)
+{
+    struct FailingMeter : RecordingMeter {
+        std::function<void()> failure;
+        void Value(int now) override
+        {
+            if (failure && now == 3)
+                failure();
+        }
+    } failing;
+    struct Run own {
+        user, window, failing, random
+    };
+    clsVeltData table = Fishery().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.onContourRange = [](ContourRange& range) {
+        range.ContEvals = 2;
+        range.Param1Hi = 50000.0;
+        return true;
+    };
+    user.Picks("PROD. MODEL(SCHAEFER)");
+    change = [](InputParams& params) { params.PlotEvaluations = true; };
+    other.FitNewModel(false);
+    ASSERT_TRUE(other.MethDefined());
+    const float k = other.K();
+    other.NumBootStraps(5);
+    for (const auto& [failure, text] : kForeignFailures) {
+        failing.failure = nullptr;
+        other.GenerateBootStraps();
+        ASSERT_TRUE(other.IsBSDone());
+        failing.failure = failure;
+        user.messages.clear();
+        EXPECT_NO_THROW(other.GenerateBootStraps());
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text);
+        EXPECT_TRUE(other.MethDefined());
+        EXPECT_EQ(other.K(), k);
+        EXPECT_FALSE(other.IsBSDone());
+        EXPECT_TRUE(other.Method()->PlotEvaluations());
+        EXPECT_FALSE(window.hourglass);
+        EXPECT_EQ(window.status.back(), "Ready...");
+    }
 }
 
 TEST_F(Intervals, WithoutAModelTheLevelsCannotBeAskedEither)
