@@ -21,6 +21,12 @@ namespace
 {
 const std::string kFitSource = "clsMethManager_FitNewModel";
 
+/// Whether the biomass behind the replacement yield would stand before period 1.
+bool LagTooLong(const IMethod& method, const clsVeltData& data)
+{
+    return models::IsProduction(method.WhichMeth()) && method.LAG() > data.NAPoints();
+}
+
 /// A subscript says nothing to a user; where the table or the lag is the cause, the source is told with it.
 VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* method)
 {
@@ -31,7 +37,7 @@ VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* me
     if (data.NAPoints() > kMostPeriods)
         advice = "the table has " + periods + " and at most " + std::to_string(kMostPeriods) +
                  " can be fitted. Take a row out of the table.";
-    else if (method != nullptr && method->LAG() > data.NAPoints())
+    else if (method != nullptr && LagTooLong(*method, data))
         advice = "the time lag is longer than the " + periods + " of the table. Choose a shorter one.";
     if (error.number == errors::kSubscript && !advice.empty())
         error.source = (error.source.empty() ? kFitSource : error.source) + ": " + advice;
@@ -291,17 +297,21 @@ void clsMethManager::Fit()
     m_run.window.HourglassOff();
 }
 
+void clsMethManager::TakeDefaultInputs()
+{
+    m_naturalMortality = kDefaultMortality;
+    m_errorModel = fit_op::kLeastSquares;
+    m_lag = 0.0F;
+    m_initialProportion = kDefaultProportion;
+    m_z = kDefaultZ;
+}
+
 void clsMethManager::RunFit(bool keepInputs)
 {
     const bool setStartingEstimates = keepInputs && m_setStartingEstimates;
     const bool plotEvaluations = keepInputs && m_plotEvaluations;
-    if (!keepInputs) {
-        m_naturalMortality = kDefaultMortality;
-        m_errorModel = fit_op::kLeastSquares;
-        m_lag = 0.0F;
-        m_initialProportion = kDefaultProportion;
-        m_z = kDefaultZ;
-    }
+    if (!keepInputs)
+        TakeDefaultInputs();
     Reset();
     m_setStartingEstimates = setStartingEstimates;
     m_plotEvaluations = plotEvaluations;
@@ -326,6 +336,8 @@ void clsMethManager::RunFit(bool keepInputs)
     }
     m_run.window.YieldToEvents();
     PushInputParameters();
+    if (LagTooLong(*m_method, *m_data))
+        RaiseSubscript(); // now, and not behind a search whose answer would have no replacement yield
     m_method->CalcDiscCatches();
     if (!Start()) {
         m_methDefined = false;

@@ -120,6 +120,7 @@ private:
     void PushInputParameters();
     void PullResults();
     void Fit();
+    void TakeDefaultInputs();
     void RunFit(bool keepInputs);
     std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;

@@ -220,6 +220,42 @@ TEST_F(Manager, TheResultsAreCopiesOfTheModelsReportValues)
     EXPECT_EQ(manager.LAG(), 1.0F);
 }
 
+// The replacement yield is that of the biomass a lag before the end, so that no fit of a longer lag can
+// arrive. The search used to run first and to end as it happened, in a division by zero or a logarithm of
+// nothing.
+TEST_F(Manager, ALagLongerThanTheTableIsRefusedBeforeTheSearchByEveryProductionModel)
+{
+    for (const std::string model : {"PROD. MODEL(FOX)", "PROD. MODEL(SCHAEFER)", "PROD. MODEL(PELLA"}) {
+        for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+            On(Fishery());
+            user.messages.clear();
+            window.status.clear();
+            Fit(model, [fitOp](InputParams& params) {
+                params.FitOp = fitOp;
+                params.TimeLag = 13;
+            });
+            ASSERT_EQ(user.messages.size(), 1U);
+            EXPECT_EQ(
+                user.messages[0].text,
+                "Subscript out of range\n\n(clsMethManager_FitNewModel: the time lag is longer than the "
+                "12 periods of the table. Choose a shorter one.)");
+            EXPECT_EQ(window.status, std::vector<std::string>{"Ready..."});
+            ExpectNoFit();
+        }
+    }
+}
+
+TEST_F(Manager, ALagAsLongAsTheTableIsSearchedForAndADepletionModelReadsNone)
+{
+    On(Fishery());
+    Fit("PROD. MODEL(SCHAEFER)", [](InputParams& params) { params.TimeLag = 12; });
+    EXPECT_EQ(std::count(window.status.begin(), window.status.end(), "Computing Model Parameters ..."), 1);
+
+    On(Depletion());
+    Fit("NO RECRUITMENT", [](InputParams& params) { params.TimeLag = 13; });
+    EXPECT_TRUE(manager.MethDefined());
+}
+
 TEST_F(Manager, ANewFitStartsFromTheDefaults)
 {
     On(Fishery());
