@@ -53,6 +53,16 @@ protected:
         return TableBuilder().Effort({10, 10, 10, 10, 10}).Catch({10, 21, 29, 41, 50});
     }
 
+    /// Four periods with the columns of every model.
+    static TableBuilder Depletion4()
+    {
+        return TableBuilder()
+            .Effort({10, 12, 9, 11})
+            .Catch({169, 124, 66, 51})
+            .Recruits({1, 2, 1, 3})
+            .Yield({169, 124, 66, 51});
+    }
+
     static TableBuilder Fishery()
     {
         return TableBuilder()
@@ -148,6 +158,51 @@ TEST_F(Manager, TooFewPointsAreToldAfterTheChoiceOfTheModel)
     EXPECT_EQ(user.asked, (std::vector<std::string>{"selection", "input params"}));
     EXPECT_TRUE(user.messages.empty());
     ExpectNoFit();
+}
+
+// Two points are enough for a regression on two columns, three for the others.
+TEST_F(Manager, EachModelHasItsOwnLeastNumberOfPoints)
+{
+    const std::pair<std::string, int> leastPoints[] = {{"NO RECRUITMENT", 2},   {"RECRUITMENT INDEX", 3},
+                                                       {"CONSTANT", 2},         {"PROD. MODEL(FOX)", 3},
+                                                       {"PROD. MODEL(SCHA", 3}, {"PROD. MODEL(PELLA", 3}};
+    user.onInputParams = nullptr; // Cancel
+    for (const auto& [model, least] : leastPoints) {
+        for (const int points : {least - 1, least}) {
+            // Four periods, of which only the first ones are in the fit.
+            TableBuilder table = Depletion4();
+            for (int row = points + 1; row <= 4; ++row)
+                table.ToggleOut(row);
+            On(table);
+            user.asked.clear();
+            user.messages.clear();
+            user.Picks(model);
+            manager.FitNewModel(false);
+            const bool enough = points == least;
+            EXPECT_EQ(Asked("input params"), enough) << model << points;
+            EXPECT_EQ(user.Saw("Not Enough Data Points for this model"), !enough) << model << points;
+            ExpectNoFit();
+        }
+    }
+}
+
+// The count that stands in the data set may be that of other columns, or of before a point was toggled.
+TEST_F(Manager, ThePointsAreCountedByTheModelAndNotTakenFromTheDataSet)
+{
+    user.onInputParams = nullptr; // Cancel
+    for (const bool enough : {false, true}) {
+        TableBuilder table = Depletion4().ToggleOut(4).ToggleOut(3);
+        On(enough ? table : table.ToggleOut(2));
+        data.NNtPoints(enough ? 0 : 99); // stale
+        user.asked.clear();
+        user.messages.clear();
+        user.Picks("NO RECRUITMENT");
+        manager.FitNewModel(false);
+        EXPECT_EQ(user.asked.at(0), "selection");
+        EXPECT_EQ(Asked("input params"), enough);
+        EXPECT_EQ(user.Saw("Not Enough Data Points"), !enough);
+        EXPECT_EQ(data.NNtPoints(), enough ? 2 : 1);
+    }
 }
 
 TEST_F(Manager, AFitShowsTheReportBeforeTheGraphsAndEndsReady)
@@ -483,6 +538,65 @@ const std::pair<std::function<void()>, std::string> kForeignFailures[] = {
     {[] { throw std::runtime_error("the disc is upside down"); }, "the disc is upside down"},
 };
 } // namespace
+
+// A failure that names no operation is told with the manager's own, one that does keeps it; where the fit
+// gave up nothing of the kind helps the user.
+TEST_F(Manager, TheSourceOfAFailureIsTheManagersUnlessItNamesOneOrTheFitGaveUp)
+{
+    struct FailingReport : RecordingWindow {
+        std::optional<VeltError> failure;
+        void ShowParameterReport(const ParameterReport* report) override
+        {
+            RecordingWindow::ShowParameterReport(report);
+            if (report != nullptr)
+                throw *failure;
+        }
+    } failing;
+    const std::pair<VeltError, std::string> told[] = {
+        {VeltError(errors::kOverflow, "Overflow", ""), "Overflow\n\n(clsMethManager_FitNewModel)"},
+        {VeltError(errors::kOverflow, "Overflow", "clsThere_Where"), "Overflow\n\n(clsThere_Where)"},
+        {ProgramError(errors::kFitFailed, "No fit.", ""), "No fit."}};
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    for (const auto& [failure, text] : told) {
+        failing.failure = failure;
+        user.messages.clear();
+        other.FitNewModel(false);
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text);
+        EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
+        EXPECT_FALSE(other.MethDefined());
+    }
+}
+
+// The graphs come last, behind a report that is on screen already.
+TEST_F(Manager, GraphsThatCannotBeBuiltTakeTheReportAndTheFitWithThem)
+{
+    FailingGraphs failing;
+    failing.failure = [] { RaiseOverflow(); };
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    other.FitNewModel(false);
+    EXPECT_EQ(failing.events, (std::vector<std::string>{"ShowParameterReport", "HideParameterReport"}));
+    ASSERT_EQ(user.messages.size(), 1U);
+    EXPECT_EQ(user.messages[0].text, "Overflow\n\n(clsSingleCohort_BuildModelGraphs)");
+    EXPECT_EQ(other.Method(), nullptr);
+    EXPECT_FALSE(other.MethDefined());
+    EXPECT_FALSE(failing.reportShown);
+    EXPECT_FALSE(failing.hourglass);
+    EXPECT_EQ(failing.status.back(), "Ready...");
+    EXPECT_FALSE(table.ColPresent(columns::PopNums)); // the columns of the fit are dropped
+}
 
 // A failure from outside the program's own used to leave the manager in the middle of a fit.
 TEST_F(Manager, AFailureThatIsNotTheProgramsOwnEndsTheFitWithAMessageToo)
