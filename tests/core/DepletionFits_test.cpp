@@ -58,3 +58,29 @@ TYPED_TEST(DepletionFits, ARegressionAfterASearchOnOneObjectIsThatOfANewObject)
         EXPECT_TRUE(details.fittedExists);
     }
 }
+
+// The minimiser works on values of the precision of a float, and on parameters cut to floats.
+TYPED_TEST(DepletionFits, AnObjectiveTakesAndAnswersFloats)
+{
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        ModelBench<TypeParam> bench(DataFor<TypeParam>());
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        std::vector<double> exact, cut;
+        for (const NamedValue& start : bench.model.Details().initEsts) {
+            if (start.name == "Q")
+                continue; // not searched
+            exact.push_back(std::nextafter(static_cast<double>(static_cast<float>(1.1 * start.value)), 1e30));
+            cut.push_back(static_cast<float>(exact.back()));
+            ASSERT_NE(exact.back(), cut.back());
+        }
+        bench.model.m.GammaNu = 1.0;
+        const double value = bench.model.INelMead_MinFunc(exact);
+        EXPECT_LT(std::fabs(value), 1e10);
+        EXPECT_EQ(value, static_cast<double>(static_cast<float>(value)));
+        const double nu = bench.model.m.GammaNu;
+        bench.model.m.GammaNu = 1.0; // the same shape to start from
+        EXPECT_EQ(bench.model.INelMead_MinFunc(cut), value);
+        EXPECT_EQ(bench.model.m.GammaNu, nu);
+        EXPECT_EQ(bench.model.Nt(1), static_cast<float>(cut.at(0)));
+    }
+}

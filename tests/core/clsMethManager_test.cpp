@@ -435,6 +435,31 @@ TEST_F(Manager, AFailedStartOfAProductionModelGoesToManualStartsUnderEveryErrorM
     }
 }
 
+// A last period out of the fit takes 1e35 fish, which no start and no doublings of it survive.
+TEST_F(Manager, AFailedStartUnderLogOrGammaOfADepletionModelGoesToAManualStart)
+{
+    const TableBuilder table = TableBuilder()
+                                   .Effort({10, 12, 9, 11, 13, 10, 12})
+                                   .CatchNums({169, 124, 66, 51, 42, 20, 16})
+                                   .TotalNums({169, 124, 66, 51, 42, 20, 1e35})
+                                   .ToggleOut(7);
+    for (const std::string model : {"NO RECRUITMENT", "CONSTANT"}) {
+        for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+            On(table);
+            user.messages.clear();
+            user.asked.clear();
+            Fit(model, [fitOp](InputParams& params) { params.FitOp = fitOp; });
+            ASSERT_EQ(user.messages.size(), 2U);
+            EXPECT_EQ(user.messages[0].text, "Unable to get starting estimates");
+            const bool regression = fitOp == fit_op::kLeastSquares;
+            EXPECT_EQ(user.messages[1].text,
+                      regression ? "Please try another model." : "Please enter starting estimates manually");
+            EXPECT_EQ(user.asked.back().starts_with("input box: "), !regression);
+            ExpectNoFit(); // the box was cancelled
+        }
+    }
+}
+
 TEST_F(Manager, ACancelAtTheStartingValuesEndsTheFit)
 {
     On(Fishery());

@@ -55,6 +55,22 @@ TEST_F(Production, ANewModelIsASchaeferModelOfWeightsWithTheContourViewOn)
     EXPECT_EQ(model.MethTitle(), "PRODUCTION MODEL");
 }
 
+TEST_F(Production, CatchesAreWeightsAlsoWhereThereAreNumbers)
+{
+    data = TableBuilder()
+               .Effort({1, 1, 1})
+               .CatchNums({7, 8, 9})
+               .TotalNums({70, 80, 90})
+               .CatchWt({1, 2, 3})
+               .TotalWt({10, 20, 30})
+               .Build(run);
+    Prepare(models::kSchaefer);
+    EXPECT_FALSE(model.UsingNos());
+    EXPECT_EQ(model.CatchVector(2), 2.0F);
+    EXPECT_EQ(model.ObsTCatchRef(2), 20.0F);
+    EXPECT_EQ(model.CatchRef(2), 20.0F);
+}
+
 TEST_F(Production, BootstrapsFillKQRAndTheTwoYields)
 {
     const bool filled[] = {true, true, true, false, false, false, true, true};

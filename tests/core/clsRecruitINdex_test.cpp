@@ -121,6 +121,27 @@ TEST(clsRecruitINdex, APeriodExcludedByZeroEffortKeepsItsMeanButHasNoExpectedCat
 }
 
 // Deliberate: the first term enters the sum whatever the toggle says, later ones only when toggled in.
+// Without effort there was no fleet: what its catch cell holds must not move anything.
+TEST(clsRecruitINdex, APeriodExcludedByZeroEffortTakesNoPartInTheRegression)
+{
+    const SimulatedStock stock = Truth();
+    std::vector<double> effort = stock.effort;
+    effort[3] = 0.0;
+    const std::vector<double> total = stock.Catches(0.1);
+    std::vector<std::vector<double>> fits;
+    for (const double fleet : {0.0, 1e6}) {
+        std::vector<double> catches = total;
+        catches[3] = fleet;
+        IndexBench bench(
+            TableBuilder().Effort(effort).CatchNums(catches).TotalNums(total).Recruits(stock.index));
+        fits.push_back(bench.Fit(fit_op::kLeastSquares, 0.2));
+        fits.back().push_back(bench.model.Details().var);
+        fits.back().push_back(bench.model.m.LsqSumSq);
+    }
+    ASSERT_EQ(fits[0].size(), 6U); // with the mean residual and the sum of squares
+    EXPECT_EQ(fits[0], fits[1]);
+}
+
 TEST(clsRecruitINdex, PeriodOneToggledOutStillEntersTheSumOthersDoNot)
 {
     IndexBench bench(ThreePeriods().ToggleOut(1).ToggleOut(3));
