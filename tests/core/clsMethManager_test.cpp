@@ -964,12 +964,22 @@ TEST_F(Intervals, LevelsThatNoDialogSetEndInNineTooAndStay)
 {
     Fitted(20);
     manager.GenerateBootStraps();
+    ASSERT_TRUE(Enter(0.2, 0.8)); // shown, and so no longer to be put back
+    manager.DisplayBootStrapHistograms();
     for (const float level : {-0.5F, 1.2F}) {
         manager.CILow(level);
         EXPECT_EQ(FailureOf([&] { manager.LowerCILimit(bs_param::kQ); }), errors::kSubscript);
         EXPECT_EQ(FailureOf([&] { manager.DisplayBootStrapHistograms(); }), errors::kSubscript);
         EXPECT_EQ(manager.CILow(), level);
     }
+
+    ASSERT_TRUE(Enter(0.2, 0.8)); // never shown, and gone with its fit
+    Fit("NO RECRUITMENT");
+    manager.GenerateBootStraps();
+    manager.CILow(1.2F);
+    EXPECT_EQ(FailureOf([&] { manager.DisplayBootStrapHistograms(); }), errors::kSubscript);
+    EXPECT_EQ(manager.CILow(), 1.2F);
+    EXPECT_EQ(manager.CIHigh(), 0.975F);
 }
 
 // A report that cannot be shown leaves the levels of before, too.

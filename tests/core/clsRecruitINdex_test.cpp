@@ -134,6 +134,8 @@ TEST(clsRecruitINdex, APeriodExcludedByZeroEffortTakesNoPartInTheRegression)
         catches[3] = fleet;
         IndexBench bench(
             TableBuilder().Effort(effort).CatchNums(catches).TotalNums(total).Recruits(stock.index));
+        bench.data.ToggledIn(4, true); // as it was before the effort was taken out
+        bench.model.SetColumnRefs();
         fits.push_back(bench.Fit(fit_op::kLeastSquares, 0.2));
         fits.back().push_back(bench.model.Details().var);
         fits.back().push_back(bench.model.m.LsqSumSq);
