@@ -24,8 +24,10 @@ inline constexpr std::uint32_t kFitFailed = 2253;
 // Runtime failures.
 inline constexpr std::uint32_t kInvalidArgument = 5;
 inline constexpr std::uint32_t kOverflow = 6;
+inline constexpr std::uint32_t kOutOfMemory = 7;
 inline constexpr std::uint32_t kSubscript = 9;
 inline constexpr std::uint32_t kDivisionByZero = 11;
+inline constexpr std::uint32_t kInternal = 51; ///< raised by none of the program's own operations
 inline constexpr std::uint32_t kHourGlass = 13001;
 } // namespace errors
 

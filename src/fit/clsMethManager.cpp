@@ -10,12 +10,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
+#include <functional>
+#include <limits>
+#include <new>
 #include <optional>
 #include <utility>
 
 namespace
 {
 const std::string kFitSource = "clsMethManager_FitNewModel";
+
+/// Whether the biomass behind the replacement yield would stand before period 1.
+bool LagTooLong(const IMethod& method, const clsVeltData& data)
+{
+    return models::IsProduction(method.WhichMeth()) && method.LAG() > data.NAPoints();
+}
 
 /// A subscript says nothing to a user; where the table or the lag is the cause, the source is told with it.
 VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* method)
@@ -27,11 +37,27 @@ VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* me
     if (data.NAPoints() > kMostPeriods)
         advice = "the table has " + periods + " and at most " + std::to_string(kMostPeriods) +
                  " can be fitted. Take a row out of the table.";
-    else if (method != nullptr && method->LAG() > data.NAPoints())
+    else if (method != nullptr && LagTooLong(*method, data))
         advice = "the time lag is longer than the " + periods + " of the table. Choose a shorter one.";
     if (error.number == errors::kSubscript && !advice.empty())
         error.source = (error.source.empty() ? kFitSource : error.source) + ": " + advice;
     return error;
+}
+
+/// What `work` raised, as one failure to be told; nothing when it came to its end. A failure that is not the
+/// program's own, such as memory that runs out, ends a command like any other.
+std::optional<VeltError> FailureOf(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (const VeltError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return VeltError(errors::kOutOfMemory, "Out of memory", "");
+    } catch (const std::exception& error) {
+        return VeltError(errors::kInternal, error.what(), "");
+    }
+    return std::nullopt;
 }
 
 /// What a model needs of a data set before it is offered, and of its points before it is fitted.
@@ -56,6 +82,14 @@ constexpr float kDefaultProportion = 1.0F;
 constexpr float kDefaultZ = 1.0F;
 constexpr int kHelpTooFewPoints = 20;
 constexpr std::int32_t kCPUECode = 16; // the column code of catch / effort in data plots
+
+/// A level as it is kept. \throws VeltError 9 for one that is no number or too large: it has no position
+float LevelOf(double entered)
+{
+    if (!(std::fabs(entered) <= static_cast<double>(std::numeric_limits<float>::max())))
+        RaiseSubscript();
+    return checked::ToFloat(entered);
+}
 } // namespace
 
 clsMethManager::clsMethManager(Run& run) : m_run(run) {}
@@ -87,6 +121,7 @@ void clsMethManager::Reset()
         m_run.window.ShowParameterReport(nullptr); // the wish to see the report outlives the fit
     m_ciLow = 0.025F;
     m_ciHigh = 0.975F;
+    m_levelsBefore.reset();
 }
 
 void clsMethManager::Say(const std::string& text, Icon icon, Buttons buttons, int helpContext)
@@ -262,17 +297,21 @@ void clsMethManager::Fit()
     m_run.window.HourglassOff();
 }
 
+void clsMethManager::TakeDefaultInputs()
+{
+    m_naturalMortality = kDefaultMortality;
+    m_errorModel = fit_op::kLeastSquares;
+    m_lag = 0.0F;
+    m_initialProportion = kDefaultProportion;
+    m_z = kDefaultZ;
+}
+
 void clsMethManager::RunFit(bool keepInputs)
 {
     const bool setStartingEstimates = keepInputs && m_setStartingEstimates;
     const bool plotEvaluations = keepInputs && m_plotEvaluations;
-    if (!keepInputs) {
-        m_naturalMortality = kDefaultMortality;
-        m_errorModel = fit_op::kLeastSquares;
-        m_lag = 0.0F;
-        m_initialProportion = kDefaultProportion;
-        m_z = kDefaultZ;
-    }
+    if (!keepInputs)
+        TakeDefaultInputs();
     Reset();
     m_setStartingEstimates = setStartingEstimates;
     m_plotEvaluations = plotEvaluations;
@@ -282,7 +321,8 @@ void clsMethManager::RunFit(bool keepInputs)
         Say(LoadResString(1909), Icon::Exclamation, Buttons::OkCancel);
         return;
     }
-    if (!keepInputs && !ChooseModel())
+    const bool noModelToKeep = m_currMethType == 0; // the first New Fit was cancelled
+    if ((!keepInputs || noModelToKeep) && !ChooseModel())
         return;
     CreateModel();
     if (!HasEnoughPoints(NeedsOf(m_currMethType).minPoints)) {
@@ -296,6 +336,8 @@ void clsMethManager::RunFit(bool keepInputs)
     }
     m_run.window.YieldToEvents();
     PushInputParameters();
+    if (LagTooLong(*m_method, *m_data))
+        RaiseSubscript(); // now, and not behind a search whose answer would have no replacement yield
     m_method->CalcDiscCatches();
     if (!Start()) {
         m_methDefined = false;
@@ -308,17 +350,16 @@ void clsMethManager::RunFit(bool keepInputs)
 void clsMethManager::FitNewModel(bool keepInputs)
 {
     m_lastExcuse = excuse::kNone;
-    try {
-        RunFit(keepInputs);
-    } catch (const VeltError& error) {
-        if (m_method)
-            m_lastExcuse = m_method->Excuse();
-        const bool gaveUp = error.number == kProgramErrorBase + errors::kFitFailed;
-        m_run.reporter.HandleError(WithAdvice(error, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
-        Reset();
-        m_run.window.StatusText(m_run.globals.Ready);
-        m_run.window.HourglassOff();
-    }
+    const std::optional<VeltError> failure = FailureOf([&] { RunFit(keepInputs); });
+    if (!failure)
+        return;
+    if (m_method)
+        m_lastExcuse = m_method->Excuse();
+    const bool gaveUp = failure->number == kProgramErrorBase + errors::kFitFailed;
+    m_run.reporter.HandleError(WithAdvice(*failure, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
+    Reset();
+    m_run.window.StatusText(m_run.globals.Ready);
+    m_run.window.HourglassOff();
 }
 
 void clsMethManager::MinimisationOptions()
@@ -353,17 +394,14 @@ void clsMethManager::GenerateBootStraps()
     // Refits never draw on the contour graph; the switch is put back however the run ends.
     const bool plotEvaluations = m_method->PlotEvaluations();
     m_method->PlotEvaluations(false);
-    std::optional<VeltError> failure;
-    try {
+    const std::optional<VeltError> failure = FailureOf([this] {
         m_run.window.StatusText(m_run.globals.CalculatingBootstraps);
         m_run.window.HourglassOn();
         m_method->NumBootStraps(NumBootStraps());
         m_method->CalcBootStraps();
         if (!m_method->IsBSDone())
             throw UserCancelled("");
-    } catch (const VeltError& error) {
-        failure = error;
-    }
+    });
     m_method->PlotEvaluations(plotEvaluations);
     m_run.window.StatusText(m_run.globals.Ready);
     m_run.window.HourglassOff();
@@ -390,24 +428,46 @@ bool clsMethManager::GetUserConfidenceIntervals()
         Say(LoadResString(1946));
         return false;
     }
-    m_ciHigh = checked::ToFloat(question.high);
-    m_ciLow = checked::ToFloat(question.low);
+    const Levels entered{.low = LevelOf(question.low), .high = LevelOf(question.high)};
+    m_levelsBefore = Levels{.low = m_ciLow, .high = m_ciHigh};
+    m_ciLow = entered.low;
+    m_ciHigh = entered.high;
     return true;
 }
 
 void clsMethManager::DisplayBootStrapHistograms()
 {
-    m_run.window.ClearGraphs(true);
-    m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
-    DisplayParameters(true);
+    try {
+        LimitPosition(m_ciLow); // before any graph goes
+        LimitPosition(m_ciHigh);
+        m_run.window.ClearGraphs(true);
+        m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
+        DisplayParameters(true);
+    } catch (...) {
+        if (m_levelsBefore) { // every further report would fail by them
+            m_ciLow = m_levelsBefore->low;
+            m_ciHigh = m_levelsBefore->high;
+            m_levelsBefore.reset();
+        }
+        throw;
+    }
+    m_levelsBefore.reset();
+}
+
+std::int32_t clsMethManager::LimitPosition(float level) const
+{
+    const std::int32_t replicates = m_method->NumBootStraps();
+    const double position = std::nearbyint(replicates * static_cast<double>(level)); // ties to even
+    if (position == 0.0)
+        return 1;
+    if (!(position >= 1.0 && position <= replicates))
+        RaiseSubscript();
+    return static_cast<std::int32_t>(position);
 }
 
 float clsMethManager::CILimit(std::int32_t parameter, float level) const
 {
-    // The nearest position, ties to even, without interpolation.
-    const auto position =
-        static_cast<std::int32_t>(std::nearbyint(m_method->NumBootStraps() * static_cast<double>(level)));
-    return m_method->SortedBootStrap(parameter, position == 0 ? 1 : position);
+    return m_method->SortedBootStrap(parameter, LimitPosition(level));
 }
 
 float clsMethManager::UpperCILimit(std::int32_t parameter) const

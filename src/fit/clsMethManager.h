@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,8 +26,9 @@ public:
     void Reset();
 
     /// The whole way from the list of models to the report and the graphs. With `keepInputs` the model, the
-    /// inputs and the two check boxes of the former fit stand; otherwise the user picks a model and starts
-    /// from the defaults. Every way of stopping leaves no fit. Raises nothing: failures are told to the user.
+    /// inputs and the two check boxes of the former fit stand; otherwise, or when no model was ever chosen,
+    /// the user picks a model and starts from the defaults. Every way of stopping leaves no fit. Raises
+    /// nothing: failures are told to the user.
     void FitNewModel(bool keepInputs);
 
     bool MethDefined() const { return m_methDefined; }
@@ -40,9 +42,15 @@ public:
     void MinimisationOptions();
 
     void GenerateBootStraps();
-    /// \return whether new levels were accepted
+    /// \return whether new levels were accepted \throws VeltError 9 for a level that is no 32-bit number,
+    /// with
+    ///         the levels as they were
     bool GetUserConfidenceIntervals();
+    /// Histograms and report at the levels. \throws VeltError 9 when a level has no position among the
+    ///         replicates; after any failure the levels are those from before the dialog
     void DisplayBootStrapHistograms();
+    /// The replicate at the position nearest to level times count, without interpolation; position 0 is
+    /// taken for 1. \throws VeltError 9 for any other position outside 1 to the count
     float UpperCILimit(std::int32_t parameter) const;
     float LowerCILimit(std::int32_t parameter) const;
 
@@ -97,6 +105,11 @@ public:
     const Run& TheRun() const { return m_run; }
 
 private:
+    struct Levels {
+        float low;
+        float high;
+    };
+
     void BuildModelList();
     bool HasEnoughPoints(std::int32_t needed) const;
     bool ChooseModel();
@@ -107,7 +120,9 @@ private:
     void PushInputParameters();
     void PullResults();
     void Fit();
+    void TakeDefaultInputs();
     void RunFit(bool keepInputs);
+    std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;
     void Say(const std::string& text, Icon icon = Icon::Exclamation, Buttons buttons = Buttons::Ok,
              int helpContext = 0);
@@ -122,6 +137,7 @@ private:
     bool m_projWithFit = false;
     float m_ciHigh = 0.975F;
     float m_ciLow = 0.025F;
+    std::optional<Levels> m_levelsBefore; ///< from before the dialog, until the new ones have been shown
     float m_naturalMortality = 0.2F;
     float m_initialProportion = 1.0F;
     float m_lag = 0.0F;

@@ -46,7 +46,7 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
     const float dx = step(range.Param1Lo, range.Param1Hi);
     const float dy = step(range.Param2Lo, range.Param2Hi);
 
-    std::vector<std::vector<std::optional<float>>> cells(points, std::vector<std::optional<float>>(points));
+    std::vector<std::vector<std::optional<double>>> cells(points, std::vector<std::optional<double>>(points));
     ContourSurface surface;
     float zMin = 1e20F;
     float zMax = -1e20F;
@@ -60,10 +60,10 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
             const double value = objective(surface.x[i], surface.y[j]);
             if (!(value < kInvalid))
                 continue;
-            cells[i][j] = ToFloat(value);
+            cells[i][j] = value;
             nothingDrawn = false;
-            zMin = std::min(zMin, *cells[i][j]);
-            zMax = std::max(zMax, *cells[i][j]);
+            zMin = std::min(zMin, ToFloat(value)); // the range alone is in 32 bits
+            zMax = std::max(zMax, ToFloat(value));
         }
         meter.Done(static_cast<int>(i) + 1, cancelSource);
     }
@@ -74,7 +74,7 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
     for (const auto& column : cells) {
         surface.z.emplace_back();
         for (const auto& cell : column)
-            surface.z.back().push_back(static_cast<double>(cell.value_or(plateau)));
+            surface.z.back().push_back(cell.value_or(static_cast<double>(plateau)));
     }
     surface.plateau = static_cast<double>(plateau);
     surface.zMin = static_cast<double>(zMin);

@@ -268,14 +268,16 @@ bool MethodCommon::StartFromRegression(CatchRegression& regression, double& firs
         first = static_cast<double>(m.TotCatchSum);
         m.StartEstKind = 3;
     }
-    run(first, q);
+    double start = first; // a box for starting values must not stand at 99 doublings that did not help
+    run(start, q);
     const bool survives = DoubleUntilItSurvives([&] {
-        first *= 2.0;
+        start *= 2.0;
         m.StartEstKind = 3;
-        run(first, q);
+        run(start, q);
     });
     if (!survives)
         return fail(excuse::kNoStart);
+    first = start;
     if (q < 0.0)
         q = LnFitComputeQ(m);
     return true;

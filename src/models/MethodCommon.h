@@ -132,7 +132,8 @@ protected:
     bool DoubleUntilItSurvives(const std::function<void()>& doubleStart);
 
     /// Starting estimates of a depletion model with one searched parameter: b1 = q `first` and b2 = -q by the
-    /// regression, repaired until the trajectory survives. Fills both; on false Excuse says why.
+    /// regression, repaired until the trajectory survives. Fills both; on false Excuse says why, and both are
+    /// what the regression gave (the total catch for a negative `first`).
     /// \param run takes both into the working estimates and runs the trajectory
     /// \param afterFirstRun what the model does at the regression's own trajectory
     bool StartFromRegression(CatchRegression& regression, double& first, double& q,

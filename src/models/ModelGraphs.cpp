@@ -170,12 +170,17 @@ namespace
 constexpr int kClasses = 50;
 
 /// Positions among the sorted values that the levels cut off; plain cuts towards zero of the 64-bit products
-/// of the 32-bit levels.
+/// of the 32-bit levels. \throws VeltError 9 for a level that is no number
 std::pair<int, int> CountedPositions(float low, float high, int replicates)
 {
-    const int a = std::clamp(static_cast<int>(static_cast<double>(low) * replicates) + 1, 1, replicates);
-    const int b = std::clamp(static_cast<int>(static_cast<double>(high) * replicates), a, replicates);
-    return {a, b};
+    if (std::isnan(low) || std::isnan(high))
+        RaiseSubscript();
+    const auto cut = [replicates](float level, double least) { // bounded before it becomes a whole number
+        const double whole = std::trunc(static_cast<double>(level) * replicates);
+        return std::clamp(whole, least, static_cast<double>(replicates));
+    };
+    const int a = std::min(static_cast<int>(cut(low, 0.0)) + 1, replicates);
+    return {a, static_cast<int>(cut(high, a))};
 }
 
 std::shared_ptr<ModelGraph> Histogram(const ModelState& m, const clsBootStrap& boot, int parameter, int a,

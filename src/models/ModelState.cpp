@@ -200,8 +200,9 @@ double LSQVariance(const ModelState& m)
 
 double SmallestSurvivingStart(double good, int maxRounds, const std::function<bool(double)>& survives)
 {
+    const int most = maxRounds == 0 ? kMostHalvings<double> : maxRounds;
     double bad = 0.0;
-    for (int round = 0; (maxRounds == 0 || round < maxRounds) && good - bad > 0.01 * good; ++round) {
+    for (int round = 0; round < most && good - bad > 0.01 * good; ++round) {
         const double middle = (good + bad) / 2.0;
         (survives(middle) ? good : bad) = middle;
     }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 
 /// The state that the four models share, and what can be computed from it alone. The widths are part of the
 /// design: per-period vectors are 32-bit floats on purpose, and the engines see values of that precision.
@@ -109,6 +110,13 @@ void WriteCPUESeries(ModelState& m, const std::function<double(int)>& meanPop);
 /// The terms are not squared: what least squares stores as variance is the mean residual. Deliberate.
 double LSQVariance(const ModelState& m);
 
+/// So many halvings take the largest number of this width to the smallest and then to 0. A bisection that has
+/// gone on longer stands between two neighbours, where halves round to either of them.
+template <typename Width>
+inline constexpr int kMostHalvings =
+    std::numeric_limits<Width>::max_exponent - std::numeric_limits<Width>::min_exponent +
+    std::numeric_limits<Width>::digits + 1;
+
 /// The smallest start that survives: a bisection between 0 and `good` to 1 % of the answer.
-/// \param maxRounds 0 for no limit \param survives runs the trajectory from a start
+/// \param maxRounds 0 for no limit but that of the numbers \param survives runs the trajectory from a start
 double SmallestSurvivingStart(double good, int maxRounds, const std::function<bool(double)>& survives);

@@ -228,13 +228,13 @@ double clsConstRecruit::Objective(std::span<const double> x)
     return 0.0; // least squares has nothing to minimise
 }
 
-void clsConstRecruit::Search(const char* procedure)
+void clsConstRecruit::Search(double start, const char* procedure)
 {
     WorkEsts = InitEsts;
     m.MinOK = false;
     VELT_NelMead minimiser;
     SetUpFinal(minimiser, 1);
-    minimiser.SetParameter(1, InitEsts.K, InitEsts.K * kSecondPoint, 0.0, kUpperLimit);
+    minimiser.SetParameter(1, start, start * kSecondPoint, 0.0, kUpperLimit);
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK)
         RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), Source(procedure));
@@ -244,7 +244,7 @@ void clsConstRecruit::Search(const char* procedure)
 
 void clsConstRecruit::LnFinalEstimates()
 {
-    Search("_CalcLnFinalEstimates");
+    Search(InitEsts.K, "_CalcLnFinalEstimates");
     CalcPopTraj(); // reads what the last evaluation, the one at the estimate, left
     FinalEstimates.Q = m.QValue = LnFitComputeQ(m);
     FinalEstimates.Var = static_cast<double>(LnVarForMinimisation(m));
@@ -254,7 +254,7 @@ void clsConstRecruit::LnFinalEstimates()
 void clsConstRecruit::GammaFinalEstimates()
 {
     GammaMomentStart(m, InitEsts.Q, m.LsqSumSq);
-    Search("_CalcGammaFinalEstimates");
+    Search(static_cast<double>(ToFloat(InitEsts.K)), "_CalcGammaFinalEstimates");
     FinalEstimates.Q = m.QValue = Div(m.GammaNu, m.GammaBeta);
     FinalEstimates.Var = Div(1.0, m.GammaBeta);
     WorkEsts = FinalEstimates;

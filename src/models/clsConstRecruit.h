@@ -55,8 +55,8 @@ private:
     void BuildRegression();
     float MinLogFunction(float x);
     float MinGammaFunction(float x);
-    /// Minimises over K from InitEsts; leaves the estimate in FinalEstimates.K.
-    void Search(const char* procedure);
+    /// Minimises over K from `start`; leaves the estimate in FinalEstimates.K.
+    void Search(double start, const char* procedure);
     /// Catch that keeps the stock where it ends: Y = exp(M/2) (1 - exp(-M)) (K - N at the end).
     float ReplacementYield(double k) const;
     double Recruits(double k) const; ///< each period's, K (exp(M) - 1)

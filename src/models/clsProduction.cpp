@@ -237,7 +237,7 @@ bool clsProduction::SolveStartK(Estimates& record)
         return false;
     float hi = ToFloat(WorkEsts.K); // the bisection is in 32 bits throughout
     float lo = 0.0F;
-    while (0.01F * hi < hi - lo) {
+    for (int round = 0; round < kMostHalvings<float> && 0.01F * hi < hi - lo; ++round) {
         const float middle = (hi + lo) / 2.0F;
         WorkEsts.K = static_cast<double>(middle);
         CalcPopTraj();

@@ -44,7 +44,7 @@ void clsProduction::FillWeights()
 
 double clsProduction::MinLSQFunction(double K, double R)
 {
-    if (K > kUpperLimit)
+    if (K > kUpperLimit) // in 64 bits, unlike the other two
         return static_cast<double>(kFarPenalty);
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = K;
@@ -70,7 +70,7 @@ double clsProduction::MinLSQFunction(double K, double R)
 
 float clsProduction::MinLogFunction(float K, float R)
 {
-    if (static_cast<double>(K) > kUpperLimit)
+    if (BeyondLimit(K))
         return kFarPenalty;
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = static_cast<double>(K);
@@ -85,7 +85,7 @@ float clsProduction::MinLogFunction(float K, float R)
 
 float clsProduction::MinGammaFunction(float K, float R)
 {
-    if (static_cast<double>(K) > kUpperLimit)
+    if (BeyondLimit(K))
         return kFarPenalty;
     m_contours.PlotStep(m, K, R);
     WorkEsts.K = static_cast<double>(K);

@@ -239,6 +239,90 @@ TYPED_TEST(DepletionBootstraps, AWeightedReplicateDividesTheWholeSumByTheRootOfT
     }
 }
 
+namespace
+{
+/// Solves the normal equations of a weighted regression through the origin by elimination.
+std::vector<long double> Regressed(const std::vector<std::vector<double>>& rows, const std::vector<double>& y,
+                                   const std::vector<double>& w)
+{
+    const std::size_t n = rows.front().size();
+    std::vector<std::vector<long double>> a(n, std::vector<long double>(n + 1, 0.0L));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        for (std::size_t r = 0; r < n; ++r) {
+            for (std::size_t c = 0; c < n; ++c)
+                a[r][c] += static_cast<long double>(w[i]) * rows[i][r] * rows[i][c];
+            a[r][n] += static_cast<long double>(w[i]) * rows[i][r] * y[i];
+        }
+    }
+    for (std::size_t p = 0; p < n; ++p) {
+        for (std::size_t r = 0; r < n; ++r) {
+            const long double factor = r == p ? 0.0L : a[r][p] / a[p][p];
+            for (std::size_t c = p; c <= n; ++c)
+                a[r][c] -= factor * a[p][c];
+        }
+    }
+    std::vector<long double> b;
+    for (std::size_t p = 0; p < n; ++p)
+        b.push_back(a[p][n] / a[p][p]);
+    return b;
+}
+
+/// The regressors of a period, from the dynamics: what a unit of q N1 (or q K), of q and of q Lambda adds to
+/// its catch; M is 0.2. \param catches and \param recruits sums so far, discounted
+template <typename Model>
+std::vector<double> Regressors(int i, double effort, double total, double catches, double recruits)
+{
+    const double x2 = effort * (catches - total / 2.0);
+    if constexpr (std::is_same_v<Model, clsConstRecruit>)
+        return {effort * std::exp(0.1), x2};
+    else if constexpr (std::is_same_v<Model, clsRecruitINdex>)
+        return {effort * std::exp(-0.2 * (i - 0.5)), x2, effort * recruits * std::exp(-0.1)};
+    else
+        return {effort * std::exp(-0.2 * (i - 0.5)), x2};
+}
+} // namespace
+
+// Deliberate: residual and fitted value are both divided by the root of the weight, although the residual is
+// weighted already. The replicate is reckoned again from the same draws. The sums of catches are floats, and
+// the regressions have a condition of up to 1e4.
+TYPED_TEST(DepletionBootstraps, AWeightedReplicateIsTheRegressionOnResidualPlusFittedValueOverTheRoot)
+{
+    const std::vector<double> variance{4, 1, 9, 2, 1, 6, 3, 1, 5, 2, 8, 1};
+    ModelBench<TypeParam> bench(DataFor<TypeParam>(0.05).Variance(variance));
+    // Constant recruitment weighs where the column is absent, the reverse of the others. Deliberate.
+    bench.data.ColPresent(columns::VarAbundIndex, !std::is_same_v<TypeParam, clsConstRecruit>);
+    bench.run.globals.settings.NumBootStraps = 1;
+    ASSERT_FALSE(bench.Fit(fit_op::kWeightedLeastSquares, 0.2).empty());
+    const FitDetails fit = bench.model.Details();
+    bench.model.CalcBootStraps();
+
+    RandomSource draws{20261121};
+    draws.Randomize();
+    std::vector<std::vector<double>> rows;
+    std::vector<double> y, w;
+    double catches = 0.0, recruits = 0.0;
+    for (int i = 1; i <= 12; ++i) {
+        const auto at = static_cast<std::size_t>(i) - 1;
+        const double total = bench.data.TotCatchNums(i);
+        catches = std::exp(-0.2) * catches + total;
+        recruits = std::exp(-0.2) * recruits + bench.data.RecruitIndex(i);
+        rows.push_back(Regressors<TypeParam>(i, bench.data.Effort(i), total, catches, recruits));
+        w.push_back(1.0 / variance[at]);
+        const auto drawn = static_cast<std::size_t>(draws.Next() * 12);
+        y.push_back((fit.resid[drawn] + fit.fitted[at]) * std::sqrt(variance[at]));
+    }
+    const std::vector<long double> b = Regressed(rows, y, w);
+    const auto q = static_cast<double>(-b[1]);
+    const int first = std::is_same_v<TypeParam, clsConstRecruit> ? bs_param::kK : bs_param::kN1;
+    ASSERT_GT(q, 0.0);
+    EXPECT_NEAR(bench.model.BootStrap(bs_param::kQ, 1) / q, 1.0, 1e-3);
+    EXPECT_NEAR(bench.model.BootStrap(first, 1) / static_cast<double>(b[0] / -b[1]), 1.0, 1e-3);
+    if constexpr (std::is_same_v<TypeParam, clsRecruitINdex>) {
+        const auto lambda = static_cast<double>(b[2] / -b[1]);
+        EXPECT_NEAR(bench.model.BootStrap(bs_param::kLambda, 1) / lambda, 1.0, 1e-3);
+    }
+}
+
 TYPED_TEST(DepletionBootstraps, APeriodToggledOutKeepsItsResidualToItself)
 {
     Fitted<TypeParam> bench(fit_op::kLeastSquares, 20, DataFor<TypeParam>(0.0).ToggleOut(4));

@@ -376,6 +376,24 @@ TEST_F(Histograms, ReversedLevelsCountOneValue)
     EXPECT_EQ(Counted(), 1.0);
 }
 
+// A product beyond the whole numbers used to be cut to whatever the processor makes of it.
+TEST_F(Histograms, ALevelFarOutsideCountsTheValueAtItsEndAndOneThatIsNoNumberHasNoPosition)
+{
+    Replicates(500);
+    AddBootStrapHistos(m, boot, 3e38F, 3e38F);
+    EXPECT_EQ(window.graphs[0]->XData()[0], 500.0);
+    EXPECT_EQ(Counted(), 1.0);
+    window.graphs.clear();
+    AddBootStrapHistos(m, boot, -3e38F, 3e38F);
+    EXPECT_EQ(window.graphs[0]->XData()[0], 1.0);
+    EXPECT_EQ(Counted(), 500.0);
+    window.graphs.clear();
+    const float none = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(FailureOf([&] { AddBootStrapHistos(m, boot, none, 0.5F); }), errors::kSubscript);
+    EXPECT_EQ(FailureOf([&] { AddBootStrapHistos(m, boot, 0.5F, none); }), errors::kSubscript);
+    EXPECT_TRUE(window.graphs.empty());
+}
+
 TEST_F(Histograms, OfOneReplicateCountIt)
 {
     Replicates(1);

@@ -166,6 +166,37 @@ TEST_F(ProductionBootstraps, EachReplicateKeepsKQRAndTheTwoYields)
     }
 }
 
+// 25 states and a lag of 2: the yield is the growth of the biomass of period 23 on the replicate's own
+// trajectory, reckoned again here: N' = N + G(N two periods before, at the beginning the first) - C.
+TEST_F(ProductionBootstraps, TheReplacementYieldOfAReplicateIsTheGrowthOfItsLaggedBiomass)
+{
+    const KnownStock lagged{.K = 5000.0, .Q = 0.0012, .R = 0.45, .lag = 2};
+    const std::vector<float> effort = ContrastedEffort();
+    std::vector<float> catches = lagged.Catches(effort);
+    const float pattern[] = {1.05F, 0.96F, 1.02F, 0.95F, 1.03F, 0.99F};
+    for (std::size_t t = 0; t < catches.size(); ++t)
+        catches[t] *= pattern[t % 6];
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        SCOPED_TRACE(fitOp);
+        Table(effort, catches);
+        run.globals.settings.NumBootStraps = 4;
+        Prepare(models::kSchaefer, fitOp, 2);
+        Fit();
+        model.CalcBootStraps();
+        for (int b = 1; b <= 4; ++b) {
+            const double k = model.BootStrap(bs_param::kK, b);
+            const double r = model.BootStrap(bs_param::kR, b);
+            const auto growth = [k, r](double n) { return r * n * (1.0 - n / k); };
+            std::vector<double> n{k};
+            for (std::size_t p = 0; p < catches.size(); ++p)
+                n.push_back(n[p] + growth(n[p < 2 ? 0 : p - 2]) - static_cast<double>(catches[p]));
+            ASSERT_GT(std::fabs(growth(n[22]) - growth(n[24])), 1.0);
+            ASSERT_GT(std::fabs(growth(n[22]) - growth(n[23])), 1.0);
+            EXPECT_NEAR(model.BootStrap(bs_param::kRYield, b), growth(n[22]), 0.05); // 24 float steps
+        }
+    }
+}
+
 TEST_F(ProductionBootstraps, ASeededRunRepeatsToTheBit)
 {
     for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {

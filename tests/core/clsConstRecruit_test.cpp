@@ -11,6 +11,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -209,6 +210,17 @@ TEST(clsConstRecruit, MinPopHasNoLimitOfRounds)
     EXPECT_LT(bench.model.MinPop(), 1e-40F);
 }
 
+// Half of the smallest number is 0, a hundredth too: without a limit of rounds this used to go on for ever.
+TEST(clsConstRecruit, TheBisectionWithoutALimitOfRoundsEndsAtTheSmallestNumber)
+{
+    const double smallest = std::numeric_limits<double>::denorm_min();
+    EXPECT_EQ(SmallestSurvivingStart(smallest, 0, [](double k) { return k > 0.0; }), smallest);
+
+    const double largest = std::numeric_limits<double>::max();
+    EXPECT_EQ(SmallestSurvivingStart(largest, 0, [](double k) { return k > 0.0; }), smallest);
+    EXPECT_EQ(SmallestSurvivingStart(largest, 0, [](double) { return true; }), 0.0);
+}
+
 // With an initial proportion of 1 the first regressor is E exp(M/2). With catches of the fleet that are E
 // times something and a total catch of nothing at all it would be alone; here both are solved by hand.
 TEST(clsConstRecruit, FromTheUnexploitedStockTheFirstRegressorIsEffortTimesExpHalfM)
@@ -305,6 +317,30 @@ TEST(clsConstRecruit, ANegativeKEndsLeastSquaresButOnlyMovesTheStartOfTheOthers)
     }
 }
 
+// A period out of the fit takes 1e35 fish, which no 99 doublings reach. The doublings used to stay in the
+// start.
+TEST(clsConstRecruit, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    const SimulatedStock truth = Truth(1.0);
+    std::vector<double> effort = truth.effort;
+    std::vector<double> fleet = truth.Catches(0.1);
+    ConstBench without(Table(effort, fleet));
+    ASSERT_TRUE(without.Start(fit_op::kLeastSquares, 0.2));
+    const std::vector<NamedValue> expected = without.model.Details().initEsts;
+    effort.push_back(1);
+    fleet.push_back(1);
+    std::vector<double> total = fleet;
+    total.back() = 1e35;
+    const TableBuilder table = TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).ToggleOut(13);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        ConstBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.2));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        EXPECT_EQ(bench.model.Details().initEsts.at(0).value, expected.at(0).value);
+        EXPECT_EQ(bench.model.Details().initEsts.at(1).value, expected.at(1).value);
+    }
+}
+
 TEST(clsConstRecruit, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
 {
     ConstBench bench(Simulated(0.1));
@@ -312,6 +348,23 @@ TEST(clsConstRecruit, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
         ASSERT_TRUE(bench.Start(fitOp, 0.2));
         const auto far = static_cast<float>(bench.model.Objective(std::array{1.1e20}));
         EXPECT_EQ(std::bit_cast<std::uint32_t>(far), 0x7F7FC99EU);
+    }
+}
+
+// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
+TEST(clsConstRecruit, TheLimitItselfIsInsideAndTheNextFloatIsNot)
+{
+    const double limit = static_cast<double>(1e20F);
+    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
+    ASSERT_GT(limit, 1e20);
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        ConstBench bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const float before = bench.model.Nt(1);
+        EXPECT_EQ(bench.model.Objective(std::array{next}), static_cast<double>(3.4E+38F));
+        EXPECT_EQ(bench.model.Nt(1), before);                              // no trajectory was run
+        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit}), limit); // the penalty is the limit
+        EXPECT_EQ(bench.model.Nt(1), 1e20F);
     }
 }
 
@@ -347,6 +400,37 @@ TEST(clsConstRecruit, LogAndGammaFitsStandAtTheirOwnOptimum)
 }
 
 // B = (r + N) exp(-M/2) - T / 2 with the recruits of the fit.
+namespace
+{
+/// Keeps where its objective was asked for.
+struct Watched : clsConstRecruit {
+    std::vector<double> seen;
+
+protected:
+    double Objective(std::span<const double> x) override
+    {
+        seen.push_back(x[0]);
+        return clsConstRecruit::Objective(x);
+    }
+};
+} // namespace
+
+// A search in logarithms gives a point back within a few units of 64 bits, 1e-12; the 32-bit start lies
+// further from the 64-bit one than that. The log search starts from the 64 bits.
+TEST(clsConstRecruit, TheGammaSearchStartsFromTheStartRoundedToAFloat)
+{
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        ModelBench<Watched> bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const double k = bench.model.Details().initEsts.at(0).value;
+        const double rounded = static_cast<float>(k);
+        ASSERT_GT(std::fabs(rounded / k - 1.0), 1e-9);
+        bench.model.seen.clear();
+        bench.Finish();
+        EXPECT_NEAR(bench.model.seen.at(0) / (fitOp == fit_op::kGamma ? rounded : k), 1.0, 1e-12) << fitOp;
+    }
+}
+
 TEST(clsConstRecruit, TheExpectedRateIsQTimesTheMeanStockWithRecruits)
 {
     ConstBench bench(Simulated(0.05));

@@ -9,7 +9,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace
 {
@@ -48,6 +51,16 @@ protected:
     static TableBuilder Rising()
     {
         return TableBuilder().Effort({10, 10, 10, 10, 10}).Catch({10, 21, 29, 41, 50});
+    }
+
+    /// Four periods with the columns of every model.
+    static TableBuilder Depletion4()
+    {
+        return TableBuilder()
+            .Effort({10, 12, 9, 11})
+            .Catch({169, 124, 66, 51})
+            .Recruits({1, 2, 1, 3})
+            .Yield({169, 124, 66, 51});
     }
 
     static TableBuilder Fishery()
@@ -147,6 +160,51 @@ TEST_F(Manager, TooFewPointsAreToldAfterTheChoiceOfTheModel)
     ExpectNoFit();
 }
 
+// Two points are enough for a regression on two columns, three for the others.
+TEST_F(Manager, EachModelHasItsOwnLeastNumberOfPoints)
+{
+    const std::pair<std::string, int> leastPoints[] = {{"NO RECRUITMENT", 2},   {"RECRUITMENT INDEX", 3},
+                                                       {"CONSTANT", 2},         {"PROD. MODEL(FOX)", 3},
+                                                       {"PROD. MODEL(SCHA", 3}, {"PROD. MODEL(PELLA", 3}};
+    user.onInputParams = nullptr; // Cancel
+    for (const auto& [model, least] : leastPoints) {
+        for (const int points : {least - 1, least}) {
+            // Four periods, of which only the first ones are in the fit.
+            TableBuilder table = Depletion4();
+            for (int row = points + 1; row <= 4; ++row)
+                table.ToggleOut(row);
+            On(table);
+            user.asked.clear();
+            user.messages.clear();
+            user.Picks(model);
+            manager.FitNewModel(false);
+            const bool enough = points == least;
+            EXPECT_EQ(Asked("input params"), enough) << model << points;
+            EXPECT_EQ(user.Saw("Not Enough Data Points for this model"), !enough) << model << points;
+            ExpectNoFit();
+        }
+    }
+}
+
+// The count that stands in the data set may be that of other columns, or of before a point was toggled.
+TEST_F(Manager, ThePointsAreCountedByTheModelAndNotTakenFromTheDataSet)
+{
+    user.onInputParams = nullptr; // Cancel
+    for (const bool enough : {false, true}) {
+        TableBuilder table = Depletion4().ToggleOut(4).ToggleOut(3);
+        On(enough ? table : table.ToggleOut(2));
+        data.NNtPoints(enough ? 0 : 99); // stale
+        user.asked.clear();
+        user.messages.clear();
+        user.Picks("NO RECRUITMENT");
+        manager.FitNewModel(false);
+        EXPECT_EQ(user.asked.at(0), "selection");
+        EXPECT_EQ(Asked("input params"), enough);
+        EXPECT_EQ(user.Saw("Not Enough Data Points"), !enough);
+        EXPECT_EQ(data.NNtPoints(), enough ? 2 : 1);
+    }
+}
+
 TEST_F(Manager, AFitShowsTheReportBeforeTheGraphsAndEndsReady)
 {
     On(Depletion());
@@ -217,6 +275,42 @@ TEST_F(Manager, TheResultsAreCopiesOfTheModelsReportValues)
     EXPECT_EQ(manager.LAG(), 1.0F);
 }
 
+// The replacement yield is that of the biomass a lag before the end, so that no fit of a longer lag can
+// arrive. The search used to run first and to end as it happened, in a division by zero or a logarithm of
+// nothing.
+TEST_F(Manager, ALagLongerThanTheTableIsRefusedBeforeTheSearchByEveryProductionModel)
+{
+    for (const std::string model : {"PROD. MODEL(FOX)", "PROD. MODEL(SCHAEFER)", "PROD. MODEL(PELLA"}) {
+        for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+            On(Fishery());
+            user.messages.clear();
+            window.status.clear();
+            Fit(model, [fitOp](InputParams& params) {
+                params.FitOp = fitOp;
+                params.TimeLag = 13;
+            });
+            ASSERT_EQ(user.messages.size(), 1U);
+            EXPECT_EQ(
+                user.messages[0].text,
+                "Subscript out of range\n\n(clsMethManager_FitNewModel: the time lag is longer than the "
+                "12 periods of the table. Choose a shorter one.)");
+            EXPECT_EQ(window.status, std::vector<std::string>{"Ready..."});
+            ExpectNoFit();
+        }
+    }
+}
+
+TEST_F(Manager, ALagAsLongAsTheTableIsSearchedForAndADepletionModelReadsNone)
+{
+    On(Fishery());
+    Fit("PROD. MODEL(SCHAEFER)", [](InputParams& params) { params.TimeLag = 12; });
+    EXPECT_EQ(std::count(window.status.begin(), window.status.end(), "Computing Model Parameters ..."), 1);
+
+    On(Depletion());
+    Fit("NO RECRUITMENT", [](InputParams& params) { params.TimeLag = 13; });
+    EXPECT_TRUE(manager.MethDefined());
+}
+
 TEST_F(Manager, ANewFitStartsFromTheDefaults)
 {
     On(Fishery());
@@ -260,6 +354,30 @@ TEST_F(Manager, NewInputParametersKeepsTheModelAndItsInputsAndShowsNoList)
     EXPECT_EQ(offered.Mort, 0.1F);
     EXPECT_EQ(offered.Z, z);
     EXPECT_EQ(static_cast<float>(offered.TimeLag), lag);
+    EXPECT_TRUE(manager.MethDefined());
+}
+
+// The command is offered once New Fit has run, also when the user chose no model there. There is no model to
+// keep then, and it used to fail inside.
+TEST_F(Manager, NewInputParametersAfterACancelledFirstFitAsksForTheModel)
+{
+    On(Depletion());
+    user.onSelection = nullptr; // Cancel
+    manager.FitNewModel(false);
+    ASSERT_EQ(manager.CurrMethType(), 0);
+    user.asked.clear();
+    manager.FitNewModel(true);
+    EXPECT_EQ(user.asked, std::vector<std::string>{"selection"});
+    EXPECT_TRUE(user.messages.empty());
+    ExpectNoFit();
+
+    user.asked.clear();
+    user.Picks("CONSTANT");
+    manager.FitNewModel(true);
+    EXPECT_EQ(user.asked, (std::vector<std::string>{"selection", "input params"}));
+    EXPECT_EQ(offered.WhichMeth, models::kConstantRecruitment);
+    EXPECT_EQ(offered.FitOp, fit_op::kLeastSquares);
+    EXPECT_TRUE(user.messages.empty());
     EXPECT_TRUE(manager.MethDefined());
 }
 
@@ -314,6 +432,31 @@ TEST_F(Manager, AFailedStartOfAProductionModelGoesToManualStartsUnderEveryErrorM
         EXPECT_EQ(user.messages[1].text, "Please enter starting estimates manually");
         EXPECT_TRUE(Asked("start values"));
         ExpectNoFit(); // the dialog was cancelled
+    }
+}
+
+// A last period out of the fit takes 1e35 fish, which no start and no doublings of it survive.
+TEST_F(Manager, AFailedStartUnderLogOrGammaOfADepletionModelGoesToAManualStart)
+{
+    const TableBuilder table = TableBuilder()
+                                   .Effort({10, 12, 9, 11, 13, 10, 12})
+                                   .CatchNums({169, 124, 66, 51, 42, 20, 16})
+                                   .TotalNums({169, 124, 66, 51, 42, 20, 1e35})
+                                   .ToggleOut(7);
+    for (const std::string model : {"NO RECRUITMENT", "CONSTANT"}) {
+        for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+            On(table);
+            user.messages.clear();
+            user.asked.clear();
+            Fit(model, [fitOp](InputParams& params) { params.FitOp = fitOp; });
+            ASSERT_EQ(user.messages.size(), 2U);
+            EXPECT_EQ(user.messages[0].text, "Unable to get starting estimates");
+            const bool regression = fitOp == fit_op::kLeastSquares;
+            EXPECT_EQ(user.messages[1].text,
+                      regression ? "Please try another model." : "Please enter starting estimates manually");
+            EXPECT_EQ(user.asked.back().starts_with("input box: "), !regression);
+            ExpectNoFit(); // the box was cancelled
+        }
     }
 }
 
@@ -405,6 +548,105 @@ TEST_F(Manager, AFailureBehindTheReportHidesItAgain)
     EXPECT_EQ(user.messages.size(), 1U);
     ExpectNoFit();
     EXPECT_FALSE(manager.DisplayParameters());
+}
+
+namespace
+{
+/// A window whose graphs fail as told, and a session in it.
+struct FailingGraphs : RecordingWindow {
+    std::function<void()> failure;
+    void AddModelGraph(std::shared_ptr<ModelGraph>) override { failure(); }
+};
+
+const std::pair<std::function<void()>, std::string> kForeignFailures[] = {
+    {[] { throw std::bad_alloc(); }, "Out of memory"},
+    {[] { throw std::runtime_error("the disc is upside down"); }, "the disc is upside down"},
+};
+} // namespace
+
+// A failure that names no operation is told with the manager's own, one that does keeps it; where the fit
+// gave up nothing of the kind helps the user.
+TEST_F(Manager, TheSourceOfAFailureIsTheManagersUnlessItNamesOneOrTheFitGaveUp)
+{
+    struct FailingReport : RecordingWindow {
+        std::optional<VeltError> failure;
+        void ShowParameterReport(const ParameterReport* report) override
+        {
+            RecordingWindow::ShowParameterReport(report);
+            if (report != nullptr)
+                throw *failure;
+        }
+    } failing;
+    const std::pair<VeltError, std::string> told[] = {
+        {VeltError(errors::kOverflow, "Overflow", ""), "Overflow\n\n(clsMethManager_FitNewModel)"},
+        {VeltError(errors::kOverflow, "Overflow", "clsThere_Where"), "Overflow\n\n(clsThere_Where)"},
+        {ProgramError(errors::kFitFailed, "No fit.", ""), "No fit."}};
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    for (const auto& [failure, text] : told) {
+        failing.failure = failure;
+        user.messages.clear();
+        other.FitNewModel(false);
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text);
+        EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
+        EXPECT_FALSE(other.MethDefined());
+    }
+}
+
+// The graphs come last, behind a report that is on screen already.
+TEST_F(Manager, GraphsThatCannotBeBuiltTakeTheReportAndTheFitWithThem)
+{
+    FailingGraphs failing;
+    failing.failure = [] { RaiseOverflow(); };
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    other.FitNewModel(false);
+    EXPECT_EQ(failing.events, (std::vector<std::string>{"ShowParameterReport", "HideParameterReport"}));
+    ASSERT_EQ(user.messages.size(), 1U);
+    EXPECT_EQ(user.messages[0].text, "Overflow\n\n(clsSingleCohort_BuildModelGraphs)");
+    EXPECT_EQ(other.Method(), nullptr);
+    EXPECT_FALSE(other.MethDefined());
+    EXPECT_FALSE(failing.reportShown);
+    EXPECT_FALSE(failing.hourglass);
+    EXPECT_EQ(failing.status.back(), "Ready...");
+    EXPECT_FALSE(table.ColPresent(columns::PopNums)); // the columns of the fit are dropped
+}
+
+// A failure from outside the program's own used to leave the manager in the middle of a fit.
+TEST_F(Manager, AFailureThatIsNotTheProgramsOwnEndsTheFitWithAMessageToo)
+{
+    for (const auto& [failure, text] : kForeignFailures) {
+        FailingGraphs failing;
+        failing.failure = failure;
+        user.messages.clear();
+        struct Run own {
+            user, failing, meter, random
+        };
+        clsVeltData table = Depletion().Build(own);
+        clsMethManager other(own);
+        other.Create(table);
+        user.Picks("NO RECRUITMENT");
+        EXPECT_NO_THROW(other.FitNewModel(false));
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text + "\n\n(clsMethManager_FitNewModel)");
+        EXPECT_FALSE(other.MethDefined());
+        EXPECT_EQ(other.Method(), nullptr);
+        EXPECT_FALSE(failing.reportShown);
+        EXPECT_FALSE(failing.hourglass);
+        EXPECT_EQ(failing.status.back(), "Ready...");
+        EXPECT_FALSE(table.ColPresent(columns::PopNums));
+    }
 }
 
 TEST_F(Manager, ResetForgetsTheFitAndKeepsTheInputs)
@@ -596,6 +838,52 @@ TEST_F(Intervals, ACancelledRunLeavesTheFitWithoutBootstrapsAndTheLevelsCannotBe
     EXPECT_FALSE(Asked("range"));
 }
 
+// The fit stays, its bootstraps do not, and the contour switch is put back.
+TEST_F(Intervals, AFailureThatIsNotTheProgramsOwnEndsTheRunWithAMessageToo)
+{
+    struct FailingMeter : RecordingMeter {
+        std::function<void()> failure;
+        void Value(int now) override
+        {
+            if (failure && now == 3)
+                failure();
+        }
+    } failing;
+    struct Run own {
+        user, window, failing, random
+    };
+    clsVeltData table = Fishery().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.onContourRange = [](ContourRange& range) {
+        range.ContEvals = 2;
+        range.Param1Hi = 50000.0;
+        return true;
+    };
+    user.Picks("PROD. MODEL(SCHAEFER)");
+    change = [](InputParams& params) { params.PlotEvaluations = true; };
+    other.FitNewModel(false);
+    ASSERT_TRUE(other.MethDefined());
+    const float k = other.K();
+    other.NumBootStraps(5);
+    for (const auto& [failure, text] : kForeignFailures) {
+        failing.failure = nullptr;
+        other.GenerateBootStraps();
+        ASSERT_TRUE(other.IsBSDone());
+        failing.failure = failure;
+        user.messages.clear();
+        EXPECT_NO_THROW(other.GenerateBootStraps());
+        ASSERT_EQ(user.messages.size(), 1U);
+        EXPECT_EQ(user.messages[0].text, text);
+        EXPECT_TRUE(other.MethDefined());
+        EXPECT_EQ(other.K(), k);
+        EXPECT_FALSE(other.IsBSDone());
+        EXPECT_TRUE(other.Method()->PlotEvaluations());
+        EXPECT_FALSE(window.hourglass);
+        EXPECT_EQ(window.status.back(), "Ready...");
+    }
+}
+
 TEST_F(Intervals, WithoutAModelTheLevelsCannotBeAskedEither)
 {
     On(Depletion());
@@ -639,6 +927,96 @@ TEST_F(Intervals, OnlyAHighLevelAbove1AndALowLevelBelow0AreRefused)
     }
     EXPECT_TRUE(Enter(1.2, 0.5));
     EXPECT_TRUE(Enter(0.1, -0.5));
+}
+
+// Of 20 replicates 1.2 asks for position 24, -0.5 for -10, 0.02 for 0.4, which is 0 and taken for 1.
+// Positions far outside used to be cast to whole numbers as they came, and the levels stayed, so that every
+// further report failed.
+TEST_F(Intervals, LevelsWithoutAPositionEndInNineOnceAndTheFormerLevelsStand)
+{
+    constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+    Fitted(20);
+    manager.GenerateBootStraps();
+    ASSERT_TRUE(Enter(0.02, 0.9));
+    manager.DisplayBootStrapHistograms();
+    const std::size_t shown = window.graphs.size();
+    for (const auto& [low, high] :
+         {std::pair(1.2, 0.5), std::pair(0.1, -0.5), std::pair(3e38, 0.5), std::pair(0.1, -3e38),
+          std::pair(1e300, 0.5), std::pair(kNoNumber, 0.5), std::pair(0.1, kNoNumber)}) {
+        EXPECT_EQ(FailureOf([&] {
+                      if (Enter(low, high))
+                          manager.DisplayBootStrapHistograms();
+                  }),
+                  errors::kSubscript)
+            << low << " " << high;
+        EXPECT_EQ(manager.CILow(), 0.02F);
+        EXPECT_EQ(manager.CIHigh(), 0.9F);
+        EXPECT_EQ(window.graphs.size(), shown);
+        EXPECT_EQ(manager.LowerCILimit(bs_param::kQ), Sorted(1));
+        EXPECT_EQ(manager.UpperCILimit(bs_param::kQ), Sorted(18));
+    }
+    EXPECT_TRUE(user.messages.empty()); // it is the command that tells it
+    manager.DisplayBootStrapHistograms();
+    EXPECT_EQ(window.graphs.size(), shown);
+}
+
+TEST_F(Intervals, LevelsThatNoDialogSetEndInNineTooAndStay)
+{
+    Fitted(20);
+    manager.GenerateBootStraps();
+    ASSERT_TRUE(Enter(0.2, 0.8)); // shown, and so no longer to be put back
+    manager.DisplayBootStrapHistograms();
+    for (const float level : {-0.5F, 1.2F}) {
+        manager.CILow(level);
+        EXPECT_EQ(FailureOf([&] { manager.LowerCILimit(bs_param::kQ); }), errors::kSubscript);
+        EXPECT_EQ(FailureOf([&] { manager.DisplayBootStrapHistograms(); }), errors::kSubscript);
+        EXPECT_EQ(manager.CILow(), level);
+    }
+
+    ASSERT_TRUE(Enter(0.2, 0.8)); // never shown, and gone with its fit
+    Fit("NO RECRUITMENT");
+    manager.GenerateBootStraps();
+    manager.CILow(1.2F);
+    EXPECT_EQ(FailureOf([&] { manager.DisplayBootStrapHistograms(); }), errors::kSubscript);
+    EXPECT_EQ(manager.CILow(), 1.2F);
+    EXPECT_EQ(manager.CIHigh(), 0.975F);
+}
+
+// A report that cannot be shown leaves the levels of before, too.
+TEST_F(Intervals, AFailureBehindTheHistogramsBringsTheFormerLevelsBack)
+{
+    struct FailingWindow : RecordingWindow {
+        bool fails = false;
+        void ShowParameterReport(const ParameterReport*) override
+        {
+            if (fails)
+                RaiseOverflow();
+        }
+    } failing;
+    struct Run own {
+        user, failing, meter, random
+    };
+    clsVeltData table = Depletion().Build(own);
+    clsMethManager other(own);
+    other.Create(table);
+    user.Picks("NO RECRUITMENT");
+    other.FitNewModel(false);
+    other.NumBootStraps(20);
+    other.GenerateBootStraps();
+    user.onRange = [](RangeQuestion& question) {
+        question.low = 0.2;
+        question.high = 0.8;
+        return true;
+    };
+    ASSERT_TRUE(other.GetUserConfidenceIntervals());
+    failing.fails = true;
+    EXPECT_EQ(FailureOf([&] { other.DisplayBootStrapHistograms(); }), errors::kOverflow);
+    EXPECT_EQ(other.CILow(), 0.025F);
+    EXPECT_EQ(other.CIHigh(), 0.975F);
+    failing.fails = false;
+    ASSERT_TRUE(other.GetUserConfidenceIntervals());
+    other.DisplayBootStrapHistograms();
+    EXPECT_EQ(other.CILow(), 0.2F);
 }
 
 TEST_F(Intervals, LevelsInReverseAreAcceptedAndTheLowerLimitLiesAboveTheUpper)

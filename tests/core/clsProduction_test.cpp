@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <random>
 
 namespace
@@ -52,6 +53,22 @@ TEST_F(Production, ANewModelIsASchaeferModelOfWeightsWithTheContourViewOn)
     EXPECT_EQ(model.Excuse(), 0);
     EXPECT_EQ(model.Contours().ContEvals, 20);
     EXPECT_EQ(model.MethTitle(), "PRODUCTION MODEL");
+}
+
+TEST_F(Production, CatchesAreWeightsAlsoWhereThereAreNumbers)
+{
+    data = TableBuilder()
+               .Effort({1, 1, 1})
+               .CatchNums({7, 8, 9})
+               .TotalNums({70, 80, 90})
+               .CatchWt({1, 2, 3})
+               .TotalWt({10, 20, 30})
+               .Build(run);
+    Prepare(models::kSchaefer);
+    EXPECT_FALSE(model.UsingNos());
+    EXPECT_EQ(model.CatchVector(2), 2.0F);
+    EXPECT_EQ(model.ObsTCatchRef(2), 20.0F);
+    EXPECT_EQ(model.CatchRef(2), 20.0F);
 }
 
 TEST_F(Production, BootstrapsFillKQRAndTheTwoYields)
@@ -415,6 +432,30 @@ TEST_F(Production, StartingEstimatesHoldTheSmallestKForASlowGrowth)
     EXPECT_GE(static_cast<double>(model.MinPop()), smallest * (1.0 - 1e-5));
 }
 
+// With catches near the smallest float, 1.4e-45, hundredths round to nothing and halves to the even
+// neighbour; the search for the smallest K used to halve for ever.
+TEST_F(Production, CatchesNearTheSmallestFloatEndTheSearchForAStart)
+{
+    const float smallest = std::numeric_limits<float>::denorm_min();
+    Table(std::vector<float>(4, 1.0F), std::vector<float>(4, smallest));
+    Prepare(models::kSchaefer);
+    clsProduction::Estimates record{.K = static_cast<double>(8.0F * smallest), .R = 0.1};
+    ASSERT_TRUE(model.SolveStartK(record));
+    EXPECT_GE(record.K, static_cast<double>(4.0F * smallest)); // four catches of 1.4e-45, and no growth left
+    EXPECT_LE(record.K, static_cast<double>(8.0F * smallest));
+}
+
+// Without catches everything survives, down to nothing: 2^128 is halved 277 times to the smallest float and
+// once more. A stock of nothing has no growth, 0 / 0.
+TEST_F(Production, WithoutCatchesTheSmallestKIsNothingAndThatHasNoGrowth)
+{
+    Table({1.0F, 1.0F, 1.0F}, {0.0F, 0.0F, 0.0F});
+    Prepare(models::kSchaefer);
+    clsProduction::Estimates record{.K = static_cast<double>(std::numeric_limits<float>::max()), .R = 0.0};
+    EXPECT_EQ(NumberRaised([&] { model.SolveStartK(record); }), errors::kInvalidArgument);
+    EXPECT_EQ(model.Work().K, 0.0);
+}
+
 // The sum of catches is 680; both smallest K lie between 100 and 1000.
 TEST_F(Production, TheContourRangesAreTheDecadesAroundAFastAndASlowStock)
 {
@@ -437,6 +478,8 @@ TEST_F(Production, NoUsableStartIsToldByTheExcuse)
     HundredAPeriod(models::kSchaefer, 0, 1.0F, 0.0F);
     EXPECT_FALSE(model.CalcInitEstimates());
     EXPECT_EQ(model.Excuse(), excuse::kNoStart);
+    EXPECT_EQ(model.Details().initEsts.at(0).value, 400.0); // the total catch, and not 99 doublings of it
+    EXPECT_EQ(model.Details().initEsts.at(2).value, 0.1);
 }
 
 // N as in the Schaefer trajectory above: MSY 100, growth of N5 = 757.0061: 0.4 * 757.0061 * 0.2429939

@@ -121,6 +121,29 @@ TEST(clsRecruitINdex, APeriodExcludedByZeroEffortKeepsItsMeanButHasNoExpectedCat
 }
 
 // Deliberate: the first term enters the sum whatever the toggle says, later ones only when toggled in.
+// Without effort there was no fleet: what its catch cell holds must not move anything.
+TEST(clsRecruitINdex, APeriodExcludedByZeroEffortTakesNoPartInTheRegression)
+{
+    const SimulatedStock stock = Truth();
+    std::vector<double> effort = stock.effort;
+    effort[3] = 0.0;
+    const std::vector<double> total = stock.Catches(0.1);
+    std::vector<std::vector<double>> fits;
+    for (const double fleet : {0.0, 1e6}) {
+        std::vector<double> catches = total;
+        catches[3] = fleet;
+        IndexBench bench(
+            TableBuilder().Effort(effort).CatchNums(catches).TotalNums(total).Recruits(stock.index));
+        bench.data.ToggledIn(4, true); // as it was before the effort was taken out
+        bench.model.SetColumnRefs();
+        fits.push_back(bench.Fit(fit_op::kLeastSquares, 0.2));
+        fits.back().push_back(bench.model.Details().var);
+        fits.back().push_back(bench.model.m.LsqSumSq);
+    }
+    ASSERT_EQ(fits[0].size(), 6U); // with the mean residual and the sum of squares
+    EXPECT_EQ(fits[0], fits[1]);
+}
+
 TEST(clsRecruitINdex, PeriodOneToggledOutStillEntersTheSumOthersDoNot)
 {
     IndexBench bench(ThreePeriods().ToggleOut(1).ToggleOut(3));
@@ -281,6 +304,32 @@ TEST(clsRecruitINdex, ANegativeN1UnderLogOrGammaIsRepairedInInitEstsOnlyAndEndsW
 }
 
 // The mean of the index over all periods is 13.5 / 12.
+// A period out of the fit takes 1e35 fish, which no 99 doublings reach.
+TEST(clsRecruitINdex, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    const SimulatedStock truth = Truth();
+    std::vector<double> effort = truth.effort;
+    std::vector<double> index = truth.index;
+    std::vector<double> fleet = truth.Catches(0.1);
+    IndexBench without(TableBuilder().Effort(effort).Catch(fleet).Recruits(index));
+    ASSERT_TRUE(without.Start(fit_op::kLeastSquares, 0.2));
+    const std::vector<NamedValue> expected = without.model.Details().initEsts;
+    effort.push_back(1);
+    index.push_back(1);
+    fleet.push_back(1);
+    std::vector<double> total = fleet;
+    total.back() = 1e35;
+    const TableBuilder table =
+        TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).Recruits(index).ToggleOut(13);
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        IndexBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.2));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_EQ(bench.model.Details().initEsts.at(i).value, expected.at(i).value) << i;
+    }
+}
+
 TEST(clsRecruitINdex, UnderLogAnAverageRecruitmentEqualsTheStartPopulation)
 {
     IndexBench bench(FleetOf(20000.0, 0.001, -200.0, std::vector<double>(12, 10.0)));
@@ -362,6 +411,23 @@ TEST(clsRecruitINdex, TheGammaObjectiveHasTheFarPenaltyAndThatOfAnUnderflow)
     const auto far = static_cast<float>(bench.model.Objective(std::array{1.1e20, 1.0}));
     EXPECT_EQ(std::bit_cast<std::uint32_t>(far), 0x7F7FC99EU);
     EXPECT_EQ(bench.model.Objective(std::array{1.0, 1.0}), static_cast<double>(1e20F));
+}
+
+// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
+TEST(clsRecruitINdex, TheLimitItselfIsInsideAndTheNextFloatIsNot)
+{
+    const double limit = static_cast<double>(1e20F);
+    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
+    for (const auto& [fitOp, outside] :
+         {std::pair{fit_op::kLog, 1e20F}, std::pair{fit_op::kGamma, 3.4E+38F}}) {
+        IndexBench bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const float before = bench.model.Nt(1);
+        EXPECT_EQ(bench.model.Objective(std::array{next, 1500.0}), static_cast<double>(outside));
+        EXPECT_EQ(bench.model.Nt(1), before);                                      // no trajectory was run
+        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit, 1500.0}), limit); // the penalty is the limit
+        EXPECT_EQ(bench.model.Nt(1), 1e20F);
+    }
 }
 
 // Deliberate: the profile's own 1e10 comes through here; the closed cohort turns it into the penalty.

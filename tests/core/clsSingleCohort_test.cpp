@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/clsSingleCohort.h"
 
+#include "base/NumberText.h"
 #include "fit/clsMethManager.h"
 #include "support/SimulatedStock.h"
 #include "support/TableBuilder.h"
@@ -365,6 +366,31 @@ TEST(clsSingleCohort, NinetyEightDoublingsCanHelpTheNinetyNinthCannot)
     }
 }
 
+// The last period is out of the fit and takes 1e35 fish, more than 99 doublings of a few hundred can reach
+// (2^99 = 6.3e29). The doublings used to stay in the start, and the box for starting values stood at 1e32.
+TEST(clsSingleCohort, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
+{
+    std::vector<double> effort = kEffort;
+    std::vector<double> fleet = kCatches;
+    std::vector<double> total = kCatches;
+    effort.push_back(1);
+    fleet.push_back(1);
+    total.push_back(1e35);
+    const TableBuilder table = TableBuilder().Effort(effort).CatchNums(fleet).TotalNums(total).ToggleOut(7);
+    const auto [n1, q] = Leslie(kEffort, kCatches);
+    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
+        SingleBench bench(table);
+        EXPECT_FALSE(bench.Start(fitOp, 0.0));
+        EXPECT_EQ(bench.model.Excuse(), excuse::kNoStart);
+        const std::vector<NamedValue> start = bench.model.Details().initEsts;
+        EXPECT_NEAR(start.at(0).value / n1, 1.0, 1e-5); // sums of catches are floats
+        EXPECT_NEAR(start.at(1).value / q, 1.0, 1e-5);
+
+        EXPECT_FALSE(bench.model.InputStartingEsts()); // Cancel
+        EXPECT_EQ(bench.user.suggested, std::vector<std::string>{number_text::Plain(start.at(0).value)});
+    }
+}
+
 TEST(clsSingleCohort, WithoutMortalityLeastSquaresIsTheRegressionOfLeslie)
 {
     SingleBench bench(Table(kEffort, kCatches));
@@ -609,6 +635,23 @@ TEST(clsSingleCohort, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
         ASSERT_TRUE(bench.Start(fitOp, 0.2));
         const auto far = static_cast<float>(bench.model.Objective(std::array{1.1e20}));
         EXPECT_EQ(std::bit_cast<std::uint32_t>(far), 0x7F7FC99EU);
+    }
+}
+
+// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
+TEST(clsSingleCohort, TheLimitItselfIsInsideAndTheNextFloatIsNot)
+{
+    const double limit = static_cast<double>(1e20F);
+    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
+    ASSERT_GT(limit, 1e20);
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        SingleBench bench(Simulated(0.1));
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        const float before = bench.model.Nt(1);
+        EXPECT_EQ(bench.model.Objective(std::array{next}), static_cast<double>(3.4E+38F));
+        EXPECT_EQ(bench.model.Nt(1), before);                              // no trajectory was run
+        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit}), limit); // the penalty is the limit
+        EXPECT_EQ(bench.model.Nt(1), 1e20F);
     }
 }
 

@@ -90,9 +90,10 @@ Answer ScriptedUser::Show(const Message& message)
 }
 
 std::optional<std::string> ScriptedUser::InputBox(const std::string& prompt, const std::string&,
-                                                  const std::string&)
+                                                  const std::string& suggestion)
 {
     asked.push_back("input box: " + prompt);
+    suggested.push_back(suggestion);
     return inputs.empty() ? std::nullopt : TakeFirst(inputs);
 }
 

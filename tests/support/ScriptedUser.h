@@ -39,6 +39,7 @@ public:
     // What happened.
     std::vector<Message> messages;
     std::vector<std::string> asked;          ///< "selection", "input params", "start values", ... in order
+    std::vector<std::string> suggested;      ///< what input boxes stood at when they opened
     bool Saw(const std::string& text) const; ///< a box whose text contains `text`
 
     Answer Show(const Message& message) override;

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the fits of the three depletion models have in common.
+#include "models/clsConstRecruit.h"
+#include "models/clsRecruitINdex.h"
+#include "models/clsSingleCohort.h"
+#include "support/SimulatedStock.h"
+#include "support/TableBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <type_traits>
+
+namespace
+{
+template <typename Model>
+TableBuilder DataFor()
+{
+    SimulatedStock stock;
+    if constexpr (std::is_same_v<Model, clsConstRecruit>) {
+        stock.n1 = 8000.0;
+        stock.recruits = 8000.0 * (std::exp(stock.mort) - 1.0);
+    } else if constexpr (std::is_same_v<Model, clsRecruitINdex>) {
+        stock.n1 = 6000.0;
+        stock.lambda = 1500.0;
+        stock.q = 0.008;
+    }
+    return TableBuilder().Effort(stock.effort).Catch(stock.Catches(0.05)).Recruits(stock.index);
+}
+
+template <typename Model>
+class DepletionFits : public testing::Test
+{
+};
+using ThreeModels = testing::Types<clsSingleCohort, clsConstRecruit, clsRecruitINdex>;
+TYPED_TEST_SUITE(DepletionFits, ThreeModels);
+} // namespace
+
+// A regression minimises nothing: what the details say must not be left over from the search before it.
+TYPED_TEST(DepletionFits, ARegressionAfterASearchOnOneObjectIsThatOfANewObject)
+{
+    for (const std::int32_t searched : {fit_op::kLog, fit_op::kGamma}) {
+        ModelBench<TypeParam> fresh(DataFor<TypeParam>());
+        const std::vector<double> expected = fresh.Fit(fit_op::kLeastSquares, 0.2);
+        ASSERT_FALSE(expected.empty());
+        ModelBench<TypeParam> used(DataFor<TypeParam>());
+        ASSERT_FALSE(used.Fit(searched, 0.2).empty());
+        ASSERT_TRUE(used.model.Details().objective);
+        ASSERT_GT(used.model.Details().evaluations, 0);
+
+        EXPECT_EQ(used.Fit(fit_op::kLeastSquares, 0.2), expected);
+        const FitDetails details = used.model.Details();
+        EXPECT_FALSE(details.objective);
+        EXPECT_EQ(details.evaluations, 0);
+        EXPECT_EQ(details.var, fresh.model.Details().var);
+        EXPECT_EQ(details.fitted, fresh.model.Details().fitted);
+        EXPECT_EQ(details.resid, fresh.model.Details().resid);
+        EXPECT_TRUE(details.fittedExists);
+    }
+}
+
+// The minimiser works on values of the precision of a float, and on parameters cut to floats.
+TYPED_TEST(DepletionFits, AnObjectiveTakesAndAnswersFloats)
+{
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        ModelBench<TypeParam> bench(DataFor<TypeParam>());
+        ASSERT_TRUE(bench.Start(fitOp, 0.2));
+        std::vector<double> exact, cut;
+        for (const NamedValue& start : bench.model.Details().initEsts) {
+            if (start.name == "Q")
+                continue; // not searched
+            exact.push_back(std::nextafter(static_cast<double>(static_cast<float>(1.1 * start.value)), 1e30));
+            cut.push_back(static_cast<float>(exact.back()));
+            ASSERT_NE(exact.back(), cut.back());
+        }
+        bench.model.m.GammaNu = 1.0;
+        const double value = bench.model.INelMead_MinFunc(exact);
+        EXPECT_LT(std::fabs(value), 1e10);
+        EXPECT_EQ(value, static_cast<double>(static_cast<float>(value)));
+        const double nu = bench.model.m.GammaNu;
+        bench.model.m.GammaNu = 1.0; // the same shape to start from
+        EXPECT_EQ(bench.model.INelMead_MinFunc(cut), value);
+        EXPECT_EQ(bench.model.m.GammaNu, nu);
+        EXPECT_EQ(bench.model.Nt(1), static_cast<float>(cut.at(0)));
+    }
+}
