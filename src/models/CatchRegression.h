@@ -21,6 +21,7 @@ public:
     /// Solves over the periods in the fit. \return whether a solution exists
     bool Solve(const ModelState& m);
     double Coefficient(int column) const { return m_regress.Coefficient(column); }
+    double Weight(int i) const { return m_w(i); } ///< of a period whose row was given
 
     /// FittedVec and ResidVec (times the root of the weight) of the Included periods, from the coefficients.
     void FillResiduals(ModelState& m) const;

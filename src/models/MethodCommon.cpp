@@ -194,6 +194,16 @@ double MethodCommon::INelMead_MinFunc(std::span<const double> x)
     }
 }
 
+double MethodCommon::SurfaceValue(std::span<const double> x)
+{
+    if (models::IsProduction(m.WhichMeth) || !fit_op::IsLeastSquares(m.FitOp))
+        return Objective(x);
+    RunTrajectoryAt(x);
+    if (m.PopUnderflow)
+        return static_cast<double>(kPenalty);
+    return WeightedSumSq(m, [this](int i) { return RegressionWeight(i); });
+}
+
 void MethodCommon::SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters)
 {
     minimiser.Create(*this, parameters);
@@ -255,6 +265,8 @@ bool MethodCommon::StartFromRegression(CatchRegression& regression, double& firs
         return fail(excuse::kNoStart);
     q = -regression.Coefficient(2);
     first = checked::Div(regression.Coefficient(1), q);
+    const double byRegression = first;
+    m.replacedStart.reset();
     run(first, q);
     afterFirstRun();
     m.LsqSumSq = StartSumSq(q);
@@ -263,11 +275,13 @@ bool MethodCommon::StartFromRegression(CatchRegression& regression, double& firs
             return fail(excuse::kPopulationUnderflow);
         first = static_cast<double>(m.TotCatchSum);
         m.StartEstKind = 3;
+        m.replacedStart = byRegression;
     }
     run(first, q);
     const bool survives = DoubleUntilItSurvives([&] {
         first *= 2.0;
         m.StartEstKind = 3;
+        m.replacedStart = byRegression;
         run(first, q);
     });
     if (!survives)

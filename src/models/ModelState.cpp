@@ -198,6 +198,28 @@ double LSQVariance(const ModelState& m)
     return n >= 2 ? sum / n : 0.0;
 }
 
+double WeightedSumSq(const ModelState& m, const std::function<double(int)>& weight)
+{
+    double cross = 0.0;
+    double square = 0.0;
+    for (int i = 1; i <= m.NAPoints(); ++i) {
+        if (!m.InFit(i))
+            continue;
+        const double x = m.EffMidPop(i);
+        cross += weight(i) * x * m.CatchVector(i);
+        square += weight(i) * x * x;
+    }
+    const double q = Div(cross, square);
+    double sum = 0.0;
+    for (int i = 1; i <= m.NAPoints(); ++i) {
+        if (!m.InFit(i))
+            continue;
+        const double r = m.CatchVector(i) - q * m.EffMidPop(i);
+        sum += weight(i) * r * r;
+    }
+    return sum;
+}
+
 double SmallestSurvivingStart(double good, int maxRounds, const std::function<bool(double)>& survives)
 {
     double bad = 0.0;

@@ -64,6 +64,10 @@ struct ModelState {
 
     std::optional<double> objective; ///< at the estimate, of the last final fit
     std::int32_t evaluations = 0;
+    std::optional<double> replacedStart; ///< what the regression gave, when the start is something else
+    int replicatesDrawnAgain = 0;        ///< of the last bootstrap run
+
+    bool operator==(const ModelState&) const = default;
 
     int NAPoints() const { return data->NAPoints(); }
     int NDPoints() const { return data->NDPoints(); }
@@ -107,6 +111,10 @@ void WriteCPUESeries(ModelState& m, const std::function<double(int)>& meanPop);
 /// The plain sum of C(i) - q X(i) over the periods toggled in divided by their number, 0 for fewer than 2.
 /// The terms are not squared: what least squares stores as variance is the mean residual. Deliberate.
 double LSQVariance(const ModelState& m);
+
+/// The sum over the periods in the fit of w(i) (C(i) - q X(i))^2 at the current trajectory, q the best for
+/// it. \throws VeltError 11 when nothing is expected in any period
+double WeightedSumSq(const ModelState& m, const std::function<double(int)>& weight);
 
 /// The smallest start that survives: a bisection between 0 and `good` to 1 % of the answer.
 /// \param maxRounds 0 for no limit \param survives runs the trajectory from a start

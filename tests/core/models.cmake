@@ -3,6 +3,7 @@ velt_core_test(models SOURCES
   ContourGrid_test.cpp
   ContourRange_test.cpp
   DepletionBootstraps_test.cpp
+  FitSurface_test.cpp
   GammaFit_test.cpp
   LogFit_test.cpp
   ModelGraphs_test.cpp
