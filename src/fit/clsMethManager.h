@@ -3,6 +3,7 @@
 
 #include "base/Array1.h"
 #include "data/clsVeltData.h"
+#include "fit/Remark.h"
 #include "models/IMethod.h"
 
 #include <cstdint>
@@ -45,6 +46,10 @@ public:
     void DisplayBootStrapHistograms();
     float UpperCILimit(std::int32_t parameter) const;
     float LowerCILimit(std::int32_t parameter) const;
+
+    /// What there is to say about the current fit and, once there are bootstraps, its limits; after a fit
+    /// that failed, about the failure. Empty when all is well, and gone with the fit.
+    std::vector<Remark> Remarks() const;
 
     /// The column code the user picked: 1 to 15, 16 for CPUE, 0 for none.
     std::int32_t GetUserDataPlot();
@@ -132,6 +137,7 @@ private:
     float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0,
           m_rYield = 0, m_finalBiomass = 0, m_r = 0;
     bool m_displayParameters = false;
+    std::vector<Remark> m_fitRemarks;
     std::vector<std::string> m_availableModels;
     Array1<bool, models::kCount> m_modelAvailable;
 };

@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/FitSurface.h"
 
+#include "core/FittedModels.h"
 #include "models/Bootstraps.h"
-#include "models/clsConstRecruit.h"
-#include "models/clsProduction.h"
-#include "models/clsRecruitINdex.h"
-#include "models/clsSingleCohort.h"
-#include "support/SimulatedStock.h"
-#include "support/TableBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -17,67 +12,7 @@
 
 namespace
 {
-using Values = std::vector<double>;
-
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
-constexpr double kScatter = 0.1;
-
-TableBuilder Depletion(double lambda, double recruits)
-{
-    SimulatedStock stock;
-    stock.lambda = lambda;
-    stock.recruits = recruits;
-    return TableBuilder().Effort(stock.effort).Catch(stock.Catches(kScatter)).Recruits(stock.index);
-}
-
-TableBuilder TableFor(std::int32_t whichMeth)
-{
-    if (whichMeth == models::kNoRecruitment)
-        return Depletion(0.0, 0.0);
-    if (whichMeth == models::kRecruitmentIndex)
-        return Depletion(1500.0, 0.0);
-    if (whichMeth == models::kConstantRecruitment)
-        return Depletion(0.0, 10000.0 * (std::exp(0.2) - 1.0));
-    return TableBuilder()
-        .From(1970)
-        .Effort({100, 160, 220, 280, 340, 300, 200, 60, 40, 50, 120, 180})
-        .Yield({560, 810, 985, 1100, 1160, 905, 590, 190, 135, 178, 430, 610});
-}
-
-/// A fit of `whichMeth` as the manager makes it.
-template <typename Model>
-struct Fitted : ModelBench<Model> {
-    Fitted(std::int32_t whichMeth, std::int32_t fitOp) : Fitted(TableFor(whichMeth), whichMeth, fitOp) {}
-    Fitted(const TableBuilder& table, std::int32_t whichMeth, std::int32_t fitOp, double mort = 0.2)
-        : ModelBench<Model>(table)
-    {
-        this->model.WhichMeth(whichMeth);
-        EXPECT_FALSE(this->Fit(fitOp, mort).empty());
-    }
-};
-
-/// Everything that a question could disturb.
-template <typename Model>
-struct Everything {
-    explicit Everything(Fitted<Model>& bench)
-        : state(bench.model.m), working(bench.model.Working()),
-          settings(bench.run.globals.settings.LastEvaluations), naPoints(bench.data.NAPoints()),
-          nntPoints(bench.data.NNtPoints()), ndPoints(bench.data.NDPoints()), included(bench.data.Included()),
-          toggledIn(bench.data.ToggledIn()), dirty(bench.data.IsDirty()), graphs(bench.window.graphs.size())
-    {
-        for (int column = columns::kFirst; column <= columns::kLast; ++column)
-            table(column) = bench.data.Column(column);
-    }
-    bool operator==(const Everything&) const = default;
-
-    ModelState state;
-    ISurfaceModel::WorkingEstimates working;
-    Array1<clsVeltData::Series, columns::kLast> table;
-    std::int32_t settings, naPoints, nntPoints, ndPoints;
-    clsVeltData::Flags included, toggledIn;
-    bool dirty;
-    std::size_t graphs;
-};
 
 /// Asks everything there is to ask.
 void AskAll(IMethod& method)
@@ -96,35 +31,21 @@ void AskAndFail(IMethod& method)
     surface.Refitted(0, 3.0 * surface.Searched().estimate[0]);
     RaiseSubscript();
 }
-
-template <typename Model>
-void ExpectUndisturbed(std::int32_t whichMeth, std::int32_t fitOp)
-{
-    SCOPED_TRACE("model " + std::to_string(whichMeth) + ", error model " + std::to_string(fitOp));
-    Fitted<Model> bench(whichMeth, fitOp);
-    bench.model.PlotEvaluations(true);
-    const Everything<Model> before(bench);
-    const auto searched = bench.model.Searched();
-
-    AskAll(bench.model);
-    EXPECT_TRUE(Everything<Model>(bench) == before);
-    EXPECT_EQ(FailureOf([&] { AskAndFail(bench.model); }), errors::kSubscript);
-    EXPECT_TRUE(Everything<Model>(bench) == before);
-
-    EXPECT_EQ(bench.model.Searched().estimate, searched.estimate);
-}
 } // namespace
 
 TEST(FitSurface, LeavesEveryModelUnderEveryErrorModelToTheBitAsItWas)
 {
-    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
-        ExpectUndisturbed<clsSingleCohort>(models::kNoRecruitment, fitOp);
-        ExpectUndisturbed<clsRecruitINdex>(models::kRecruitmentIndex, fitOp);
-        ExpectUndisturbed<clsConstRecruit>(models::kConstantRecruitment, fitOp);
-        ExpectUndisturbed<clsProduction>(models::kFox, fitOp);
-        ExpectUndisturbed<clsProduction>(models::kSchaefer, fitOp);
-        ExpectUndisturbed<clsProduction>(models::kPellaTomlinson, fitOp);
-    }
+    ForEveryFit([](auto& bench) {
+        const Everything before(bench);
+        const auto searched = bench.model.Searched();
+
+        AskAll(bench.model);
+        EXPECT_TRUE(Everything(bench) == before);
+        EXPECT_EQ(FailureOf([&] { AskAndFail(bench.model); }), errors::kSubscript);
+        EXPECT_TRUE(Everything(bench) == before);
+
+        EXPECT_EQ(bench.model.Searched().estimate, searched.estimate);
+    });
 }
 
 // Without natural mortality N1 = 100 loses 10: the mean populations are 100 - 5 = 95 and 90 - 4 = 86. The
