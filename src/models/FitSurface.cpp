@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/FitSurface.h"
 
+#include "base/modVeltGlobals.h"
 #include "models/ModelState.h"
 
 #include <algorithm>
@@ -13,11 +14,14 @@ constexpr double kInfinite = std::numeric_limits<double>::infinity();
 constexpr double kUpperLimit = 1e20; // of a final search
 constexpr double kSecondPoint = 4.0 / 3.0;
 
-// A ratio of likelihoods is wanted to a hundredth: 1e-6 of the objective is 2e-4 of it at 200 periods.
-constexpr float kFTOL = 1e-6F;
-constexpr float kXTOL = 1e-3F;
+// A ratio of likelihoods is wanted to a hundredth, and n times the relative error of the objective is its
+// error.
+constexpr float kRatioFTOL = 1e-4F;
+constexpr float kRatioXTOL = 1e-2F;
+// A fit that is told to the user is searched as any other.
+constexpr float kFitFTOL = 1e-7F;
+constexpr float kFitXTOL = 1e-4F;
 constexpr std::int16_t kMostSteps = 500;
-constexpr std::int32_t kEitherTest = 0;
 
 // A search that stops this close below its limit ran into it.
 constexpr double kInsideLimit = 0.999;
@@ -66,13 +70,13 @@ double FitSurface::INelMead_MinFunc(std::span<const double> x)
     return std::min(At(x), VELT_NelMead::kPenalty); // its sign for "outside"
 }
 
-void FitSurface::SetUp()
+void FitSurface::SetUp(float ftol, float xtol, std::int32_t convergeOn)
 {
     m_minimiser.Create(*this, static_cast<std::int16_t>(m_searched.count));
-    m_minimiser.FTOL(kFTOL);
-    m_minimiser.XTOL(kXTOL);
+    m_minimiser.FTOL(ftol);
+    m_minimiser.XTOL(xtol);
     m_minimiser.MaxIts(kMostSteps);
-    m_minimiser.ConvergeOn(kEitherTest);
+    m_minimiser.ConvergeOn(convergeOn);
 }
 
 double FitSurface::Refitted(std::size_t held, double value)
@@ -82,7 +86,7 @@ double FitSurface::Refitted(std::size_t held, double value)
     const std::size_t other = 1 - held;
     if (m_searched.count == 1 || m_searched.held.at(other))
         return At(std::span(x).first(m_searched.count));
-    SetUp();
+    SetUp(kRatioFTOL, kRatioXTOL, modVeltGlobals::kConvergeOnEither);
     for (std::size_t i = 0; i < m_searched.count; ++i)
         m_minimiser.SetParameter(static_cast<std::int16_t>(i + 1), x.at(i),
                                  i == held ? x.at(i) : x.at(i) * kSecondPoint, 0.0,
@@ -101,7 +105,7 @@ std::optional<FitSurface::Point> FitSurface::BestBelow(double limit)
             return best;
         const double first = m_searched.held[0] ? m_searched.estimate[0] : (*start)[0];
         const double second = std::min((*start)[1], limit / 2.0);
-        SetUp();
+        SetUp(kFitFTOL, kFitXTOL, modVeltGlobals::kConvergeOnBoth);
         m_minimiser.SetParameter(1, first, m_searched.held[0] ? first : first * kSecondPoint, 0.0,
                                  std::max(kUpperLimit, first));
         m_minimiser.SetParameter(2, second, (second + limit) / 2.0, 0.0, limit);

@@ -80,7 +80,7 @@ public:
 
 private:
     double INelMead_MinFunc(std::span<const double> x) override;
-    void SetUp();
+    void SetUp(float ftol, float xtol, std::int32_t convergeOn);
 
     ISurfaceModel& m_model;
     std::unique_ptr<ModelState> m_kept;

@@ -201,7 +201,7 @@ double MethodCommon::SurfaceValue(std::span<const double> x)
     RunTrajectoryAt(x);
     if (m.PopUnderflow)
         return static_cast<double>(kPenalty);
-    return WeightedSumSq(m, [this](int i) { return RegressionWeight(i); });
+    return WeightedSumSq(m, RegressionWeights());
 }
 
 void MethodCommon::SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters)

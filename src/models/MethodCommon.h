@@ -118,7 +118,7 @@ protected:
     double SurfaceValue(std::span<const double> x) override;
     std::optional<Start> SurfaceStart(std::size_t) override { return std::nullopt; }
     virtual void RunTrajectoryAt(std::span<const double>) {}
-    virtual double RegressionWeight(int) const { return 1.0; }
+    virtual std::span<const double> RegressionWeights() const { return {}; }
 
     Run& TheRun() const { return *m.run; }
     const modVeltGlobals::Settings& Settings() const { return m.run->globals.settings; }

@@ -198,24 +198,28 @@ double LSQVariance(const ModelState& m)
     return n >= 2 ? sum / n : 0.0;
 }
 
-double WeightedSumSq(const ModelState& m, const std::function<double(int)>& weight)
+double WeightedSumSq(const ModelState& m, std::span<const double> weight)
 {
+    const auto periods = static_cast<std::size_t>(m.NAPoints());
+    const auto included = m.data->Included().All();
+    const auto toggledIn = m.data->ToggledIn().All();
+    const auto catches = m.CatchVector.All();
+    const auto expected = m.EffMidPop.All();
     double cross = 0.0;
     double square = 0.0;
-    for (int i = 1; i <= m.NAPoints(); ++i) {
-        if (!m.InFit(i))
+    for (std::size_t i = 0; i < periods; ++i) {
+        if (!included[i] || !toggledIn[i])
             continue;
-        const double x = m.EffMidPop(i);
-        cross += weight(i) * x * m.CatchVector(i);
-        square += weight(i) * x * x;
+        cross += weight[i] * expected[i] * catches[i];
+        square += weight[i] * expected[i] * expected[i];
     }
     const double q = Div(cross, square);
     double sum = 0.0;
-    for (int i = 1; i <= m.NAPoints(); ++i) {
-        if (!m.InFit(i))
+    for (std::size_t i = 0; i < periods; ++i) {
+        if (!included[i] || !toggledIn[i])
             continue;
-        const double r = m.CatchVector(i) - q * m.EffMidPop(i);
-        sum += weight(i) * r * r;
+        const double r = catches[i] - q * expected[i];
+        sum += weight[i] * r * r;
     }
     return sum;
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 
 /// The state that the four models share, and what can be computed from it alone. The widths are part of the
 /// design: per-period vectors are 32-bit floats on purpose, and the engines see values of that precision.
@@ -113,8 +114,9 @@ void WriteCPUESeries(ModelState& m, const std::function<double(int)>& meanPop);
 double LSQVariance(const ModelState& m);
 
 /// The sum over the periods in the fit of w(i) (C(i) - q X(i))^2 at the current trajectory, q the best for
-/// it. \throws VeltError 11 when nothing is expected in any period
-double WeightedSumSq(const ModelState& m, const std::function<double(int)>& weight);
+/// it. \param weight  of period 1 first, as many as there are periods or more \throws VeltError 11 when
+/// nothing is expected in any period
+double WeightedSumSq(const ModelState& m, std::span<const double> weight);
 
 /// The smallest start that survives: a bisection between 0 and `good` to 1 % of the answer.
 /// \param maxRounds 0 for no limit \param survives runs the trajectory from a start

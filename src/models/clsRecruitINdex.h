@@ -72,7 +72,7 @@ protected:
         WorkEsts.Lambda = x[1];
         CalcPopTraj();
     }
-    double RegressionWeight(int i) const override { return m_regression.Weight(i); }
+    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
 
 private:
     /// Limits of both parameters in a search, and whether Fixed1 and Fixed2 hold them.

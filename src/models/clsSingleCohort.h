@@ -53,7 +53,7 @@ protected:
         WorkEsts.N1 = x[0];
         CalcPopTraj();
     }
-    double RegressionWeight(int i) const override { return m_regression.Weight(i); }
+    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
 
 private:
     void BuildRegression();
