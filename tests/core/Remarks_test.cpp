@@ -146,7 +146,7 @@ TEST_F(Session, AFailedLogFitNamesThePeriodWithoutACatchBehindTheWordsOfTheFailu
     Fit(TableBuilder().Effort({10, 12, 9, 11, 13, 10}).Catch({169, 124, 66, 0, 42, 20}), "NO RECRUITMENT",
         Under(fit_op::kLog));
     ASSERT_FALSE(manager.MethDefined());
-    EXPECT_EQ(CodesOf(manager.Remarks()), Codes{"ZeroCatch"});
+    ASSERT_EQ(CodesOf(manager.Remarks()), Codes{"ZeroCatch"});
     ASSERT_FALSE(user.messages.empty());
     const std::string said = user.messages.back().text;
     EXPECT_EQ(said.rfind("Minimisation", 0), 0U) << said;

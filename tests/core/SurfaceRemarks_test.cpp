@@ -89,36 +89,33 @@ TEST(StockUnbounded, IsSaidWhereTenTimesTheStockCannotBeToldApart)
     EXPECT_FALSE(UnboundedOf({114.7, 53.9, 85.9, 92.1, 48.6, 53.8, 73.6, 34.4}));
 }
 
-TEST(StockUnbounded, NamesWhatStandsOnTheStockOfAProductionModel)
+// The same catches as an index under a much larger total catch in 8 years: an index with so much scatter
+// follows from a stock of any size.
+TEST(StockUnbounded, NamesWhatStandsOnTheStockOfAProductionModelUnlessTheUserHoldsIt)
 {
-    // The same catches as an index under a much larger total catch in 8 years: an index with so much scatter
-    // follows from a stock of any size.
     ModelBench<clsProduction> bench(TableBuilder()
                                         .Effort(Values(8, 1.0))
                                         .CatchWt({115.8, 52.0, 86.4, 93.4, 47.7, 53.6, 74.8, 33.7})
                                         .TotalWt({300, 280, 310, 290, 305, 295, 300, 290}));
     bench.model.PlotEvaluations(false);
     bench.Fit(fit_op::kLeastSquares, 0.0);
-    FitSurface surface = bench.model.Surface();
-    const Said said = surface_remarks::StockUnbounded(ReadFit(bench.model, bench.data), surface);
-    EXPECT_TRUE(Says(said, "Read K, M.S.Y. and Final Biomass as \"at least\""));
-}
-
-TEST(StockUnbounded, IsNotSaidOfAFitThatHoldsNorOfAStockThatTheUserHolds)
-{
-    FittedFishery bench;
     {
         FitSurface surface = bench.model.Surface();
-        EXPECT_FALSE(surface_remarks::StockUnbounded(ReadFit(bench.model, bench.data), surface));
+        const Said said = surface_remarks::StockUnbounded(ReadFit(bench.model, bench.data), surface);
+        EXPECT_TRUE(Says(said, "Read K, M.S.Y. and Final Biomass as \"at least\""));
     }
-    ModelBench<clsSingleCohort> cohort(
-        TableBuilder().Effort(Values(8, 1.0)).Catch({115.8, 52.0, 86.4, 93.4, 47.7, 53.6, 74.8, 33.7}));
     bench.user.onStartVals = [](StartVals& starts) { return starts.Fixed1 = true; };
     bench.model.InputStartingEsts();
     FitSurface held = bench.model.Surface();
     ASSERT_TRUE(held.Searched().held[0]);
-    FitReading fit = ReadFit(bench.model, bench.data);
-    EXPECT_FALSE(surface_remarks::StockUnbounded(fit, held));
+    EXPECT_FALSE(surface_remarks::StockUnbounded(ReadFit(bench.model, bench.data), held));
+}
+
+TEST(StockUnbounded, IsNotSaidOfAFitThatHolds)
+{
+    FittedFishery bench;
+    FitSurface surface = bench.model.Surface();
+    EXPECT_FALSE(surface_remarks::StockUnbounded(ReadFit(bench.model, bench.data), surface));
 }
 
 // Yields of 10, 20, 30, 40 with efforts of 1, 2, 3, 4: a total of 100 and a mean catch rate of 10, so that
@@ -270,6 +267,31 @@ TEST(BetterFitKnown, IsNotSaidWithoutTypedStartsNorWhereSomethingIsHeld)
     bench.user.onStartVals = [](StartVals& starts) { return starts.Fixed2 = true; };
     bench.model.InputStartingEsts();
     EXPECT_FALSE(bench.BetterThan(1e9));
+}
+
+// K = 1000, r = 2.3, q = 0.001 from a half of K on, the catch q E (B(t) + B(t+1)) / 2: the stock swings
+// around K with a growth that no steady one imitates.
+TEST(BetterFitKnown, NamesNoFitThatSwings)
+{
+    constexpr double kQ = 0.001;
+    const Values effort{50, 60, 40, 80, 55, 70, 45, 65, 50, 75, 60, 40};
+    Values caught;
+    double b = 500.0;
+    for (const double e : effort) {
+        const double grown = b + 2.3 * b * (1.0 - b / 1000.0);
+        const double next = (grown - kQ * e * b / 2.0) / (1.0 + kQ * e / 2.0);
+        caught.push_back(grown - next);
+        b = next;
+    }
+    ModelBench<clsProduction> bench(TableBuilder().Effort(effort).Yield(caught));
+    bench.model.PlotEvaluations(false);
+    ASSERT_GT(bench.Fit(fit_op::kLeastSquares, 0.0, 0.5).at(2), 2.0);
+    bench.model.SetStartingEsts(true);
+    bench.model.m.objective = 1e9; // which the own starts undercut by far
+    FitSurface surface = bench.model.Surface();
+    const FitReading fit = ReadFit(bench.model, bench.data);
+    EXPECT_FALSE(surface_remarks::BetterFitKnown(fit, surface, bench.data));
+    EXPECT_TRUE(Says(surface_remarks::Oscillating(fit, surface), "above 2 the biomass overshoots K"));
 }
 
 TEST(BetterFitKnown, SaysNothingWhereTheOwnStartsFail)
