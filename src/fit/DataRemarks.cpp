@@ -55,7 +55,7 @@ Said WorseThanMean(const FitReading& fit)
 {
     if (!(fit.method.RSqr() < 0.0F))
         return {};
-    return Remark{"WorseThanMean", "R squared is " + Fixed(static_cast<double>(fit.method.RSqr()), 3) +
+    return Remark{"WorseThanMean", "R squared is " + Short(static_cast<double>(fit.method.RSqr())) +
                                        ": the model explains less than a constant would."};
 }
 

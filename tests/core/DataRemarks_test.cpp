@@ -99,6 +99,8 @@ TEST(WorseThanMean, IsSaidOfAnRSquaredBelowNothing)
     auto reading = Rates({3, 2, 1});
     reading.model.m.RSqr = -0.001F;
     EXPECT_TRUE(Says(data_remarks::WorseThanMean(reading.fit), "R squared is -0.001"));
+    reading.model.m.RSqr = -0.00025F; // which three decimals would make a nothing
+    EXPECT_TRUE(Says(data_remarks::WorseThanMean(reading.fit), "R squared is -0.00025"));
     reading.model.m.RSqr = 0.0F;
     EXPECT_FALSE(data_remarks::WorseThanMean(reading.fit));
 }
