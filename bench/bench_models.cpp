@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Table.h"
 
+#include "fit/Remarks.h"
 #include "models/clsProduction.h"
 
 namespace
@@ -28,6 +29,24 @@ void WholeFit(benchmark::State& state)
     state.counters["evaluations"] = model.method->Details().evaluations;
 }
 BENCHMARK(WholeFit)
+    ->ArgNames({"model", "error", "periods"})
+    ->ArgsProduct({{1, 2, 3, 5}, {1, 2, 3}, {30}})
+    ->Unit(benchmark::kMicrosecond);
+
+/// What the program says about a fit costs less than the fit: to be held beside WholeFit.
+void Remarks(benchmark::State& state)
+{
+    BenchModel model(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)),
+                     static_cast<int>(state.range(2)));
+    model.Fit();
+    model.method->CalcCPUEVectors();
+    model.method->SetRSquared();
+    std::size_t remarks = 0;
+    for (auto _ : state)
+        remarks = RemarksOfFit(*model.method, model.data).size();
+    state.counters["remarks"] = static_cast<double>(remarks);
+}
+BENCHMARK(Remarks)
     ->ArgNames({"model", "error", "periods"})
     ->ArgsProduct({{1, 2, 3, 5}, {1, 2, 3}, {30}})
     ->Unit(benchmark::kMicrosecond);

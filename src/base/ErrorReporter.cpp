@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ErrorReporter.h"
 
-void ErrorReporter::HandleError(const VeltError& error, const std::string& source)
+void ErrorReporter::HandleError(const VeltError& error, const std::string& source, const std::string& hint)
 {
     if (error.IsUserCancel())
         return;
@@ -9,5 +9,7 @@ void ErrorReporter::HandleError(const VeltError& error, const std::string& sourc
     std::string text = error.description;
     if (!where.empty())
         text += "\n\n(" + where + ")";
+    if (!hint.empty())
+        text += "\n\n" + hint;
     m_user.Show({.text = text, .icon = Icon::Exclamation});
 }

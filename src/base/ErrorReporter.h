@@ -12,9 +12,10 @@ class ErrorReporter
 public:
     explicit ErrorReporter(IUser& user) : m_user(user) {}
 
-    /// Shows `error`'s description with its source, or with `source` when the error names none. A cancel by
-    /// the user is the normal end of long work and is swallowed.
-    void HandleError(const VeltError& error, const std::string& source);
+    /// Shows `error`'s description with its source, or with `source` when the error names none, and behind
+    /// them in a paragraph of its own what the user may do about it. A cancel by the user is the normal end
+    /// of long work and is swallowed.
+    void HandleError(const VeltError& error, const std::string& source, const std::string& hint = {});
 
     Answer Show(const Message& message) { return m_user.Show(message); }
 

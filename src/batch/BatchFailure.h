@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fit/Remark.h"
+
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <utility>
+#include <vector>
 
 /// What the shell sees when velt-batch ends.
 enum class ExitStatus : int {
@@ -15,13 +19,15 @@ enum class ExitStatus : int {
 
 /// Ends a batch job: the sentence for the terminal and the status for the shell.
 struct BatchFailure : std::exception {
-    BatchFailure(ExitStatus status, std::string message, std::int32_t excuse = 0)
-        : status(status), message(std::move(message)), excuse(excuse)
+    BatchFailure(ExitStatus status, std::string message, std::int32_t excuse = 0,
+                 std::vector<Remark> remarks = {})
+        : status(status), message(std::move(message)), excuse(excuse), remarks(std::move(remarks))
     {
     }
     const char* what() const noexcept override { return message.c_str(); }
 
     ExitStatus status;
     std::string message;
-    std::int32_t excuse; ///< a model's Excuse; 0 when the failure is not a model's
+    std::int32_t excuse;         ///< a model's Excuse; 0 when the failure is not a model's
+    std::vector<Remark> remarks; ///< where the cause is known
 };

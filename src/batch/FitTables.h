@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fit/Remark.h"
 #include "models/IMethod.h"
 
 #include <cstdint>
@@ -41,6 +42,7 @@ struct FitTables {
     std::optional<float> ntAfter;
     std::vector<Interval> intervals;    ///< empty without bootstraps
     std::vector<Replicates> replicates; ///< the same
+    std::vector<Remark> remarks;        ///< on the fit and its limits
 };
 
 /// The tables of a fit that stands, without bootstraps. Taken right after the fit: replicates overwrite what

@@ -50,21 +50,6 @@ std::string Messages(const Job& job)
     return text;
 }
 
-/// What the words of a failure of arithmetic leave to guess.
-std::string Hint(const std::string& messages)
-{
-    if (messages.starts_with("Overflow"))
-        return "\nA number grew beyond 3.4e38. Give the data in larger units, and look at --start and --z; "
-               "replicates of an estimate without a bound fail like this too.";
-    if (messages.starts_with("Invalid procedure call or argument"))
-        return "\nA logarithm or a power of a number that has none. Look for zero or negative catches, and "
-               "at "
-               "--init-proportion.";
-    if (messages.starts_with("Division by zero"))
-        return "\nLook for zeros in the table (a variance of zero is no weight) and at --start.";
-    return {};
-}
-
 /// The grid titles of the columns that the model needs, derived ones included.
 std::string NeededColumns(const Job& job)
 {
@@ -101,9 +86,8 @@ void Fit(Job& job)
     if (job.user.modelMissing || job.user.Said(LoadResString(1909)))
         RefuseData(job);
     const bool fewPoints = job.user.Said(LoadResString(1908));
-    const std::string messages = Messages(job);
-    throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, messages + Hint(messages),
-                       job.manager.LastExcuse());
+    throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, Messages(job),
+                       job.manager.LastExcuse(), job.manager.Remarks());
 }
 
 void Bootstrap(Job& job, FitTables& tables)
@@ -116,11 +100,10 @@ void Bootstrap(Job& job, FitTables& tables)
                                std::to_string(job.meter.Furthest()) + " of " +
                                std::to_string(job.manager.Method()->NumBootStraps()) +
                                ". Raise --max-its, or loosen --ftol or --xtol.",
-                           excuse::kNotConverged);
-    const std::string messages = Messages(job);
+                           excuse::kNotConverged, job.manager.Remarks());
     if (!job.manager.IsBSDone())
-        throw BatchFailure(ExitStatus::FitFailed, "--bootstraps: " + messages + Hint(messages),
-                           job.manager.Method()->Excuse());
+        throw BatchFailure(ExitStatus::FitFailed, "--bootstraps: " + Messages(job),
+                           job.manager.Method()->Excuse(), job.manager.Remarks());
     if (!job.manager.GetUserConfidenceIntervals())
         throw BatchFailure(ExitStatus::BadUsage, "--ci: " + Messages(job));
     job.manager.DisplayBootStrapHistograms();
@@ -148,11 +131,18 @@ void WriteFiles(const Job& job, const FitTables& tables)
         WritePlots(job.window, *request.plotsDir);
 }
 
-/// Warnings of a job that went well.
-void Warn(const Job& job, std::ostream& err)
+void TellRemarks(const std::vector<Remark>& remarks, std::ostream& err)
+{
+    for (const Remark& remark : remarks)
+        err << "velt-batch: remark: " << remark.text << "\n";
+}
+
+/// Warnings and remarks of a job that went well.
+void Warn(const Job& job, const FitTables& tables, std::ostream& err)
 {
     for (const std::string& message : job.user.messages)
         err << "velt-batch: " << Trim(message) << "\n";
+    TellRemarks(tables.remarks, err);
 }
 
 /// A full disk and a closed output are noticed only when the text leaves the program.
@@ -171,14 +161,16 @@ void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
     FitTables tables = TablesOf(job.manager, job.data);
     if (request.bootstraps)
         Bootstrap(job, tables);
+    tables.remarks = job.manager.Remarks();
     WriteFiles(job, tables);
-    Warn(job, err);
+    Warn(job, tables, err);
     out << (request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText());
 }
 
 int Tell(const BatchFailure& failure, bool json, std::ostream& out, std::ostream& err)
 {
     err << "velt-batch: " << failure.message << "\n";
+    TellRemarks(failure.remarks, err);
     if (json && failure.status == ExitStatus::FitFailed)
         out << JsonOf(failure);
     return static_cast<int>(failure.status);

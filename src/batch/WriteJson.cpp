@@ -61,6 +61,14 @@ Json Intervals(const FitTables& tables)
     return object;
 }
 
+Json Remarks(const std::vector<Remark>& remarks)
+{
+    Json array = Json::array();
+    for (const auto& [code, text] : remarks)
+        array.push_back({{"Code", code}, {"Text", text}});
+    return array;
+}
+
 std::string Text(const Json& object)
 {
     return object.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -84,10 +92,14 @@ std::string JsonOf(const FitTables& tables)
                  {"Objective", OrNull(tables.details.objective)},
                  {"Evaluations", tables.details.evaluations},
                  {"Series", Series(tables)},
-                 {"ConfidenceIntervals", Intervals(tables)}});
+                 {"ConfidenceIntervals", Intervals(tables)},
+                 {"Remarks", Remarks(tables.remarks)}});
 }
 
 std::string JsonOf(const BatchFailure& failure)
 {
-    return Text({{"Status", "failed"}, {"Excuse", failure.excuse}, {"Message", failure.message}});
+    return Text({{"Status", "failed"},
+                 {"Excuse", failure.excuse},
+                 {"Message", failure.message},
+                 {"Remarks", Remarks(failure.remarks)}});
 }

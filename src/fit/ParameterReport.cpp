@@ -3,10 +3,10 @@
 
 #include "base/NumberText.h"
 #include "base/StringTable.h"
+#include "fit/ParameterLimits.h"
 #include "fit/clsMethManager.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace
 {
@@ -52,28 +52,6 @@ std::vector<ParameterReport::Row> Estimates(const clsMethManager& manager)
     }
 }
 
-/// The parameters that have limits, in the order of the block. In a production model the replacement yield
-/// stands before r here and after MSY among the estimates. Deliberate.
-std::vector<std::pair<std::string, int>> IntervalParameters(const clsMethManager& manager)
-{
-    const modVeltGlobals::Globals& texts = manager.TheRun().globals;
-    switch (manager.CurrMethType()) {
-    case models::kNoRecruitment:
-        return {{texts.N1, bs_param::kN1}, {texts.Q, bs_param::kQ}};
-    case models::kRecruitmentIndex:
-        return {{texts.N1, bs_param::kN1}, {texts.Q, bs_param::kQ}, {texts.Lambda, bs_param::kLambda}};
-    case models::kConstantRecruitment:
-        return {
-            {texts.K, bs_param::kK}, {texts.Q, bs_param::kQ}, {texts.ReplacementYield, bs_param::kRYield}};
-    default:
-        return {{texts.K, bs_param::kK},
-                {texts.Q, bs_param::kQ},
-                {texts.ReplacementYield, bs_param::kRYield},
-                {texts.R, bs_param::kR},
-                {texts.MSY, bs_param::kMSY}};
-    }
-}
-
 void AppendBlock(std::string& text, const std::string& heading, const std::vector<ParameterReport::Row>& rows)
 {
     if (rows.empty())
@@ -84,6 +62,29 @@ void AppendBlock(std::string& text, const std::string& heading, const std::vecto
     text += heading.empty() ? "\n" : "\n" + heading + "\n";
     for (const ParameterReport::Row& row : rows)
         text += "  " + row.name + std::string(width - row.name.size() + 2, ' ') + row.value + "\n";
+}
+
+/// The words of `sentence` on lines that a terminal shows whole, the later ones below the first word.
+std::string Wrapped(const std::string& sentence)
+{
+    constexpr std::size_t kWidth = 78;
+    const std::string indent = "  ";
+    const std::string hanging(indent.size() + sentence.find(' ') + 1, ' ');
+    std::string text;
+    std::string line = indent;
+    for (std::size_t at = 0; at < sentence.size();) {
+        const std::size_t end = std::min(sentence.find(' ', at), sentence.size());
+        const std::string word = sentence.substr(at, end - at);
+        const bool empty = line.find_first_not_of(' ') == std::string::npos;
+        if (!empty && line.size() + 1 + word.size() > kWidth) {
+            text += line + "\n";
+            line = hanging + word;
+        } else {
+            line += (empty ? "" : " ") + word;
+        }
+        at = end + 1;
+    }
+    return text + line + "\n";
 }
 } // namespace
 
@@ -97,11 +98,12 @@ ParameterReport ParameterReport::Of(const clsMethManager& manager)
     report.inputs = Inputs(manager);
     report.estimates = Estimates(manager);
     if (manager.IsBSDone()) {
-        for (const auto& [name, parameter] : IntervalParameters(manager))
-            report.intervals.push_back({name, Plain(manager.LowerCILimit(parameter)) + " - " +
-                                                  Plain(manager.UpperCILimit(parameter))});
+        for (const ParameterLimits& p : LimitsOf(manager))
+            report.intervals.push_back({p.name, Plain(p.low) + " - " + Plain(p.high)});
         report.intervalLevels = Plain(manager.CILow()) + " - " + Plain(manager.CIHigh());
     }
+    for (const Remark& remark : manager.Remarks())
+        report.remarks.push_back(std::to_string(report.remarks.size() + 1) + ". " + remark.text);
     return report;
 }
 
@@ -114,5 +116,9 @@ std::string ParameterReport::AsText() const
     AppendBlock(text, LoadResString(802), inputs);
     AppendBlock(text, LoadResString(803), estimates);
     AppendBlock(text, LoadResString(804) + "  " + intervalLevels, intervals);
+    if (!remarks.empty())
+        text += std::string("\n") + kRemarksHeading + "\n";
+    for (const std::string& remark : remarks)
+        text += Wrapped(remark);
     return text;
 }

@@ -3,9 +3,11 @@
 
 #include "base/Checked.h"
 #include "base/StringTable.h"
+#include "fit/FailureHints.h"
 #include "fit/InputParams.h"
 #include "fit/MinimiserOptions.h"
 #include "fit/ParameterReport.h"
+#include "fit/Remarks.h"
 #include "graphs/ModelGraph.h"
 
 #include <algorithm>
@@ -25,23 +27,6 @@ const std::string kFitSource = "clsMethManager_FitNewModel";
 bool LagTooLong(const IMethod& method, const clsVeltData& data)
 {
     return models::IsProduction(method.WhichMeth()) && method.LAG() > data.NAPoints();
-}
-
-/// A subscript says nothing to a user; where the table or the lag is the cause, the source is told with it.
-VeltError WithAdvice(VeltError error, const clsVeltData& data, const IMethod* method)
-{
-    // The population has one entry more than there are periods, and no more room than the table.
-    constexpr std::int32_t kMostPeriods = clsVeltData::kRows - 1;
-    const std::string periods = std::to_string(data.NAPoints()) + " periods";
-    std::string advice;
-    if (data.NAPoints() > kMostPeriods)
-        advice = "the table has " + periods + " and at most " + std::to_string(kMostPeriods) +
-                 " can be fitted. Take a row out of the table.";
-    else if (method != nullptr && LagTooLong(*method, data))
-        advice = "the time lag is longer than the " + periods + " of the table. Choose a shorter one.";
-    if (error.number == errors::kSubscript && !advice.empty())
-        error.source = (error.source.empty() ? kFitSource : error.source) + ": " + advice;
-    return error;
 }
 
 /// What `work` raised, as one failure to be told; nothing when it came to its end. A failure that is not the
@@ -117,6 +102,7 @@ void clsMethManager::Reset()
     m_availableModels.clear();
     m_methDefined = m_plotEvaluations = m_setStartingEstimates = m_fitLogged = false;
     m_method.reset();
+    m_fitRemarks.clear();
     if (m_displayParameters)
         m_run.window.ShowParameterReport(nullptr); // the wish to see the report outlives the fit
     m_ciLow = 0.025F;
@@ -290,6 +276,7 @@ void clsMethManager::Fit()
     m_method->CalcCPUEVectors();
     m_method->SetRSquared();
     PullResults();
+    m_fitRemarks = RemarksOfFit(*m_method, *m_data);
     DisplayParameters(true);
     m_method->BuildModelGraphs();
     m_lastExcuse = excuse::kNone;
@@ -356,8 +343,11 @@ void clsMethManager::FitNewModel(bool keepInputs)
     if (m_method)
         m_lastExcuse = m_method->Excuse();
     const bool gaveUp = failure->number == kProgramErrorBase + errors::kFitFailed;
-    m_run.reporter.HandleError(WithAdvice(*failure, *m_data, m_method.get()), gaveUp ? "" : kFitSource);
+    const std::string hint = HintOn(*failure, *m_data, m_method.get());
+    std::vector<Remark> remarks = RemarksOfFailure(*failure, m_method.get(), *m_data);
+    m_run.reporter.HandleError(*failure, gaveUp ? "" : kFitSource, hint);
     Reset();
+    m_fitRemarks = std::move(remarks);
     m_run.window.StatusText(m_run.globals.Ready);
     m_run.window.HourglassOff();
 }
@@ -406,7 +396,7 @@ void clsMethManager::GenerateBootStraps()
     m_run.window.StatusText(m_run.globals.Ready);
     m_run.window.HourglassOff();
     if (failure) // told without an hourglass over the box
-        m_run.reporter.HandleError(*failure, "");
+        m_run.reporter.HandleError(*failure, "", HintOn(*failure, *m_data, m_method.get()));
 }
 
 bool clsMethManager::GetUserConfidenceIntervals()
@@ -478,6 +468,16 @@ float clsMethManager::UpperCILimit(std::int32_t parameter) const
 float clsMethManager::LowerCILimit(std::int32_t parameter) const
 {
     return CILimit(parameter, m_ciLow);
+}
+
+std::vector<Remark> clsMethManager::Remarks() const
+{
+    std::vector<Remark> all = m_fitRemarks;
+    if (IsBSDone()) { // asked anew: the levels may have changed since
+        const std::vector<Remark> ofLimits = RemarksOfLimits(*m_method, *m_data, LimitsOf(*this));
+        all.insert(all.end(), ofLimits.begin(), ofLimits.end());
+    }
+    return all;
 }
 
 std::int32_t clsMethManager::GetUserDataPlot()

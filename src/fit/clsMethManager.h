@@ -3,6 +3,7 @@
 
 #include "base/Array1.h"
 #include "data/clsVeltData.h"
+#include "fit/Remark.h"
 #include "models/IMethod.h"
 
 #include <cstdint>
@@ -53,6 +54,10 @@ public:
     /// taken for 1. \throws VeltError 9 for any other position outside 1 to the count
     float UpperCILimit(std::int32_t parameter) const;
     float LowerCILimit(std::int32_t parameter) const;
+
+    /// What there is to say about the current fit and, once there are bootstraps, its limits; after a fit
+    /// that failed, about the failure. Empty when all is well, and gone with the fit.
+    std::vector<Remark> Remarks() const;
 
     /// The column code the user picked: 1 to 15, 16 for CPUE, 0 for none.
     std::int32_t GetUserDataPlot();
@@ -148,6 +153,7 @@ private:
     float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0,
           m_rYield = 0, m_finalBiomass = 0, m_r = 0;
     bool m_displayParameters = false;
+    std::vector<Remark> m_fitRemarks;
     std::vector<std::string> m_availableModels;
     Array1<bool, models::kCount> m_modelAvailable;
 };

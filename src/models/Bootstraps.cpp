@@ -24,7 +24,7 @@ int GetValidPtNo(const ModelState& m)
     }
 }
 
-int RunReplicates(const ModelState& m, const std::string& source, const std::function<bool(int)>& replicate)
+int RunReplicates(ModelState& m, const std::string& source, const std::function<bool(int)>& replicate)
 {
     MeterScope meter(m.run->meter, m.run->globals.CalculatingBootstraps, m.NumBootStraps);
     int failures = 0;
@@ -33,6 +33,7 @@ int RunReplicates(const ModelState& m, const std::string& source, const std::fun
         meter.Done(b, source);
         done ? ++b : ++failures;
     }
+    m.replicatesDrawnAgain = failures;
     return failures;
 }
 

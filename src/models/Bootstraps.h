@@ -12,8 +12,9 @@ int GetValidPtNo(const ModelState& m);
 
 /// Runs replicates 1 to NumBootStraps under the meter. A replicate that answers false is drawn again, without
 /// limit: only Cancel ends a run whose replicates never succeed. Deliberate.
-/// \return how many were drawn again \throws VeltError 2263 with `source` when the user cancels
-int RunReplicates(const ModelState& m, const std::string& source, const std::function<bool(int)>& replicate);
+/// \return how many were drawn again, which the state keeps \throws VeltError 2263 with `source` when the
+/// user cancels
+int RunReplicates(ModelState& m, const std::string& source, const std::function<bool(int)>& replicate);
 
 /// Which periods a lognormal resampling gives a new catch.
 enum class Resample { EveryPeriod, ToggledIn };

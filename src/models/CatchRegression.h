@@ -5,6 +5,7 @@
 #include "models/ModelState.h"
 
 #include <array>
+#include <span>
 
 /// The linear form of a depletion model: the catch of a period is b1 x1 + b2 x2 (+ b3 x3) through the origin.
 /// A model fills the rows of its Included periods; the regression runs over those that are also toggled in.
@@ -21,6 +22,7 @@ public:
     /// Solves over the periods in the fit. \return whether a solution exists
     bool Solve(const ModelState& m);
     double Coefficient(int column) const { return m_regress.Coefficient(column); }
+    std::span<const double> Weights() const { return m_w.All(); } ///< of the periods whose rows were given
 
     /// FittedVec and ResidVec (times the root of the weight) of the Included periods, from the coefficients.
     void FillResiduals(ModelState& m) const;

@@ -78,7 +78,8 @@ GammaProfile GammaMinimisation(ModelState& m)
 {
     m.GammaBeta = Div(m.EffMidPopSum * m.GammaNu, m.CatchSum);
     const NuBracket bracket = BracketNu(m, m.GammaNu);
-    if (!bracket.found)
+    m.ProfileFailed = !bracket.found;
+    if (m.ProfileFailed)
         return {kNoProfile, true};
     VELT_Solver solver;
     solver.Init();
@@ -92,7 +93,7 @@ GammaProfile GammaMinimisation(ModelState& m)
 void GammaMomentStart(ModelState& m, double q, double sumSq)
 {
     m.GammaBeta = Div(q * m.EffMidPopSum, sumSq);
-    m.GammaNu = Div(m.CatchSum * m.GammaBeta, m.EffMidPopSum);
+    m.GammaNu = m.HomeNu = Div(m.CatchSum * m.GammaBeta, m.EffMidPopSum);
 }
 
 void FillGammaPositions(ModelState& m, const std::function<double(int)>& shape,

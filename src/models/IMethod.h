@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "models/FitSurface.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -155,6 +157,14 @@ public:
     virtual void Create(clsVeltData& data) = 0;
 
     virtual FitDetails Details() const = 0;
+    /// The objective around the fit, for as long as the surface lives. \pre a fit that stands, with the
+    /// catches that it was made on
+    virtual FitSurface Surface() = 0;
+    /// What a regression gave for N1 or K when the start was replaced, because that stock would not have
+    /// survived the catches.
+    virtual std::optional<double> ReplacedStart() const = 0;
+    /// How many refits of the last bootstrap run had to be drawn again.
+    virtual int ReplicatesDrawnAgain() const = 0;
 };
 
 /// A new model of the class that serves model number 1 to 6, not yet created on a data set.

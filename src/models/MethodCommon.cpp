@@ -118,6 +118,7 @@ private:
 void MethodCommon::CalcBootStraps()
 {
     const KeptGamma keptGamma(m);
+    m.HomeNu = m.GammaNu;
     m.NumBootStraps = Settings().NumBootStraps;
     m.IsBSDone = false;
     m_boot = clsBootStrap();
@@ -184,15 +185,41 @@ FitDetails MethodCommon::Details() const
 
 double MethodCommon::INelMead_MinFunc(std::span<const double> x)
 {
-    m.CatchUnexpected = false;
+    m.CatchUnexpected = m.ProfileFailed = false;
     try {
-        const double value = Objective(x);
+        double value = Objective(x);
+        if (m.ProfileFailed)
+            value = OnceMoreFromHome(x, value);
         return std::isnan(value) || m.CatchUnexpected ? FailedEvaluation() : value;
     } catch (const VeltError& error) {
         if (!error.IsNumeric())
             throw;
         return FailedEvaluation();
     }
+}
+
+double MethodCommon::SurfaceValue(std::span<const double> x)
+{
+    if (models::IsProduction(m.WhichMeth) || !fit_op::IsLeastSquares(m.FitOp))
+        return Objective(x);
+    RunTrajectoryAt(x);
+    if (m.PopUnderflow)
+        return static_cast<double>(kPenalty);
+    return WeightedSumSq(m, RegressionWeights());
+}
+
+// An evaluation starts its profile where the last one ended. From far out, where a search looks around, no
+// bracket of 20 steps reaches home again: without this one excursion would strand every evaluation after it.
+double MethodCommon::OnceMoreFromHome(std::span<const double> x, double failed)
+{
+    const double nu = m.GammaNu;
+    if (nu == m.HomeNu || !(m.HomeNu > 0.0))
+        return failed;
+    m.GammaNu = m.HomeNu;
+    const double value = Objective(x);
+    if (m.ProfileFailed)
+        m.GammaNu = nu;
+    return value;
 }
 
 void MethodCommon::SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters)
@@ -259,6 +286,8 @@ bool MethodCommon::StartFromRegression(CatchRegression& regression, double& firs
         return fail(excuse::kNoStart);
     q = -regression.Coefficient(2);
     first = checked::Div(regression.Coefficient(1), q);
+    const double byRegression = first;
+    m.replacedStart.reset();
     run(first, q);
     afterFirstRun();
     m.LsqSumSq = StartSumSq(q);
@@ -267,12 +296,14 @@ bool MethodCommon::StartFromRegression(CatchRegression& regression, double& firs
             return fail(excuse::kPopulationUnderflow);
         first = static_cast<double>(m.TotCatchSum);
         m.StartEstKind = 3;
+        m.replacedStart = byRegression;
     }
     double start = first; // a box for starting values must not stand at 99 doublings that did not help
     run(start, q);
     const bool survives = DoubleUntilItSurvives([&] {
         start *= 2.0;
         m.StartEstKind = 3;
+        m.replacedStart = byRegression;
         run(start, q);
     });
     if (!survives)

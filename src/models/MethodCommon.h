@@ -20,7 +20,7 @@ std::string ConvergenceText(const VELT_NelMead& minimiser, const modVeltGlobals:
 /// The part of a model that has no biology in it: the properties over the shared state, the order of a
 /// bootstrap run, the set-up of a search, and the way a failure gets its source. What a model computes stands
 /// in its own class.
-class MethodCommon : public IMethod, public INelMead
+class MethodCommon : public IMethod, public INelMead, public ISurfaceModel
 {
 public:
     float BootStrap(std::int32_t parameter, std::int32_t n) const override;
@@ -76,6 +76,9 @@ public:
     void CalcBootStrapHistos(float low, float high) override;
     void Create(clsVeltData& data) override;
     FitDetails Details() const override;
+    FitSurface Surface() override { return FitSurface(*this); }
+    std::optional<double> ReplacedStart() const override { return m.replacedStart; }
+    int ReplicatesDrawnAgain() const override { return m.replicatesDrawnAgain; }
 
     double INelMead_MinFunc(std::span<const double> x) final;
 
@@ -112,6 +115,13 @@ protected:
     virtual void AddYieldGraph() {}
     virtual std::vector<NamedValue> InitEstimateValues() const = 0;
     virtual double FinalVar() const = 0;
+
+    // The surface around a fit. Only a regression, which minimises nothing, needs the last two.
+    ModelState& State() override { return m; }
+    double SurfaceValue(std::span<const double> x) override;
+    std::optional<Start> SurfaceStart(std::size_t) override { return std::nullopt; }
+    virtual void RunTrajectoryAt(std::span<const double>) {}
+    virtual std::span<const double> RegressionWeights() const { return {}; }
 
     Run& TheRun() const { return *m.run; }
     const modVeltGlobals::Settings& Settings() const { return m.run->globals.settings; }
@@ -167,6 +177,7 @@ protected:
 
 private:
     void SortBootstraps();
+    double OnceMoreFromHome(std::span<const double> x, double failed);
 
     std::string m_className;
 };

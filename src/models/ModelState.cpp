@@ -198,6 +198,32 @@ double LSQVariance(const ModelState& m)
     return n >= 2 ? sum / n : 0.0;
 }
 
+double WeightedSumSq(const ModelState& m, std::span<const double> weight)
+{
+    const auto periods = static_cast<std::size_t>(m.NAPoints());
+    const auto included = m.data->Included().All();
+    const auto toggledIn = m.data->ToggledIn().All();
+    const auto catches = m.CatchVector.All();
+    const auto expected = m.EffMidPop.All();
+    double cross = 0.0;
+    double square = 0.0;
+    for (std::size_t i = 0; i < periods; ++i) {
+        if (!included[i] || !toggledIn[i])
+            continue;
+        cross += weight[i] * expected[i] * catches[i];
+        square += weight[i] * expected[i] * expected[i];
+    }
+    const double q = Div(cross, square);
+    double sum = 0.0;
+    for (std::size_t i = 0; i < periods; ++i) {
+        if (!included[i] || !toggledIn[i])
+            continue;
+        const double r = catches[i] - q * expected[i];
+        sum += weight[i] * r * r;
+    }
+    return sum;
+}
+
 double SmallestSurvivingStart(double good, int maxRounds, const std::function<bool(double)>& survives)
 {
     const int most = maxRounds == 0 ? kMostHalvings<double> : maxRounds;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <span>
 
 /// The state that the four models share, and what can be computed from it alone. The widths are part of the
 /// design: per-period vectors are 32-bit floats on purpose, and the engines see values of that precision.
@@ -41,9 +42,12 @@ struct ModelState {
     bool PlotEvaluations = false;
     bool MinOK = false;           ///< some evaluation of the current search was inside the domain
     bool CatchUnexpected = false; ///< the last evaluation of a log search left out a period
+    bool ProfileFailed = false;   ///< the last GammaMinimisation found no bracket
     Array1<bool, bs_param::kCount> BSFilled;
 
-    double GammaNu = 0.0;   ///< shape of a period's catch is GammaNu X(i)
+    double GammaNu = 0.0; ///< shape of a period's catch is GammaNu X(i)
+    double HomeNu =
+        0.0; ///< where a search began: a profile that fails from far out is tried once more from there
     double GammaBeta = 0.0; ///< rate; q = GammaNu / GammaBeta
     double LsqSumSq = 0.0;  ///< sum of squares of the starting fit
     double QValue = 0.0;
@@ -66,6 +70,10 @@ struct ModelState {
 
     std::optional<double> objective; ///< at the estimate, of the last final fit
     std::int32_t evaluations = 0;
+    std::optional<double> replacedStart; ///< what the regression gave, when the start is something else
+    int replicatesDrawnAgain = 0;        ///< of the last bootstrap run
+
+    bool operator==(const ModelState&) const = default;
 
     int NAPoints() const { return data->NAPoints(); }
     int NDPoints() const { return data->NDPoints(); }
@@ -116,6 +124,11 @@ template <typename Width>
 inline constexpr int kMostHalvings =
     std::numeric_limits<Width>::max_exponent - std::numeric_limits<Width>::min_exponent +
     std::numeric_limits<Width>::digits + 1;
+
+/// The sum over the periods in the fit of w(i) (C(i) - q X(i))^2 at the current trajectory, q the best for
+/// it. \param weight  of period 1 first, as many as there are periods or more \throws VeltError 11 when
+/// nothing is expected in any period
+double WeightedSumSq(const ModelState& m, std::span<const double> weight);
 
 /// The smallest start that survives: a bisection between 0 and `good` to 1 % of the answer.
 /// \param maxRounds 0 for no limit but that of the numbers \param survives runs the trajectory from a start

@@ -50,6 +50,15 @@ protected:
     double ExpectedMeanPop(int i) const override;
     std::vector<NamedValue> InitEstimateValues() const override;
     double FinalVar() const override { return FinalEstimates.Var; }
+    SearchedParameters Searched() const override { return {.count = 1, .estimate = {FinalEstimates.K}}; }
+    WorkingEstimates Working() const override { return {WorkEsts.K, WorkEsts.Q, 0.0, WorkEsts.Var}; }
+    void Working(const WorkingEstimates& w) override { WorkEsts = {.K = w[0], .Q = w[1], .Var = w[3]}; }
+    void RunTrajectoryAt(std::span<const double> x) override
+    {
+        WorkEsts.K = x[0];
+        CalcPopTraj();
+    }
+    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
 
 private:
     void BuildRegression();

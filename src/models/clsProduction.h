@@ -80,6 +80,16 @@ protected:
     void AddYieldGraph() override;
     std::vector<NamedValue> InitEstimateValues() const override;
     double FinalVar() const override { return FinalEstimates.Var; }
+    SearchedParameters Searched() const override
+    {
+        return {.count = 2, .estimate = {FinalEstimates.K, FinalEstimates.R}, .held = {Fixed1, Fixed2}};
+    }
+    WorkingEstimates Working() const override { return {WorkEsts.K, WorkEsts.Q, WorkEsts.R, WorkEsts.Var}; }
+    void Working(const WorkingEstimates& w) override
+    {
+        WorkEsts = {.K = w[0], .Q = w[1], .R = w[2], .Var = w[3]};
+    }
+    std::optional<Start> SurfaceStart(std::size_t number) override;
 
 private:
     /// What differs between the searches of the three error models.

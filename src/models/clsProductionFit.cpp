@@ -337,3 +337,13 @@ void clsProduction::GammaBootStraps()
         return true;
     });
 }
+
+std::optional<ISurfaceModel::Start> clsProduction::SurfaceStart(std::size_t number)
+{
+    if (number >= std::size(RStarts))
+        return std::nullopt;
+    Estimates start = InitEsts;
+    start.R = RStarts[number];
+    SolveStartK(start); // where it fails the search starts from what the record holds, as a fit does
+    return Start{start.K, start.R};
+}

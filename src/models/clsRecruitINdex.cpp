@@ -318,7 +318,8 @@ void clsRecruitINdex::MomentStart()
     CalcPopTraj();
     SumDiscountedCatches(m);
     m.GammaBeta = Div(m.EffMidPopSum * InitEsts.Q, m.LsqSumSq);
-    m.GammaNu = InitEsts.Q * m.GammaBeta; // differs from the other models' moment start. Deliberate.
+    m.GammaNu = m.HomeNu =
+        InitEsts.Q * m.GammaBeta; // differs from the other models' moment start. Deliberate.
 }
 
 void clsRecruitINdex::GammaFinalEstimates()

@@ -54,6 +54,25 @@ protected:
     double ExpectedMeanPop(int i) const override;
     std::vector<NamedValue> InitEstimateValues() const override;
     double FinalVar() const override { return FinalEstimates.Var; }
+    SearchedParameters Searched() const override
+    {
+        return {.count = 2, .estimate = {FinalEstimates.N1, FinalEstimates.Lambda}, .held = {Fixed1, Fixed2}};
+    }
+    WorkingEstimates Working() const override
+    {
+        return {WorkEsts.N1, WorkEsts.Q, WorkEsts.Lambda, WorkEsts.Var};
+    }
+    void Working(const WorkingEstimates& w) override
+    {
+        WorkEsts = {.N1 = w[0], .Q = w[1], .Lambda = w[2], .Var = w[3]};
+    }
+    void RunTrajectoryAt(std::span<const double> x) override
+    {
+        WorkEsts.N1 = x[0];
+        WorkEsts.Lambda = x[1];
+        CalcPopTraj();
+    }
+    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
 
 private:
     /// Limits of both parameters in a search, and whether Fixed1 and Fixed2 hold them.

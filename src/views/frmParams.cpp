@@ -12,6 +12,8 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace
@@ -58,6 +60,8 @@ frmParams::frmParams(QWidget* parent) : QDialog(parent)
     m_intervals.grid->addWidget(m_lblCIRange, 0, 1);
     for (const Block& block : {m_inputs, m_estimates, m_intervals})
         column->addWidget(block.frame);
+    AddRemarks();
+    column->addWidget(m_remarksFrame);
     column->addStretch(1);
     AddButtons();
     column->setSizeConstraint(QLayout::SetFixedSize); // room only for the blocks that exist
@@ -135,6 +139,54 @@ void frmParams::Fill(Block& block, const std::vector<ParameterReport::Row>& rows
     }
 }
 
+void frmParams::AddRemarks()
+{
+    const QString heading = QString::fromLatin1(ParameterReport::kRemarksHeading);
+    m_remarksFrame = new QGroupBox(this);
+    m_remarksFrame->setObjectName(QStringLiteral("picRemarks"));
+    m_remarksFrame->setAccessibleName(heading);
+    auto* rows = new QVBoxLayout(m_remarksFrame);
+    QLabel* title = NewLabel("lblRemarks", Qt::AlignLeft);
+    title->setText(heading);
+    title->setFont(Bold(title->font()));
+    rows->addWidget(title);
+    m_remarksArea = new QScrollArea(m_remarksFrame);
+    m_remarksArea->setFrameShape(QFrame::NoFrame);
+    m_remarksArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    rows->addWidget(m_remarksArea);
+}
+
+/// Each sentence in a label of its own, wrapped at a width that reads well; beyond a dozen lines they scroll.
+void frmParams::FillRemarks(const std::vector<std::string>& sentences)
+{
+    constexpr int kColumns = 64;
+    constexpr int kMostLines = 14;
+    const QFontMetrics metrics(font());
+    const int width = kColumns * metrics.averageCharWidth();
+    auto* page = new QWidget; // the area deletes the one before
+    auto* rows = new QVBoxLayout(page);
+    rows->setContentsMargins(0, 0, 0, 0);
+    m_remarks.clear();
+    for (const std::string& sentence : sentences) {
+        QLabel* label = NewLabel("lblRemark" + QString::number(m_remarks.size()), Qt::AlignLeft);
+        label->setText(QString::fromStdString(sentence));
+        label->setWordWrap(true);
+        label->setFixedSize(width, label->heightForWidth(width));
+        rows->addWidget(label);
+        m_remarks.push_back(label);
+    }
+    m_remarksArea->setWidget(page);
+    page->setAutoFillBackground(false); // the frame's own shade shows through
+    m_remarksArea->viewport()->setAutoFillBackground(false);
+    page->adjustSize();
+    const bool scrolls = page->height() > kMostLines * metrics.lineSpacing();
+    m_remarksArea->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    m_remarksArea->setFixedSize(width +
+                                    (scrolls ? m_remarksArea->verticalScrollBar()->sizeHint().width() : 0),
+                                scrolls ? kMostLines * metrics.lineSpacing() : page->height());
+    m_remarksFrame->setVisible(!sentences.empty());
+}
+
 void frmParams::AddButtons()
 {
     auto* buttons = new QDialogButtonBox(this);
@@ -172,6 +224,7 @@ void frmParams::Show(const ParameterReport& report)
     Fill(m_estimates, report.estimates);
     Fill(m_intervals, report.intervals);
     m_intervals.frame->setVisible(!report.intervals.empty());
+    FillRemarks(report.remarks);
     show();
     raise();
 }

@@ -11,8 +11,10 @@
 class QGridLayout;
 class QGroupBox;
 class QLabel;
+class QScrollArea;
 
-/// The parameter report: model and fit above, then inputs, estimates and, once there are bootstraps, limits.
+/// The parameter report: model and fit above, then inputs, estimates, once there are bootstraps limits, and
+/// remarks where there are any.
 /// It shows texts and works nothing out.
 class frmParams : public QDialog
 {
@@ -50,6 +52,8 @@ private:
                    const QString& rowName);
     void AddRow(Block& block);
     void Fill(Block& block, const std::vector<ParameterReport::Row>& rows);
+    void AddRemarks();
+    void FillRemarks(const std::vector<std::string>& sentences);
     void AddButtons();
     void AddMenu();
 
@@ -61,4 +65,7 @@ private:
     Block m_inputs;
     Block m_estimates;
     Block m_intervals;
+    QGroupBox* m_remarksFrame = nullptr;
+    QScrollArea* m_remarksArea = nullptr; ///< so that many remarks do not push the buttons off a small screen
+    std::vector<QLabel*> m_remarks;
 };

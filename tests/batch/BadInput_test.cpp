@@ -70,7 +70,7 @@ TEST(BadInput, AFullTableUsedToEndWithABareSubscriptAndNowSaysHowManyPeriodsCanB
 
     EXPECT_EQ(job.status, 4);
     EXPECT_EQ(job.err.rfind("velt-batch: Subscript out of range", 0), 0U) << job.err;
-    EXPECT_NE(job.err.find("the table has 200 periods and at most 199 can be fitted"), std::string::npos)
+    EXPECT_NE(job.err.find("\n\nThe table has 200 periods and at most 199 can be fitted"), std::string::npos)
         << job.err;
 }
 
@@ -81,7 +81,7 @@ TEST(BadInput, ALagBeyondTheTableUsedToEndWithABareSubscript)
                                  "schaefer", "--error", "log", "--lag", "31"});
 
     EXPECT_EQ(job.status, 4);
-    EXPECT_NE(job.err.find("(clsMethManager_FitNewModel: the time lag is longer than the 30 periods"),
+    EXPECT_NE(job.err.find("(clsMethManager_FitNewModel)\n\nThe time lag is longer than the 30 periods"),
               std::string::npos)
         << job.err;
 }
@@ -94,7 +94,10 @@ TEST(BadInput, AFailureOfArithmeticUsedToLeaveTheUserWithItsNameAlone)
 
     EXPECT_EQ(job.status, 4);
     EXPECT_EQ(job.err.rfind("velt-batch: Invalid procedure call or argument", 0), 0U) << job.err;
-    EXPECT_NE(job.err.find("--init-proportion"), std::string::npos) << job.err;
+    EXPECT_NE(job.err.find("\n\nIt was the logarithm or a power of a number that has none. The initial "
+                           "proportion must be above 0."),
+              std::string::npos)
+        << job.err;
 }
 
 // Expected catches of an unbounded stock: the replicates' catches have no bound either.

@@ -560,3 +560,25 @@ TEST(DepletionBootstrapsOfOneModel, ACancelledRunIsSwallowedSilentlyByTheCommand
     EXPECT_GT(bench.manager.Method()->BootStrap(2, 6), 0.0F); // the replicates so far stay
     EXPECT_EQ(bench.manager.Method()->BootStrap(2, 7), 0.0F);
 }
+// Six periods that take nearly the whole stock. The total catch leaves the stock in every replicate as it
+// did, so that no population below the sum of T(i) exp(M (i - 1/2)) can be meant, and q is that of a catch.
+TEST(DepletionBootstrapsOfOneModel, ReplicatesOfAHeavilyFishedStockSurviveTheCatchThatWasTaken)
+{
+    SimulatedStock stock;
+    stock.q = 0.005;
+    stock.effort.resize(6);
+    const std::vector<double> catches = stock.Catches(0.05);
+    double taken = 0.0;
+    for (int i = 1; i <= 6; ++i)
+        taken += catches[static_cast<std::size_t>(i) - 1] * std::exp(0.2 * (i - 0.5));
+    ASSERT_GT(taken, 0.9 * stock.n1);
+    Fitted<clsSingleCohort> bench(fit_op::kLog, 200, TableBuilder().Effort(stock.effort).Catch(catches));
+    EXPECT_GT(bench.estimates.at(0), taken * (1.0 - 1e-5)); // floats in the trajectory
+
+    bench.model.CalcBootStraps();
+
+    for (int n = 1; n <= 200; ++n) {
+        EXPECT_GT(bench.model.BootStrap(bs_param::kQ, n), 0.0F) << n;
+        EXPECT_GT(bench.model.BootStrap(bs_param::kN1, n), taken * (1.0 - 1e-5)) << n;
+    }
+}

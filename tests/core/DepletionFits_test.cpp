@@ -84,3 +84,28 @@ TYPED_TEST(DepletionFits, AnObjectiveTakesAndAnswersFloats)
         EXPECT_EQ(bench.model.Nt(1), static_cast<float>(cut.at(0)));
     }
 }
+
+// A profile starts where the last one ended, and 20 steps of 3 do not bridge 25 decades. An evaluation there
+// and back used to leave every later one failing: bootstraps whose replicates looked around far out were
+// drawn again for ever.
+TYPED_TEST(DepletionFits, AnExcursionOf25DecadesDoesNotStrandTheGammaProfile)
+{
+    ModelBench<TypeParam> bench(DataFor<TypeParam>());
+    const std::vector<double> estimates = bench.Fit(fit_op::kGamma, 0.2);
+    ASSERT_FALSE(estimates.empty());
+    const bool two = std::is_same_v<TypeParam, clsRecruitINdex>;
+    std::vector<double> home{estimates.at(0)};
+    if (two)
+        home.push_back(estimates.at(2));
+    const double value = bench.model.INelMead_MinFunc(home);
+    ASSERT_LT(value, 1e10);
+
+    for (const double farOut : {1e9, 1e18}) { // by steps that 20 brackets can follow
+        std::vector<double> away = home;
+        for (double& x : away)
+            x *= farOut;
+        EXPECT_LT(bench.model.INelMead_MinFunc(away), 1e10) << farOut;
+    }
+
+    EXPECT_NEAR(bench.model.INelMead_MinFunc(home), value, 1e-5 * std::fabs(value)); // a float, nu to 1e-5
+}

@@ -49,6 +49,13 @@ TEST(ErrorReporter, AFailureWithoutASourceIsShownWithTheCallersOwn)
     EXPECT_TRUE(user.Saw("frmVelt3_mnuEditMode"));
 }
 
+TEST(ErrorReporter, AHintStandsBehindTheWordsOfTheFailureInAParagraphOfItsOwn)
+{
+    ScriptedUser user;
+    ErrorReporter(user).HandleError(VeltError{11, "Division by zero", ""}, "frmVelt3", "Look at the table.");
+    EXPECT_EQ(user.messages.at(0).text, "Division by zero\n\n(frmVelt3)\n\nLook at the table.");
+}
+
 TEST(ErrorReporter, ACancelByTheUserIsSwallowedWithoutAMessage)
 {
     ScriptedUser user;

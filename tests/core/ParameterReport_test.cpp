@@ -219,3 +219,20 @@ TEST_F(Report, AsTextHoldsTheBlocksInOrderWithAlignedValues)
     EXPECT_TRUE(report.AsText().ends_with("\nConfidence Intervals  0.025 - 0.975\n"
                                           "  K  900 - 1100\n"));
 }
+
+TEST_F(Report, RemarksStandUnderTheOtherBlocksWrappedBelowTheirFirstWord)
+{
+    ParameterReport report;
+    report.estimates = {{"K", "1000"}};
+    EXPECT_EQ(report.AsText().find("Remarks"), std::string::npos);
+    const std::string before = report.AsText();
+    // Two blanks, "1. " and ten words of six letters end in column 74, " now" in column 78.
+    // blanks.
+    report.remarks = {"1. eleven twelve eleven twelve eleven twelve eleven twelve eleven twelve now next",
+                      "2. Short."};
+    EXPECT_EQ(report.AsText(),
+              before + "\nRemarks\n"
+                       "  1. eleven twelve eleven twelve eleven twelve eleven twelve eleven twelve now\n"
+                       "     next\n"
+                       "  2. Short.\n");
+}

@@ -1,7 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 velt_core_test(fit SOURCES
+  DataRemarks_test.cpp
+  FailureHints_test.cpp
   InputParams_test.cpp
+  LimitRemarks_test.cpp
   MinimiserOptions_test.cpp
   ParameterReport_test.cpp
+  Remarks_test.cpp
+  SurfaceRemarks_test.cpp
   clsMethManager_test.cpp
   USES velt_test_support)

@@ -4,6 +4,7 @@ velt_core_test(models SOURCES
   ContourRange_test.cpp
   DepletionBootstraps_test.cpp
   DepletionFits_test.cpp
+  FitSurface_test.cpp
   GammaFit_test.cpp
   LogFit_test.cpp
   ModelGraphs_test.cpp

@@ -24,6 +24,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -215,6 +216,8 @@ private slots:
     void TheReportShowsItsRowsAndNoIntervalBlockWithoutBootstraps();
     void FewerRowsHideThoseOfTheEarlierFit();
     void IntervalsTakeRoomOnlyWhileTheyExist();
+    void RemarksTakeRoomOnlyWhileTheyExistAndWrap();
+    void ManyRemarksScrollAndTheFewOfTheNextFitDoNot();
     void TheButtonsOfTheReportAskForIntervalsAndHideTheWindow();
     void ALabelOfTheReportIsSelectableAndCopied();
 };
@@ -1046,6 +1049,56 @@ void ViewsTest::IntervalsTakeRoomOnlyWhileTheyExist()
     window.Show(Report()); // a new fit without bootstraps
     QVERIFY(!window.findChild<QGroupBox*>("picCI")->isVisible());
     QCOMPARE(window.sizeHint().height(), without);
+}
+
+void ViewsTest::RemarksTakeRoomOnlyWhileTheyExistAndWrap()
+{
+    frmParams window;
+    window.Show(Report());
+    QVERIFY(!window.findChild<QGroupBox*>("picRemarks")->isVisible());
+    const int without = window.sizeHint().height();
+    const std::string sentence = "1. A sentence that is much too long for one line of the window, because it "
+                                 "tells what a fit means, why, and "
+                                 "what to do about it.";
+    ParameterReport remarked = Report();
+    remarked.remarks = {sentence, "2. Short."};
+
+    window.Show(remarked);
+
+    QVERIFY(window.findChild<QGroupBox*>("picRemarks")->isVisible());
+    QCOMPARE(window.findChild<QLabel*>("lblRemarks")->text(), "Remarks");
+    auto* first = window.findChild<QLabel*>("lblRemark0");
+    auto* second = window.findChild<QLabel*>("lblRemark1");
+    QCOMPARE(first->text(), QString::fromStdString(sentence));
+    QVERIFY(first->height() > second->height()); // two lines and one
+    QCoreApplication::processEvents();
+    QCOMPARE(first->visibleRegion().boundingRect(),
+             first->rect()); // a scroll bar used to cover the last words
+    QCOMPARE(second->visibleRegion().boundingRect(), second->rect());
+    QVERIFY(first->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+    QVERIFY(window.sizeHint().height() > without);
+    QCOMPARE(window.findChild<QLabel*>("lblMPVal0")->text(), "5230.5");
+
+    window.Show(Report()); // a fit that deserves none
+    QVERIFY(!window.findChild<QGroupBox*>("picRemarks")->isVisible());
+    QCOMPARE(window.sizeHint().height(), without);
+}
+
+void ViewsTest::ManyRemarksScrollAndTheFewOfTheNextFitDoNot()
+{
+    frmParams window;
+    ParameterReport report = Report();
+    for (int i = 0; i < 40; ++i)
+        report.remarks.push_back("A remark.");
+    window.Show(report);
+    auto* area = window.findChild<QScrollArea*>();
+    QVERIFY(area->height() < area->widget()->height());
+    QVERIFY(window.sizeHint().height() < 700); // with its buttons on a screen of 768 lines
+
+    report.remarks.resize(2);
+    window.Show(report);
+    QVERIFY(area->height() >= area->widget()->height());
+    QVERIFY(window.findChild<QLabel*>("lblRemark2") == nullptr);
 }
 
 void ViewsTest::TheButtonsOfTheReportAskForIntervalsAndHideTheWindow()

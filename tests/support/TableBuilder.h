@@ -108,6 +108,8 @@ public:
     using Model::m_boot;
     using Model::m_gammaCatch;
     using Model::Objective;
+    using Model::Searched;
+    using Model::Working;
 };
 
 /// One model on one data set, with all the ports.
