@@ -85,10 +85,10 @@ TYPED_TEST(DepletionFits, AnObjectiveTakesAndAnswersFloats)
     }
 }
 
-// A profile starts where the last one ended, and 20 steps of 3 do not bridge 25 decades. An evaluation there
-// and back used to leave every later one failing: bootstraps whose replicates looked around far out were
-// drawn again for ever.
-TYPED_TEST(DepletionFits, AnExcursionOf25DecadesDoesNotStrandTheGammaProfile)
+// A profile starts where the last one ended, and 20 steps of 3 bridge nine decades and a half. An evaluation
+// there and back used to leave every later one failing: bootstraps whose replicates looked around far out
+// were drawn again for ever.
+TYPED_TEST(DepletionFits, AnExcursionOfFourteenDecadesDoesNotStrandTheGammaProfile)
 {
     ModelBench<TypeParam> bench(DataFor<TypeParam>());
     const std::vector<double> estimates = bench.Fit(fit_op::kGamma, 0.2);
@@ -100,7 +100,7 @@ TYPED_TEST(DepletionFits, AnExcursionOf25DecadesDoesNotStrandTheGammaProfile)
     const double value = bench.model.INelMead_MinFunc(home);
     ASSERT_LT(value, 1e10);
 
-    for (const double farOut : {1e9, 1e18}) { // by steps that 20 brackets can follow
+    for (const double farOut : {1e5, 1e10, 1e14}) { // by steps that 20 brackets can follow
         std::vector<double> away = home;
         for (double& x : away)
             x *= farOut;
