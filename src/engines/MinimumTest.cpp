@@ -99,11 +99,11 @@ MinimumTest::Shape MinimumTest::FindVisibleStep(Line& line)
         if (std::max(line.up, line.down) >= SearchSpace::kPenalty) {
             borderSeen = true;
             if (line.length <= kShortestStep)
-                return Shape::Edge;
+                return Shape::Border;
             Scale(line, 1.0 / kMostScaling);
         } else if (!(rise >= m_visible)) {
             if (borderSeen)
-                return Shape::Edge;
+                return Shape::Border;
             if (line.length >= kLongestStep)
                 return Shape::Flat;
             lengthened = true;

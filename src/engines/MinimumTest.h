@@ -18,7 +18,8 @@ public:
     /// What the surface looks like around the point; of several directions the last in this order counts.
     enum class Shape {
         Bowl,   ///< a parabola in every direction
-        Edge,   ///< rises on every side, but as no parabola does: a cusp, or the border of the domain
+        Edge,   ///< rises on every side, but as no parabola does: a cusp
+        Border, ///< the domain ends nearer than the surface rises; along a slanted border it may still fall
         Flat,   ///< no visible rise within half a unit of a coordinate in some direction
         Ragged, ///< rises and falls with the step: no point of such a surface is a minimum that means
                 ///< anything

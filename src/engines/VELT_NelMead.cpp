@@ -74,6 +74,7 @@ void VELT_NelMead::Minimise()
         point->assign(n, 0.0);
     m_test.Create(n);
     m_steps = 0;
+    m_atBorder = false;
     m_spread = m_size = 0.0;
     m_coarse = m_care == Care::Replicate;
     BuildFirstSimplex();
@@ -123,6 +124,7 @@ VELT_NelMead::End VELT_NelMead::Search()
         const MinimumTest::Shape shape = m_test.Settle(m_space, Visible());
         if (shape == MinimumTest::Shape::Ragged)
             return End::NoMinimum;
+        m_atBorder = shape == MinimumTest::Shape::Border;
         if (shape == MinimumTest::Shape::Slope)
             BuildSimplexAtBest(kSlopeSimplex);
         else if (!SomethingIsBetter(shape == MinimumTest::Shape::Flat))

@@ -71,6 +71,9 @@ public:
     /// are visibly better.
     bool Converged() const { return m_end == End::Converged; }
     End HowItEnded() const { return m_end; }
+    /// The minimum lies where the domain ends: there one cannot see that it is one. Along a border that runs
+    /// aslant between the parameters better points may stand that no look around meets.
+    bool AtBorder() const { return m_end == End::Converged && m_atBorder; }
     std::int32_t NumEvaluations() const { return m_space.Evaluations(); }
     double MinValue() const { return m_space.bestValue; } ///< function value at the best point
     double Estimate(std::int16_t number) const;           ///< \throws VeltError 9
@@ -113,5 +116,6 @@ private:
     Care m_care = Care::Final;
     bool m_coarse = false; ///< the function test allows kCoarseFTOL times the tolerance
     std::int32_t m_steps = 0;
+    bool m_atBorder = false;
     End m_end = End::NotRun;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <span>
 
 namespace surface_remarks
@@ -30,8 +31,12 @@ constexpr double kUpperEdge = 1e19;
 constexpr double kLowerEdge = 1e-6;
 
 /// From r = 2 on the equilibrium of a discrete logistic is unstable (May 1976); with B K^-z in place of
-/// B / K from r z = 2 on, and in the logarithm of Fox from r = 2 on.
-constexpr double kSteady = 2.0;
+/// B / K from r z = 2 on, and in the logarithm of Fox from r = 2 on. Where production lags behind by L
+/// periods it is so from 2 sin(pi / (4 L + 2)) on (Levin and May 1976): 1 for a lag of 1, 0.618 for 2.
+double SteadyLimit(std::int16_t lag)
+{
+    return 2.0 * std::sin(std::numbers::pi / (4.0 * lag + 2.0));
+}
 
 /// A difference that a tolerance of a search cannot make.
 constexpr double kBetterShare = 0.99; // of the objective
@@ -113,7 +118,9 @@ Said AtBound(const FitReading& fit, const FitSurface& surface)
         if (AtEdge(estimate, size))
             edges.push_back(name + " (" + Short(estimate) + ")");
     };
-    if (!held[0])
+    if (!held[0] && fit.method.Details().atBorder)
+        edges.push_back(fit.StockName() + " (" + Short(fit.stock) + ", hardly enough for the catches)");
+    else if (!held[0])
         look(fit.StockName(), fit.stock, usual.stock);
     look(fit.data.TheRun().globals.Q, fit.q, usual.q);
     if (fit.HasSecond() && !held[1])
@@ -129,16 +136,17 @@ Said AtBound(const FitReading& fit, const FitSurface& surface)
 Said Oscillating(const FitReading& fit, FitSurface& surface)
 {
     const double shape = ShapeOf(fit);
-    if (!fit.IsProduction() || !(fit.second * shape > kSteady))
+    const double limit = SteadyLimit(fit.method.LAG());
+    if (!fit.IsProduction() || !(fit.second * shape > limit))
         return {};
     const std::string& r = fit.SecondName();
     std::string text =
         shape == 1.0 ? r + " is " + Short(fit.second) : r + " times Z is " + Short(fit.second * shape);
-    text +=
-        ": above 2 the biomass overshoots K and swings from period to period, and such dynamics fit noise.";
+    text += ": above " + Short(limit) + (fit.method.LAG() > 0 ? " at this time lag" : "") +
+            " the biomass overshoots K and swings from period to period, and such dynamics fit noise.";
     if (surface.Searched().held[1])
         return Remark{"Oscillating", text};
-    if (const auto steady = surface.BestBelow(kSteady / shape))
+    if (const auto steady = surface.BestBelow(limit / shape))
         text += " The best fit with steady dynamics has " + fit.StockName() + " = " + Short(steady->x[0]) +
                 " and " + r + " = " + Short(steady->x[1]) + " at an objective of " +
                 Short(steady->objective) + " in place of " + Short(surface.AtEstimate()) +
@@ -212,7 +220,13 @@ bool IsBetter(std::int32_t fitOp, double objective, double than)
 Said BetterFitKnown(const FitReading& fit, const FitSurface& surface, clsVeltData& data)
 {
     const auto& held = surface.Searched().held;
-    const auto objective = fit.method.Details().objective;
+    const FitDetails details = fit.method.Details();
+    const auto& objective = details.objective;
+    if (objective && details.notArrivedAt && IsBetter(fit.fitOp, *details.notArrivedAt, *objective))
+        return Remark{"BetterFitKnown",
+                      "A search from another start came to an objective of " + Short(*details.notArrivedAt) +
+                          " and did not arrive; the fit shown, with " + Short(*objective) +
+                          ", is the best of those that did. Raise the iterations (Settings) and fit again."};
     if (!fit.method.SetStartingEsts() || held[0] || held[1] || !objective)
         return {};
     const KeptSelection kept(data);
@@ -221,7 +235,8 @@ Said BetterFitKnown(const FitReading& fit, const FitSurface& surface, clsVeltDat
         return {};
     const double ownObjective = own->Details().objective.value_or(*objective);
     const FitReading better = ReadFit(*own, data);
-    const bool steady = !fit.IsProduction() || better.second * ShapeOf(better) < kSteady;
+    const bool steady =
+        !fit.IsProduction() || better.second * ShapeOf(better) < SteadyLimit(fit.method.LAG());
     if (!steady || !IsBetter(fit.fitOp, ownObjective, *objective))
         return {};
     std::vector<std::string> estimates{fit.StockName() + " = " + Short(better.stock),

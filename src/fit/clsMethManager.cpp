@@ -228,7 +228,11 @@ void clsMethManager::PrepareContours()
         return;
     }
     try {
-        m_method->PlotInitContours();
+        if (m_method->PlotInitContours())
+            return;
+        m_method->PlotEvaluations(false);
+        Say("The minimisation is not shown: the start that failed left no range to draw. The fit goes on.",
+            Icon::Information);
     } catch (const VeltError& error) {
         if (!error.IsUserCancel())
             m_run.reporter.Show({.text = "Unable to Generate Contours"});

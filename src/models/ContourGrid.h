@@ -18,6 +18,9 @@ public:
     /// Asks the user for the ranges; on OK they are kept.
     bool AskRanges(IUser& user);
 
+    /// Whether there is something to draw: a start that failed left no bounds.
+    bool HasRange() const { return !RefuseContourRange(range); }
+
     /// Bounds of a parameter from the decimal exponent of its estimate: the power of ten below it and ten
     /// times that; 0 and 1 for an estimate that is not above 0.
     static std::pair<double, double> DecadeAround(double estimate);

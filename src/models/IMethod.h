@@ -71,10 +71,13 @@ struct FitDetails {
     std::vector<NamedValue> initEsts; ///< starting estimates: N1 or K, Q and further ones of the model
     double var = 0.0;                 ///< dispersion parameter of the error model
     std::optional<double> objective;  ///< value of the minimised objective; none where nothing is minimised
-    std::int32_t evaluations = 0;     ///< evaluations that the minimiser used; 0 where nothing is minimised
-    std::vector<float> fitted;        ///< fitted value on the scale of the error model
-    std::vector<float> resid;         ///< residual on the scale of the error model
-    bool fittedExists = true;         ///< the gamma model has no fitted values on its scale
+    bool atBorder = false; ///< the search ended where the stock just survives, or where the objective stops
+    /// The lowest objective of a start whose search did not arrive, when that is below `objective`.
+    std::optional<double> notArrivedAt;
+    std::int32_t evaluations = 0; ///< evaluations that the minimiser used; 0 where nothing is minimised
+    std::vector<float> fitted;    ///< fitted value on the scale of the error model
+    std::vector<float> resid;     ///< residual on the scale of the error model
+    bool fittedExists = true;     ///< the gamma model has no fitted values on its scale
 };
 
 /// The one interface through which the fit manager, the result windows and the batch tool see a model.
@@ -147,7 +150,7 @@ public:
     virtual bool SetContourRanges() = 0;  ///< false: no contours in this model, or Cancel
     virtual bool InputStartingEsts() = 0; ///< false: Cancel
     virtual bool BuildModelGraphs() = 0;
-    virtual bool PlotInitContours() = 0;
+    virtual bool PlotInitContours() = 0; ///< false: there is no range to draw
     virtual void CalcBootStrapHistos(float low, float high) = 0;
     virtual void CopyFinalToWorkEsts() = 0;
     virtual void CopyQANDFinalToWorkEsts() = 0;

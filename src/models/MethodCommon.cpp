@@ -12,13 +12,15 @@
 #include <cmath>
 #include <utility>
 
-std::string ConvergenceText(const VELT_NelMead& minimiser, const modVeltGlobals::Globals& globals)
+std::string ConvergenceText(const VELT_NelMead& minimiser, bool someValue,
+                            const modVeltGlobals::Globals& globals)
 {
     const auto line = [&globals](bool succeeded, int what) {
         return globals.Minimisation + " " + LoadResString(succeeded ? 1956 : 1957) + " " +
                LoadResString(what) + ".";
     };
-    return line(minimiser.ConvergedOnFunction(), 1958) + "\n" + line(minimiser.ConvergedOnParameter(), 1959);
+    return line(someValue && minimiser.ConvergedOnFunction(), 1958) + "\n" +
+           line(minimiser.ConvergedOnParameter(), 1959);
 }
 
 MethodCommon::MethodCommon(std::string className, std::int32_t whichMeth, std::initializer_list<int> bsFilled)
@@ -83,6 +85,8 @@ void MethodCommon::CalcCPUEVectors()
 bool MethodCommon::CalcFinalEstimates()
 {
     m.objective.reset();
+    m.notArrivedAt.reset();
+    m.atBorder = false;
     m.evaluations = 0;
     if (m.FitOp == fit_op::kLog)
         Traced("_CalcLnFinalEstimates", [this] { LnFinalEstimates(); });
@@ -173,6 +177,8 @@ FitDetails MethodCommon::Details() const
     details.initEsts = InitEstimateValues();
     details.var = FinalVar();
     details.objective = m.objective;
+    details.atBorder = m.atBorder;
+    details.notArrivedAt = m.notArrivedAt;
     details.evaluations = m.evaluations;
     const auto periods = static_cast<std::size_t>(m.NAPoints());
     const auto fitted = m.FittedVec.All().first(periods);
@@ -240,8 +246,9 @@ void MethodCommon::SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t paramete
     minimiser.HowCarefully(VELT_NelMead::Care::Replicate);
 }
 
-void MethodCommon::KeepReport(double minValue, std::int32_t evaluations)
+void MethodCommon::KeepReport(double minValue, std::int32_t evaluations, bool atBorder)
 {
+    m.atBorder = atBorder;
     m.objective = minValue;
     m.evaluations = evaluations;
     TheRun().globals.settings.LastEvaluations = evaluations;

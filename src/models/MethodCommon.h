@@ -15,7 +15,10 @@
 #include <string>
 
 /// "Minimisation succeeded on function." and the same for the parameter, on two lines.
-std::string ConvergenceText(const VELT_NelMead& minimiser, const modVeltGlobals::Globals& globals);
+/// \param someValue  some evaluation was inside the domain; where none was, the function test means nothing
+/// and is told as failed
+std::string ConvergenceText(const VELT_NelMead& minimiser, bool someValue,
+                            const modVeltGlobals::Globals& globals);
 
 /// The part of a model that has no biology in it: the properties over the shared state, the order of a
 /// bootstrap run, the set-up of a search, and the way a failure gets its source. What a model computes stands
@@ -131,7 +134,7 @@ protected:
     void SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters);
     void SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t parameters);
     /// Keeps the objective and the count of evaluations of a search that arrived.
-    void KeepReport(double minValue, std::int32_t evaluations);
+    void KeepReport(double minValue, std::int32_t evaluations, bool atBorder);
     [[noreturn]] void RaiseNotConverged(const std::string& text, const std::string& source);
 
     /// Sum over the periods in the fit of (C(i) - q X(i))^2, at the current trajectory.

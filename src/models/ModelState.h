@@ -68,7 +68,9 @@ struct ModelState {
     std::int32_t StartEstKind = 2;
     std::int32_t StartEstKind2 = 2;
 
-    std::optional<double> objective; ///< at the estimate, of the last final fit
+    std::optional<double> objective;    ///< at the estimate, of the last final fit
+    bool atBorder = false;              ///< its search ended where the domain of the objective does
+    std::optional<double> notArrivedAt; ///< lower than it, of a start whose search did not arrive
     std::int32_t evaluations = 0;
     std::optional<double> replacedStart; ///< what the regression gave, when the start is something else
     int replicatesDrawnAgain = 0;        ///< of the last bootstrap run

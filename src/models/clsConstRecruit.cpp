@@ -237,9 +237,9 @@ void clsConstRecruit::Search(double start, const char* procedure)
     minimiser.SetParameter(1, start, start * kSecondPoint, 0.0, kUpperLimit);
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK)
-        RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), Source(procedure));
+        RaiseNotConverged(ConvergenceText(minimiser, m.MinOK, TheRun().globals), Source(procedure));
     FinalEstimates.K = minimiser.Estimate(1);
-    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations());
+    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations(), minimiser.AtBorder());
 }
 
 void clsConstRecruit::LnFinalEstimates()

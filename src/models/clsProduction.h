@@ -104,6 +104,8 @@ private:
         double nu = 0.0;
         double beta = 0.0;
         std::int32_t evaluations = 0;
+        double notArrivedAt = kFarPenalty; ///< lowest value of a start whose search did not arrive
+        bool atBorder = false;
         bool found = false;
     };
 

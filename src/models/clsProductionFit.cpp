@@ -4,6 +4,7 @@
 #include "models/LogFit.h"
 #include "models/clsProduction.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -137,7 +138,9 @@ void clsProduction::RunStart(int number, const Scheme& scheme, BestFit& best, st
                            scheme.upperR);
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK) {
-        whyNot = ConvergenceText(minimiser, TheRun().globals);
+        whyNot = ConvergenceText(minimiser, m.MinOK, TheRun().globals);
+        if (m.MinOK)
+            best.notArrivedAt = std::min(best.notArrivedAt, minimiser.MinValue());
         return;
     }
     const bool first = !best.found;
@@ -151,6 +154,7 @@ void clsProduction::RunStart(int number, const Scheme& scheme, BestFit& best, st
     best.nu = m.GammaNu;
     best.beta = m.GammaBeta;
     best.evaluations = minimiser.NumEvaluations();
+    best.atBorder = minimiser.AtBorder();
 }
 
 clsProduction::BestFit clsProduction::Search(const Scheme& scheme)
@@ -162,7 +166,9 @@ clsProduction::BestFit clsProduction::Search(const Scheme& scheme)
         RunStart(number, scheme, best, whyNot);
     if (!best.found)
         RaiseNotConverged(whyNot, Source(scheme.procedure));
-    KeepReport(best.value, best.evaluations);
+    KeepReport(best.value, best.evaluations, best.atBorder);
+    if (best.notArrivedAt < best.value)
+        m.notArrivedAt = best.notArrivedAt;
     FinalEstimates = best.estimates;
     m.QValue = FinalEstimates.Q;
     m_contours.Mark(m, ContourMark::Final, FinalEstimates.K, FinalEstimates.R);
@@ -240,6 +246,8 @@ double clsProduction::GridValue(double K, double R)
 bool clsProduction::PlotInitContours()
 {
     constexpr const char* kProcedure = "_IMethod_PlotInitContours";
+    if (!m_contours.HasRange())
+        return false;
     return Traced(kProcedure, [this] {
         if (m.FitOp == fit_op::kGamma)
             MomentStart();

@@ -294,11 +294,11 @@ void clsRecruitINdex::Search(const char* source)
     SetParameters(minimiser, InitEsts);
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK)
-        RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), source);
+        RaiseNotConverged(ConvergenceText(minimiser, m.MinOK, TheRun().globals), source);
     FinalEstimates = WorkEsts;
     FinalEstimates.N1 = minimiser.Estimate(1);
     FinalEstimates.Lambda = minimiser.Estimate(2);
-    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations());
+    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations(), minimiser.AtBorder());
     m_contours.Mark(m, ContourMark::Final, FinalEstimates.N1, FinalEstimates.Lambda);
 }
 
@@ -340,6 +340,8 @@ bool clsRecruitINdex::PlotInitContours()
 {
     if (fit_op::IsLeastSquares(m.FitOp))
         return true; // a regression: no minimisation to show
+    if (!m_contours.HasRange())
+        return false;
     if (m.FitOp == fit_op::kGamma)
         MomentStart();
     const double nu = m.GammaNu;

@@ -195,9 +195,9 @@ void clsSingleCohort::Search(double start, const char* procedure)
     minimiser.SetParameter(1, start, start * kSecondPoint, 0.0, kUpperLimit);
     minimiser.Minimise();
     if (!minimiser.Converged())
-        RaiseNotConverged(ConvergenceText(minimiser, TheRun().globals), Source(procedure));
+        RaiseNotConverged(ConvergenceText(minimiser, true, TheRun().globals), Source(procedure));
     WorkEsts.N1 = minimiser.Estimate(1);
-    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations());
+    KeepReport(minimiser.MinValue(), minimiser.NumEvaluations(), minimiser.AtBorder());
 }
 
 void clsSingleCohort::LnFinalEstimates()

@@ -143,18 +143,18 @@ TEST(MinimumTest, HalfTheStepOfABowlShowsBetweenATwelfthAndOneIn24Tenths)
     EXPECT_EQ(power(3.70), Shape::Edge); // 0.077
 }
 
-TEST(MinimumTest, TheBorderOfTheDomainIsAnEdge)
+TEST(MinimumTest, TheBorderOfTheDomainIsToldFromACusp)
 {
     const Settled settled = Along([](double u) { return u < 0.0 ? kPenalty : 1.0 + u; }, 1e-4);
 
-    EXPECT_EQ(settled.shape, Shape::Edge);
+    EXPECT_EQ(settled.shape, Shape::Border);
     ExpectSteps(settled, {1e-3, 1e-4, 1e-5});
 }
 
 // Nearer than the border nothing rises visibly; beyond it nothing is known.
-TEST(MinimumTest, AFlatPlaceBesideTheBorderIsAnEdgeAndNotFlat)
+TEST(MinimumTest, AFlatPlaceBesideTheBorderIsTheBorderAndNotFlat)
 {
-    EXPECT_EQ(Along([](double u) { return u < -5e-4 ? kPenalty : 1.0 + u * u; }, 1e-4).shape, Shape::Edge);
+    EXPECT_EQ(Along([](double u) { return u < -5e-4 ? kPenalty : 1.0 + u * u; }, 1e-4).shape, Shape::Border);
 }
 
 // Every step shows 0.05, every half step 0.35.
