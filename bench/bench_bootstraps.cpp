@@ -16,5 +16,6 @@ void Bootstraps(benchmark::State& state)
 BENCHMARK(Bootstraps)
     ->ArgNames({"model", "error", "periods"})
     ->ArgsProduct({{1, 2, 3, 5}, {1, 2, 3}, {30, 100}})
+    ->Args({models::kSchaefer, fit_op::kLog, 199})
     ->Unit(benchmark::kMillisecond);
 } // namespace
