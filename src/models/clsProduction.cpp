@@ -197,7 +197,7 @@ void clsProduction::FollowBy(const Growth& growth, bool withMean)
             if (m.DIYTCatch && t > measured)
                 total[p] = ToFloat(qE * mid[p]);
         }
-        const float next = ToFloat(grown + biomass - total[p]);
+        const float next = ToFloat(grown + (static_cast<double>(biomass) - total[p]));
         if (next < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
             m.PopUnderflow = true;
             std::fill(nt.begin() + static_cast<std::ptrdiff_t>(t),
