@@ -8,15 +8,13 @@
 #include "files/AsciiWizard.h"
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
+#include "models/ModelTable.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
-/// String number of the list title of model 1; the others follow it.
-constexpr int kFirstModelTitle = 1812;
-
 template <typename Texts>
 std::string Quoted(const Texts& texts)
 {
@@ -109,7 +107,7 @@ std::optional<std::string> BatchUser::InputBox(const std::string& prompt, const 
 bool BatchUser::AskSelection(Selection& selection)
 {
     available = selection.items;
-    const std::string wanted = LoadResString(kFirstModelTitle + m_request.model - 1);
+    const std::string wanted = LoadResString(model_table::Of(m_request.model).titleId);
     const auto found = std::find(selection.items.begin(), selection.items.end(), wanted);
     modelMissing = found == selection.items.end();
     if (modelMissing)
@@ -142,7 +140,7 @@ bool BatchUser::AskStartVals(StartVals& starts)
     startMissing = !m_request.SetsStart();
     if (startMissing)
         return false;
-    const std::vector<std::string>& names = StartingParameters(m_request.model);
+    const std::vector<std::string> names = StartingParameters(m_request.model);
     for (const auto& [parameter, value] : m_request.start)
         (parameter == names.front() ? starts.param1 : starts.param2) = value;
     for (const std::string& parameter : m_request.fix)

@@ -8,7 +8,7 @@
 #include "batch/BatchFailure.h"
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
-#include "models/IMethod.h"
+#include "models/ModelTable.h"
 
 #include <CLI/CLI.hpp>
 
@@ -323,11 +323,12 @@ FitRequest RequestOf(const Typed& typed)
 }
 } // namespace
 
-const std::vector<std::string>& ModelNames()
+std::vector<std::string> ModelNames()
 {
-    static const std::vector<std::string> kNames{
-        "no-recruitment", "recruitment-index", "constant-recruitment", "fox", "schaefer", "pella-tomlinson"};
-    return kNames;
+    std::vector<std::string> names;
+    for (const model_table::Model& model : model_table::All())
+        names.emplace_back(model.word);
+    return names;
 }
 
 const std::vector<std::string>& ErrorModelNames()
@@ -336,15 +337,12 @@ const std::vector<std::string>& ErrorModelNames()
     return kNames;
 }
 
-const std::vector<std::string>& StartingParameters(std::int32_t model)
+std::vector<std::string> StartingParameters(std::int32_t model)
 {
-    static const std::vector<std::string> kClosed{"N1"}, kIndex{"N1", "Lambda"}, kConstant{"K"},
-        kProduction{"K", "R"};
-    if (model == models::kNoRecruitment)
-        return kClosed;
-    if (model == models::kRecruitmentIndex)
-        return kIndex;
-    return model == models::kConstantRecruitment ? kConstant : kProduction;
+    std::vector<std::string> names;
+    for (const model_table::Quantity quantity : model_table::Of(model).searched)
+        names.emplace_back(model_table::InfoOf(quantity).key);
+    return names;
 }
 
 std::optional<FitRequest> ParseCommandLine(std::vector<std::string> arguments, std::ostream& out)

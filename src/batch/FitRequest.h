@@ -49,8 +49,8 @@ struct FitRequest {
 };
 
 /// The words of the command line for models 1 to 6 and for error models 1 to 4.
-const std::vector<std::string>& ModelNames();
+std::vector<std::string> ModelNames();
 const std::vector<std::string>& ErrorModelNames();
 
 /// The parameters of model 1 to 6 that take a starting value, in the order of the model.
-const std::vector<std::string>& StartingParameters(std::int32_t model);
+std::vector<std::string> StartingParameters(std::int32_t model);

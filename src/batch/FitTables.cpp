@@ -17,20 +17,12 @@ std::optional<float> Present(float value)
     return value == clsVeltData::kMissing ? std::nullopt : std::optional<float>(value);
 }
 
-std::vector<NamedValue> EstimatesOf(const clsMethManager& m)
+std::vector<NamedValue> EstimatesOf(const clsMethManager& manager)
 {
-    switch (m.CurrMethType()) {
-    case models::kNoRecruitment:
-        return {{"N1", m.N1()}, {"Q", m.Q()}, {"FinalPopulation", m.FinalPopulation()}};
-    case models::kRecruitmentIndex:
-        return {
-            {"N1", m.N1()}, {"Q", m.Q()}, {"Lambda", m.Lambda()}, {"FinalPopulation", m.FinalPopulation()}};
-    case models::kConstantRecruitment:
-        return {{"K", m.K()}, {"Q", m.Q()}, {"RYield", m.RYield()}, {"FinalPopulation", m.FinalPopulation()}};
-    default:
-        return {{"K", m.K()},     {"Q", m.Q()},           {"R", m.R()},
-                {"MSY", m.MSY()}, {"RYield", m.RYield()}, {"FinalBiomass", m.FinalBiomass()}};
-    }
+    std::vector<NamedValue> estimates;
+    for (const model_table::Quantity quantity : model_table::Of(manager.CurrMethType()).estimates)
+        estimates.push_back({std::string(model_table::InfoOf(quantity).key), manager.Result(quantity)});
+    return estimates;
 }
 
 FitTables::Period PeriodOf(const clsVeltData& data, const IMethod& method, const FitDetails& details, int row)
@@ -54,35 +46,13 @@ FitTables::Period PeriodOf(const clsVeltData& data, const IMethod& method, const
         period.residVec = details.resid[index];
     return period;
 }
-
-std::span<const std::pair<const char*, int>> IntervalParameters(std::int32_t model)
-{
-    using Row = std::pair<const char*, int>;
-    static constexpr std::array<Row, 2> kClosed{Row{"N1", bs_param::kN1}, {"Q", bs_param::kQ}};
-    static constexpr std::array<Row, 3> kIndex{
-        Row{"N1", bs_param::kN1}, {"Q", bs_param::kQ}, {"Lambda", bs_param::kLambda}};
-    static constexpr std::array<Row, 3> kConstant{
-        Row{"K", bs_param::kK}, {"Q", bs_param::kQ}, {"RYield", bs_param::kRYield}};
-    static constexpr std::array<Row, 5> kProduction{Row{"K", bs_param::kK},
-                                                    {"Q", bs_param::kQ},
-                                                    {"RYield", bs_param::kRYield},
-                                                    {"R", bs_param::kR},
-                                                    {"MSY", bs_param::kMSY}};
-    if (model == models::kNoRecruitment)
-        return kClosed;
-    if (model == models::kRecruitmentIndex)
-        return kIndex;
-    if (model == models::kConstantRecruitment)
-        return kConstant;
-    return kProduction;
-}
 } // namespace
 
 FitTables TablesOf(const clsMethManager& manager, const clsVeltData& data)
 {
     const IMethod& method = *manager.Method();
     FitTables tables;
-    tables.model = ModelNames()[static_cast<std::size_t>(manager.CurrMethType() - 1)];
+    tables.model = model_table::Of(manager.CurrMethType()).word;
     tables.errorModel = ErrorModelNames()[static_cast<std::size_t>(manager.ErrorModel() - 1)];
     tables.M = manager.NaturalMortality();
     tables.InitialProportion = manager.InitialProportion();
@@ -101,7 +71,9 @@ FitTables TablesOf(const clsMethManager& manager, const clsVeltData& data)
 void AddBootstraps(FitTables& tables, const clsMethManager& manager)
 {
     const IMethod& method = *manager.Method();
-    for (const auto& [name, parameter] : IntervalParameters(manager.CurrMethType())) {
+    for (const model_table::Quantity quantity : model_table::Of(manager.CurrMethType()).limits) {
+        const std::string name(model_table::InfoOf(quantity).key);
+        const int parameter = model_table::InfoOf(quantity).bsParam;
         tables.intervals.push_back({name, manager.LowerCILimit(parameter), manager.UpperCILimit(parameter)});
         FitTables::Replicates replicates{name, {}};
         for (std::int32_t n = 1; n <= method.NumBootStraps(); ++n)

@@ -53,13 +53,8 @@ std::string Messages(const Job& job)
 /// The grid titles of the columns that the model needs, derived ones included.
 std::string NeededColumns(const Job& job)
 {
-    const bool weights = models::IsProduction(job.request.model);
-    std::vector<int> needed{columns::Effort, weights ? columns::CatchWt : columns::CatchNums,
-                            weights ? columns::TotCatchWt : columns::TotCatchNums};
-    if (job.request.model == models::kRecruitmentIndex)
-        needed.push_back(columns::RecruitIndex);
     std::string all;
-    for (const int column : needed)
+    for (const int column : model_table::Of(job.request.model).columns)
         all += (all.empty() ? "\"" : ", \"") + job.run.globals.ColumnDisplayNames(column) + "\"";
     return all;
 }

@@ -3,6 +3,7 @@
 
 #include "base/VeltError.h"
 #include "fit/DataRemarks.h"
+#include "models/ModelTable.h"
 
 namespace
 {
@@ -45,8 +46,7 @@ std::string OnInvalidArgument(const IMethod& method, const clsVeltData& data)
     std::string hint = "It was the logarithm or a power of a number that has none.";
     if (const std::string periods = PeriodsWithoutCatch(method, data); !periods.empty())
         hint += " Look at the catch of " + periods + ", which is not above 0.";
-    const bool hasProportion =
-        models::IsProduction(method.WhichMeth()) || method.WhichMeth() == models::kConstantRecruitment;
+    const bool hasProportion = model_table::Of(method.WhichMeth()).Asks(model_table::Input::InitDep);
     if (hasProportion && !(method.InitDep() > 0.0F))
         hint += " The initial proportion must be above 0.";
     return hint;

@@ -2,22 +2,35 @@
 #include "fit/FitReading.h"
 
 #include "base/NumberText.h"
+#include "base/StringTable.h"
+#include "models/ModelTable.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
-const std::string& FitReading::StockName() const
+namespace
 {
-    const modVeltGlobals::Globals& texts = data.TheRun().globals;
-    const bool fromK = IsProduction() || model == models::kConstantRecruitment;
-    return fromK ? texts.K : texts.N1;
+/// Name in the report of the searched parameter `index` (from 0).
+std::string NameOfSearched(std::int32_t model, std::size_t index)
+{
+    return LoadResString(model_table::InfoOf(model_table::Of(model).searched[index]).captionId);
+}
+} // namespace
+
+bool FitReading::HasSecond() const
+{
+    return model_table::Of(model).searched.size() > 1;
 }
 
-const std::string& FitReading::SecondName() const
+std::string FitReading::StockName() const
 {
-    const modVeltGlobals::Globals& texts = data.TheRun().globals;
-    return IsProduction() ? texts.R : texts.Lambda;
+    return NameOfSearched(model, 0);
+}
+
+std::string FitReading::SecondName() const
+{
+    return NameOfSearched(model, 1);
 }
 
 float FitReading::Catch(int period) const

@@ -21,10 +21,10 @@ struct FitReading {
     double finalStock = 0.0;
 
     bool IsProduction() const { return models::IsProduction(model); }
-    bool HasSecond() const { return IsProduction() || model == models::kRecruitmentIndex; }
+    bool HasSecond() const;
     /// Names as the report has them.
-    const std::string& StockName() const;
-    const std::string& SecondName() const;
+    std::string StockName() const;
+    std::string SecondName() const;
 
     int Periods() const { return data.NAPoints(); } ///< of the fit's data, in the fit or not
     bool InFit(int period) const { return data.Included(period) && data.ToggledIn(period); }

@@ -4,25 +4,25 @@
 #include "base/StringTable.h"
 #include "models/FieldRules.h"
 #include "models/IMethod.h"
+#include "models/ModelTable.h"
 
 bool UsesRegression(std::int32_t fitOp, std::int32_t whichMeth)
 {
-    return whichMeth >= models::kNoRecruitment && whichMeth <= models::kConstantRecruitment &&
-           fit_op::IsLeastSquares(fitOp);
+    return model_table::Of(whichMeth).regression && fit_op::IsLeastSquares(fitOp);
 }
 
 InputFields FieldsOf(const InputParams& params)
 {
-    const bool production = models::IsProduction(params.WhichMeth);
+    const model_table::Model& model = model_table::Of(params.WhichMeth);
     const bool searches = !UsesRegression(params.FitOp, params.WhichMeth);
     InputFields fields;
-    fields.mort = !production;
-    fields.initProp = production || params.WhichMeth == models::kConstantRecruitment;
-    fields.lag = production;
-    fields.z = params.WhichMeth == models::kPellaTomlinson;
+    fields.mort = model.Asks(model_table::Input::Mort);
+    fields.initProp = model.Asks(model_table::Input::InitDep);
+    fields.lag = model.Asks(model_table::Input::Lag);
+    fields.z = model.Asks(model_table::Input::Z);
     fields.weightedEnabled = params.hasVariances;
     // Only a search over two parameters can be drawn as a surface.
-    fields.viewMinShown = production || params.WhichMeth == models::kRecruitmentIndex;
+    fields.viewMinShown = model.searched.size() == 2;
     fields.viewMinEnabled = fields.viewMinShown && searches;
     fields.setManEnabled = searches;
     return fields;

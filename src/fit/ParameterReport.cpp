@@ -12,44 +12,36 @@ namespace
 {
 using number_text::Plain;
 
+float ValueOf(const clsMethManager& manager, model_table::Input input)
+{
+    switch (input) {
+    case model_table::Input::Mort:
+        return manager.NaturalMortality();
+    case model_table::Input::InitDep:
+        return manager.InitialProportion();
+    case model_table::Input::Lag:
+        return manager.LAG();
+    case model_table::Input::Z:
+        return manager.Z();
+    }
+    RaiseInvalidArgument();
+}
+
 std::vector<ParameterReport::Row> Inputs(const clsMethManager& manager)
 {
-    const modVeltGlobals::Globals& texts = manager.TheRun().globals;
     std::vector<ParameterReport::Row> rows;
-    if (models::IsProduction(manager.CurrMethType())) {
-        rows = {{texts.InitProportion, Plain(manager.InitialProportion())},
-                {texts.TimeLag, Plain(manager.LAG())}};
-        if (manager.CurrMethType() == models::kPellaTomlinson)
-            rows.push_back({texts.ZShape, Plain(manager.Z())});
-        return rows;
-    }
-    rows = {{texts.NatMortality, Plain(manager.NaturalMortality())}};
-    if (manager.CurrMethType() == models::kConstantRecruitment)
-        rows.push_back({texts.InitProportion, Plain(manager.InitialProportion())});
+    for (const model_table::Input input : model_table::Of(manager.CurrMethType()).inputs)
+        rows.push_back({LoadResString(model_table::CaptionIdOf(input)), Plain(ValueOf(manager, input))});
     return rows;
 }
 
 std::vector<ParameterReport::Row> Estimates(const clsMethManager& manager)
 {
-    const modVeltGlobals::Globals& texts = manager.TheRun().globals;
-    const ParameterReport::Row q{texts.Q, Plain(manager.Q())};
-    const ParameterReport::Row finalPopulation{texts.FinalPopulation, Plain(manager.FinalPopulation())};
-    const ParameterReport::Row replacementYield{texts.ReplacementYield, Plain(manager.RYield())};
-    switch (manager.CurrMethType()) {
-    case models::kNoRecruitment:
-        return {{texts.N1, Plain(manager.N1())}, q, finalPopulation};
-    case models::kRecruitmentIndex:
-        return {{texts.N1, Plain(manager.N1())}, q, {texts.Lambda, Plain(manager.Lambda())}, finalPopulation};
-    case models::kConstantRecruitment:
-        return {{texts.K, Plain(manager.K())}, q, replacementYield, finalPopulation};
-    default:
-        return {{texts.K, Plain(manager.K())},
-                q,
-                {texts.R, Plain(manager.R())},
-                {texts.MSY, Plain(manager.MSY())},
-                replacementYield,
-                {texts.FinalBiomass, Plain(manager.FinalBiomass())}};
-    }
+    std::vector<ParameterReport::Row> rows;
+    for (const model_table::Quantity quantity : model_table::Of(manager.CurrMethType()).estimates)
+        rows.push_back(
+            {LoadResString(model_table::InfoOf(quantity).captionId), Plain(manager.Result(quantity))});
+    return rows;
 }
 
 void AppendBlock(std::string& text, const std::string& heading, const std::vector<ParameterReport::Row>& rows)

@@ -139,7 +139,7 @@ Said Oscillating(const FitReading& fit, FitSurface& surface)
     const double limit = SteadyLimit(fit.method.LAG());
     if (!fit.IsProduction() || !(fit.second * shape > limit))
         return {};
-    const std::string& r = fit.SecondName();
+    const std::string r = fit.SecondName();
     std::string text =
         shape == 1.0 ? r + " is " + Short(fit.second) : r + " times Z is " + Short(fit.second * shape);
     text += ": above " + Short(limit) + (fit.method.LAG() > 0 ? " at this time lag" : "") +

@@ -45,23 +45,6 @@ std::optional<VeltError> FailureOf(const std::function<void()>& work)
     return std::nullopt;
 }
 
-/// What a model needs of a data set before it is offered, and of its points before it is fitted.
-struct ModelNeeds {
-    std::vector<int> columns;
-    std::int32_t minPoints;
-};
-
-const ModelNeeds& NeedsOf(std::int32_t whichMeth)
-{
-    using namespace columns;
-    static const ModelNeeds needs[models::kCount] = {
-        {{Effort, CatchNums, TotCatchNums}, 2}, {{Effort, CatchNums, TotCatchNums, RecruitIndex}, 3},
-        {{Effort, CatchNums, TotCatchNums}, 2}, {{Effort, CatchWt, TotCatchWt}, 3},
-        {{Effort, CatchWt, TotCatchWt}, 3},     {{Effort, CatchWt, TotCatchWt}, 3},
-    };
-    return needs[whichMeth - 1];
-}
-
 constexpr float kDefaultMortality = 0.2F;
 constexpr float kDefaultProportion = 1.0F;
 constexpr float kDefaultZ = 1.0F;
@@ -135,7 +118,7 @@ void clsMethManager::DisplayParameters(bool show)
 void clsMethManager::BuildModelList()
 {
     for (std::int32_t model = 1; model <= models::kCount; ++model) {
-        m_modelAvailable(model) = m_data->CheckRqCols(NeedsOf(model).columns);
+        m_modelAvailable(model) = m_data->CheckRqCols(model_table::Of(model).columns);
         if (m_modelAvailable(model))
             m_availableModels.push_back(m_run.globals.ModelTitles(model));
     }
@@ -252,23 +235,9 @@ void clsMethManager::PullResults()
     const std::vector<double> estimates = m_method->FinalEsts();
     m_rSqr = m_method->RSqr();
 
-    std::vector<float*> targets;
-    switch (m_currMethType) {
-    case models::kNoRecruitment:
-        targets = {&m_n1, &m_q, &m_finalPopulation};
-        break;
-    case models::kRecruitmentIndex:
-        targets = {&m_n1, &m_q, &m_lambda, &m_finalPopulation};
-        break;
-    case models::kConstantRecruitment:
-        targets = {&m_k, &m_q, &m_rYield, &m_finalPopulation};
-        break;
-    default:
-        targets = {&m_k, &m_q, &m_r, &m_msy, &m_rYield, &m_finalBiomass};
-        break;
-    }
-    for (std::size_t i = 0; i < targets.size(); ++i)
-        *targets[i] = checked::ToFloat(estimates.at(i));
+    std::size_t at = 0;
+    for (const model_table::Quantity quantity : model_table::Of(m_currMethType).estimates)
+        m_results[static_cast<std::size_t>(quantity)] = checked::ToFloat(estimates.at(at++));
 }
 
 void clsMethManager::Fit()
@@ -316,7 +285,7 @@ void clsMethManager::RunFit(bool keepInputs)
     if ((!keepInputs || noModelToKeep) && !ChooseModel())
         return;
     CreateModel();
-    if (!HasEnoughPoints(NeedsOf(m_currMethType).minPoints)) {
+    if (!HasEnoughPoints(model_table::Of(m_currMethType).minPoints)) {
         Say(LoadResString(1908), Icon::Exclamation, Buttons::Ok, kHelpTooFewPoints);
         m_methDefined = false;
         return;

@@ -5,7 +5,9 @@
 #include "data/clsVeltData.h"
 #include "fit/Remark.h"
 #include "models/IMethod.h"
+#include "models/ModelTable.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -66,15 +68,19 @@ public:
     bool ImportASCIIFile(const std::string& path) { return m_data->ImportASCIIFile(path); }
 
     // Copies of the results, filled when a fit is done; a value the model does not have keeps what it held.
-    float Lambda() const { return m_lambda; }
-    float N1() const { return m_n1; }
-    float Q() const { return m_q; }
-    float FinalPopulation() const { return m_finalPopulation; }
-    float K() const { return m_k; }
-    float R() const { return m_r; }
-    float MSY() const { return m_msy; }
-    float RYield() const { return m_rYield; }
-    float FinalBiomass() const { return m_finalBiomass; }
+    float Result(model_table::Quantity quantity) const
+    {
+        return m_results[static_cast<std::size_t>(quantity)];
+    }
+    float Lambda() const { return Result(model_table::Quantity::Lambda); }
+    float N1() const { return Result(model_table::Quantity::N1); }
+    float Q() const { return Result(model_table::Quantity::Q); }
+    float FinalPopulation() const { return Result(model_table::Quantity::FinalPopulation); }
+    float K() const { return Result(model_table::Quantity::K); }
+    float R() const { return Result(model_table::Quantity::R); }
+    float MSY() const { return Result(model_table::Quantity::MSY); }
+    float RYield() const { return Result(model_table::Quantity::RYield); }
+    float FinalBiomass() const { return Result(model_table::Quantity::FinalBiomass); }
     float RSqr() const { return m_rSqr; }
 
     std::int32_t NumBootStraps() const;
@@ -150,8 +156,8 @@ private:
     std::int32_t m_errorModel = 1;
     bool m_setStartingEstimates = false;
     bool m_plotEvaluations = false;
-    float m_rSqr = 0, m_n1 = 0, m_q = 0, m_lambda = 0, m_finalPopulation = 0, m_k = 0, m_msy = 0,
-          m_rYield = 0, m_finalBiomass = 0, m_r = 0;
+    float m_rSqr = 0.0F;
+    std::array<float, model_table::kQuantities> m_results{};
     bool m_displayParameters = false;
     std::vector<Remark> m_fitRemarks;
     std::vector<std::string> m_availableModels;

@@ -7,6 +7,7 @@
 #include "base/StringTable.h"
 #include "models/LogFit.h"
 #include "models/ModelGraphs.h"
+#include "models/ModelTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,13 +24,12 @@ std::string ConvergenceText(const VELT_NelMead& minimiser, bool someValue,
            line(minimiser.ConvergedOnParameter(), 1959);
 }
 
-MethodCommon::MethodCommon(std::string className, std::int32_t whichMeth, std::initializer_list<int> bsFilled)
-    : m_className(std::move(className))
+MethodCommon::MethodCommon(std::string className, std::int32_t whichMeth) : m_className(std::move(className))
 {
     m.WhichMeth = whichMeth;
     m.UsingNosFlag = !models::IsProduction(whichMeth);
-    for (const int parameter : bsFilled)
-        m.BSFilled(parameter) = true;
+    for (const model_table::Quantity quantity : model_table::Of(whichMeth).limits)
+        m.BSFilled(model_table::InfoOf(quantity).bsParam) = true;
 }
 
 void MethodCommon::Create(clsVeltData& data)

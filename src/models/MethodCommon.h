@@ -9,7 +9,6 @@
 #include "models/ModelState.h"
 #include "models/clsBootStrap.h"
 
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
@@ -98,7 +97,7 @@ protected:
     /// Compared as 32-bit floats: the limit itself, which is a little more than 1e20 as a float, is inside.
     static constexpr bool BeyondLimit(float x) { return x > static_cast<float>(kUpperLimit); }
 
-    MethodCommon(std::string className, std::int32_t whichMeth, std::initializer_list<int> bsFilled);
+    MethodCommon(std::string className, std::int32_t whichMeth);
 
     // What a model computes; failures get their source from the operation that calls them.
     virtual bool InitEstimates() = 0;

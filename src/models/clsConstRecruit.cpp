@@ -10,11 +10,7 @@
 using checked::Div;
 using checked::ToFloat;
 
-clsConstRecruit::clsConstRecruit()
-    : MethodCommon("clsConstRecruit", models::kConstantRecruitment,
-                   {bs_param::kK, bs_param::kQ, bs_param::kRYield})
-{
-}
+clsConstRecruit::clsConstRecruit() : MethodCommon("clsConstRecruit", models::kConstantRecruitment) {}
 
 void clsConstRecruit::Create(clsVeltData& data)
 {

@@ -17,9 +17,7 @@ using checked::Pow;
 using checked::Sqrt;
 using checked::ToFloat;
 
-clsProduction::clsProduction()
-    : MethodCommon("clsProduction", models::kSchaefer,
-                   {bs_param::kK, bs_param::kQ, bs_param::kR, bs_param::kMSY, bs_param::kRYield})
+clsProduction::clsProduction() : MethodCommon("clsProduction", models::kSchaefer)
 {
     m.InitDep = 1.0F;
     m.PlotEvaluations = true; // unlike the other models this one starts with the view on

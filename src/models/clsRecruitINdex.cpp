@@ -12,11 +12,7 @@
 using checked::Div;
 using checked::ToFloat;
 
-clsRecruitINdex::clsRecruitINdex()
-    : MethodCommon("clsRecruitIndex", models::kRecruitmentIndex,
-                   {bs_param::kQ, bs_param::kN1, bs_param::kLambda})
-{
-}
+clsRecruitINdex::clsRecruitINdex() : MethodCommon("clsRecruitIndex", models::kRecruitmentIndex) {}
 
 void clsRecruitINdex::Z(float value)
 {

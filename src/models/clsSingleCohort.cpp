@@ -10,10 +10,7 @@
 using checked::Div;
 using checked::ToFloat;
 
-clsSingleCohort::clsSingleCohort()
-    : MethodCommon("clsSingleCohort", models::kNoRecruitment, {bs_param::kQ, bs_param::kN1})
-{
-}
+clsSingleCohort::clsSingleCohort() : MethodCommon("clsSingleCohort", models::kNoRecruitment) {}
 
 std::vector<double> clsSingleCohort::FinalEsts()
 {

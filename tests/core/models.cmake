@@ -8,6 +8,7 @@ velt_core_test(models SOURCES
   GammaFit_test.cpp
   LogFit_test.cpp
   ModelGraphs_test.cpp
+  ModelTable_test.cpp
   ProductionBootstraps_test.cpp
   ProductionFit_test.cpp
   StartVals_test.cpp
