@@ -9,6 +9,7 @@
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
 #include "models/ModelTable.h"
+#include "models/StartVals.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/RangeDialog.h"
 
+#include "base/FieldRules.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "models/FieldRules.h"
 
 #include <QFormLayout>
 #include <QLabel>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fit/InputParams.h"
 
+#include "base/FieldRules.h"
 #include "base/StringTable.h"
-#include "models/FieldRules.h"
 #include "models/IMethod.h"
 #include "models/ModelTable.h"
 

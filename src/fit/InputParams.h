@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "models/StartVals.h"
+#include "base/Reading.h"
 
 #include <cstdint>
 #include <string>

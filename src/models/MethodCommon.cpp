@@ -5,7 +5,7 @@
 #include "base/MeterScope.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 #include "models/ModelGraphs.h"
 #include "models/ModelTable.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/StartVals.h"
 
+#include "base/FieldRules.h"
 #include "base/StringTable.h"
-#include "models/FieldRules.h"
 
 Reading<double> ReadStartingValue(std::string_view typed)
 {

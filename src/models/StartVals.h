@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Reading.h"
+
 #include <string>
 #include <string_view>
-#include <variant>
-
-/// A typed field as the program understands it: the value, or the sentence that tells the user why not.
-template <typename T>
-using Reading = std::variant<T, std::string>;
 
 /// Starting values of a two-parameter model, each of which may be held fixed while the other is searched.
 struct StartVals {

@@ -3,7 +3,7 @@
 
 #include "base/Checked.h"
 #include "base/StringTable.h"
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 
 #include <cmath>
 

@@ -3,7 +3,7 @@
 
 #include "base/Checked.h"
 #include "graphs/ModelGraph.h"
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 #include "models/StartVals.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The fitting schemes and bootstraps of clsProduction; its dynamics stand in clsProduction.cpp.
 #include "base/Checked.h"
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 #include "models/clsProduction.h"
 
 #include <algorithm>

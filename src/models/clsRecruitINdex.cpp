@@ -2,7 +2,7 @@
 #include "models/clsRecruitINdex.h"
 
 #include "base/Checked.h"
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 #include "models/StartVals.h"
 
 #include <array>

@@ -6,7 +6,7 @@ velt_core_test(models SOURCES
   DepletionFits_test.cpp
   FitSurface_test.cpp
   GammaFit_test.cpp
-  LogFit_test.cpp
+  LognormalFit_test.cpp
   ModelGraphs_test.cpp
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/NumberText.h"
-#include "models/StartVals.h"
+#include "base/Reading.h"
 
 #include <cmath>
 #include <cstdint>

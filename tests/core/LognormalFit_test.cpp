@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 
 #include "support/TableBuilder.h"
 
@@ -27,14 +27,14 @@ StateBench SameRatio(std::size_t periods, double catches, double expected)
 }
 } // namespace
 
-TEST(LogFit, TheBestQIsTheGeometricMeanOfTheRatios) // (2 * 8 * 4)^(1/3) = 4
+TEST(LognormalFit, TheBestQIsTheGeometricMeanOfTheRatios) // (2 * 8 * 4)^(1/3) = 4
 {
     const StateBench bench({1.0, 2.0, 5.0}, {2.0, 16.0, 20.0});
 
     EXPECT_NEAR(LnFitComputeQ(bench.m), 4.0, 1e-15);
 }
 
-TEST(LogFit, TheScaledProductEqualsThePlainOneToTheBitWhereThatIsInRange)
+TEST(LognormalFit, TheScaledProductEqualsThePlainOneToTheBitWhereThatIsInRange)
 {
     const StateBench ordinary({3.7, 11.3, 0.017, 913.4, 5e-4, 2.9}, {1.1, 2.7, 3.3, 0.0023, 77.0, 1e6});
     EXPECT_EQ(LnFitComputeQ(ordinary.m), PlainGeometricMean(ordinary));
@@ -47,21 +47,21 @@ TEST(LogFit, TheScaledProductEqualsThePlainOneToTheBitWhereThatIsInRange)
 }
 
 // Plainly 1e10^199 = 1e1990, far beyond the range of a 64-bit number.
-TEST(LogFit, ALongSeriesOfLargeOrSmallRatiosNeitherOverflowsNorUnderflows)
+TEST(LognormalFit, ALongSeriesOfLargeOrSmallRatiosNeitherOverflowsNorUnderflows)
 {
     // The logarithm near 4582 carries 1e-16 of itself, divided by 199: 2e-15 in the result.
     EXPECT_NEAR(LnFitComputeQ(SameRatio(199, 1e10, 1.0).m) / 1e10, 1.0, 1e-13);
     EXPECT_NEAR(LnFitComputeQ(SameRatio(199, 1.0, 1e10).m) / 1e-10, 1.0, 1e-13);
 }
 
-TEST(LogFit, AfterAnUnderflowTheProductIsNotPositiveAndQIsNothing)
+TEST(LognormalFit, AfterAnUnderflowTheProductIsNotPositiveAndQIsNothing)
 {
     EXPECT_EQ(LnFitComputeQ(StateBench({5.0, 0.0, 3.0}, {1.0, 1.0, 1.0}).m), 0.0);
     EXPECT_EQ(LnFitComputeQ(StateBench({5.0, -2.0, 3.0}, {1.0, 1.0, 1.0}).m), 0.0);
     EXPECT_EQ(LnFitComputeQ(StateBench({5.0, 2.0, 3.0}, {1.0, 0.0, 1.0}).m), 0.0);
 }
 
-TEST(LogFit, PeriodsToggledOutDoNotEnterQ)
+TEST(LognormalFit, PeriodsToggledOutDoNotEnterQ)
 {
     StateBench bench({1.0, 1.0, 1.0}, {2.0, 1000.0, 8.0});
     bench.data.ToggledIn(2, false);
@@ -70,14 +70,14 @@ TEST(LogFit, PeriodsToggledOutDoNotEnterQ)
 }
 
 // ln of the ratios 1 and 3: (1 + 9) / 2 - 2^2 = 1. X is chosen so that float catches leave only 1e-7.
-TEST(LogFit, TheObjectiveIsTheVarianceOfTheLogRatios)
+TEST(LognormalFit, TheObjectiveIsTheVarianceOfTheLogRatios)
 {
     const StateBench bench({1.0 / std::exp(1.0), 1.0 / std::exp(3.0)}, {1.0, 1.0});
 
     EXPECT_NEAR(LnVarForMinimisation(bench.m), 1.0, 1e-6);
 }
 
-TEST(LogFit, PeriodsWithoutExpectedCatchOrToggledOutAreLeftOutOfTheVariance)
+TEST(LognormalFit, PeriodsWithoutExpectedCatchOrToggledOutAreLeftOutOfTheVariance)
 {
     StateBench bench({1.0 / std::exp(1.0), 0.0, -4.0, 7.0, 1.0 / std::exp(3.0)}, {1.0, 9.0, 9.0, 9.0, 1.0});
     bench.data.ToggledIn(4, false);
@@ -85,7 +85,7 @@ TEST(LogFit, PeriodsWithoutExpectedCatchOrToggledOutAreLeftOutOfTheVariance)
     EXPECT_NEAR(LnVarForMinimisation(bench.m), 1.0, 1e-6);
 }
 
-TEST(LogFit, ATrajectoryWithoutAnyStockFailsInTheUnusedRatio)
+TEST(LognormalFit, ATrajectoryWithoutAnyStockFailsInTheUnusedRatio)
 {
     EXPECT_EQ(FailureOf([] {
                   LnVarForMinimisation(StateBench({0.0, -1.0}, {1.0, 1.0}).m);
@@ -93,7 +93,7 @@ TEST(LogFit, ATrajectoryWithoutAnyStockFailsInTheUnusedRatio)
               errors::kDivisionByZero);
 }
 
-TEST(LogFit, AZeroOrMissingCatchFailsInTheLogarithm)
+TEST(LognormalFit, AZeroOrMissingCatchFailsInTheLogarithm)
 {
     EXPECT_EQ(FailureOf([] {
                   LnVarForMinimisation(StateBench({1.0, 1.0}, {1.0, 0.0}).m);
@@ -106,7 +106,7 @@ TEST(LogFit, AZeroOrMissingCatchFailsInTheLogarithm)
 
 // What 32-bit sums used to add was up to 3 % of the variance of a good fit, and it hung on the units of the
 // catch.
-TEST(LogFit, EqualRatiosVaryByNothingWhateverTheirSize)
+TEST(LognormalFit, EqualRatiosVaryByNothingWhateverTheirSize)
 {
     for (const double ratio : {std::exp(-9.7), 1.0, 3e30})
         EXPECT_EQ(LnVarForMinimisation(SameRatio(100, 1.0, ratio).m), 0.0F);
@@ -114,7 +114,7 @@ TEST(LogFit, EqualRatiosVaryByNothingWhateverTheirSize)
 
 // Ratios of 1 and 1 + 2^-12 in turn: l is 0 and d = ln(1 + 2^-12), so the variance is (d / 2)^2. A factor of
 // 2^40, exact in both formats, must change no bit of it: that is the unit of the catch.
-TEST(LogFit, TheObjectiveKeepsAllDigitsOfASmallVarianceInAnyUnits)
+TEST(LognormalFit, TheObjectiveKeepsAllDigitsOfASmallVarianceInAnyUnits)
 {
     const double d = std::log1p(0x1p-12);
     for (const double unit : {1.0, 0x1p40, 0x1p-40}) {
@@ -125,7 +125,7 @@ TEST(LogFit, TheObjectiveKeepsAllDigitsOfASmallVarianceInAnyUnits)
     }
 }
 
-TEST(LogFit, AnEvaluationOfASearchSaysThatAPeriodInTheFitWasLeftOut)
+TEST(LognormalFit, AnEvaluationOfASearchSaysThatAPeriodInTheFitWasLeftOut)
 {
     StateBench whole({1.0, 2.0}, {1.0, 1.0});
     whole.m.CatchUnexpected = true;
@@ -142,7 +142,7 @@ TEST(LogFit, AnEvaluationOfASearchSaysThatAPeriodInTheFitWasLeftOut)
 }
 
 // ln 2 + ln 3 + ln 5 = ln 30; the catch is 60, so the residual is ln 2. Half a unit of a float near 4.
-TEST(LogFit, FittedValuesAndResidualsExistForIncludedPeriodsAlsoWhenToggledOut)
+TEST(LognormalFit, FittedValuesAndResidualsExistForIncludedPeriodsAlsoWhenToggledOut)
 {
     StateBench bench({1.0, 1.0, 1.0}, {60.0, 60.0, 60.0});
     for (int i = 1; i <= 3; ++i)
@@ -157,7 +157,7 @@ TEST(LogFit, FittedValuesAndResidualsExistForIncludedPeriodsAlsoWhenToggledOut)
     EXPECT_EQ(bench.m.FittedVec(3), 0.0F);
 }
 
-TEST(LogFit, AnIncludedPeriodWithoutCatchOrStockFails)
+TEST(LognormalFit, AnIncludedPeriodWithoutCatchOrStockFails)
 {
     StateBench empty({1.0}, {0.0});
     EXPECT_EQ(FailureOf([&] { FillLogResiduals(empty.m, 1.0, [](int) { return 1.0; }); }),

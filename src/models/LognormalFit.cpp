@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "models/LogFit.h"
+#include "models/LognormalFit.h"
 
 #include "base/Checked.h"
 
