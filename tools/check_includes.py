@@ -20,6 +20,7 @@ FLOORS = {
     "data": 3,
     "models": 4,
     "fit": 5,
+    "toolkit": 5.5,  # what views and dialogs share
     "views": 6, "dialogs": 6,
     "shell": 7, "batch": 7,
 }

@@ -3,7 +3,7 @@
 
 #include "base/NumberText.h"
 #include "base/VeltError.h"
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QAbstractTableModel>
 #include <QComboBox>

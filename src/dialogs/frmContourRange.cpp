@@ -2,7 +2,7 @@
 #include "dialogs/frmContourRange.h"
 
 #include "base/NumberText.h"
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QGridLayout>
 #include <QGroupBox>

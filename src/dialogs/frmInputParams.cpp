@@ -3,8 +3,8 @@
 
 #include "base/NumberText.h"
 #include "base/Utilities.h"
-#include "dialogs/Words.h"
 #include "models/IMethod.h"
+#include "toolkit/Words.h"
 
 #include <QCheckBox>
 #include <QFormLayout>

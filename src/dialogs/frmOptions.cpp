@@ -3,7 +3,7 @@
 
 #include "base/NumberText.h"
 #include "base/modVeltGlobals.h"
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QButtonGroup>
 #include <QDialogButtonBox>

@@ -2,7 +2,7 @@
 #include "dialogs/frmStartVals.h"
 
 #include "base/NumberText.h"
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/MainMenu.h"
 
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QAction>
 #include <QKeySequence>

@@ -3,11 +3,11 @@
 
 #include "base/StringTable.h"
 #include "base/Utilities.h"
-#include "dialogs/Words.h"
 #include "fit/ParameterReport.h"
 #include "graphs/VELT_ContourPlot.h"
-#include "shell/DataGridView.h"
 #include "shell/MainMenu.h"
+#include "toolkit/Words.h"
+#include "views/DataGridView.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/GraphPainter.h"
 
-#include "base/StringTable.h"
 #include "graphs/ModelGraph.h"
+#include "toolkit/Words.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 
@@ -23,11 +23,6 @@ constexpr int kIncludedText = 1204;
 constexpr int kManyPoints = 60; // from here on smaller symbols keep points apart
 constexpr double kHeadroom = 0.06;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-QString Text(int id)
-{
-    return QString::fromStdString(LoadResString(id));
-}
 
 QString LimitsText()
 {
@@ -95,9 +90,9 @@ void AddObserved(QCustomPlot& plot, const ModelGraph& graph)
     QCPGraph* excluded = AddSymbols(plot, ShownPoints(graph, graph.YData2()), hollow);
     QCPGraph* included = AddSymbols(plot, ShownPoints(graph, graph.YData()), filled);
     if (included != nullptr)
-        AddToLegend(*included, Text(kIncludedText));
+        AddToLegend(*included, Words(kIncludedText));
     if (excluded != nullptr)
-        AddToLegend(*excluded, Text(kExcludedText));
+        AddToLegend(*excluded, Words(kExcludedText));
 }
 
 /// A line with a gap where a value does not show; a value between two gaps shows as a dot.
@@ -226,7 +221,7 @@ void PaintPointsAndLine(QCustomPlot& plot, const ModelGraph& graph)
         expected = AddLine(plot, graph, graph.OverlayLine(), kExpected);
     AddObserved(plot, graph);
     if (expected != nullptr)
-        AddToLegend(*expected, Text(kExpectedText));
+        AddToLegend(*expected, Words(kExpectedText));
 }
 
 bool HasLimits(const ModelGraph& graph)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/PlotWindow.h"
 
-#include "base/StringTable.h"
+#include "toolkit/Words.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 
@@ -70,7 +70,7 @@ QAction* PlotWindow::AddCommand(const char* name, const QString& caption)
 
 void PlotWindow::Tell(int textId)
 {
-    QMessageBox::information(this, tr("VELT 3.0"), QString::fromStdString(LoadResString(textId)));
+    QMessageBox::information(this, tr("VELT 3.0"), Words(textId));
 }
 
 QString PlotWindow::StatusText() const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/frmParams.h"
 
-#include "base/StringTable.h"
+#include "toolkit/Words.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -29,11 +29,6 @@ constexpr int kIntervalsText = 804;
 constexpr int kConfIntsText = 805;
 constexpr int kCloseText = 807;
 
-QString Text(int id)
-{
-    return QString::fromStdString(LoadResString(id));
-}
-
 QString Trimmed(const std::string& text)
 {
     return QString::fromStdString(text).trimmed(); // some titles carry blanks for a fixed-width report
@@ -50,7 +45,7 @@ QFont Bold(QFont font)
 frmParams::frmParams(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmParams"));
-    setWindowTitle(Text(kWindowText));
+    setWindowTitle(Words(kWindowText));
     auto* column = new QVBoxLayout(this);
     column->addLayout(NewHead());
     m_inputs = NewBlock("picInput", "lblInput", kInputsText, "lblIP");
@@ -85,7 +80,7 @@ QGridLayout* frmParams::NewHead()
     head->setColumnStretch(1, 1);
     const auto row = [&](int at, const char* captionName, int caption, const char* valueName) {
         QLabel* name = NewLabel(captionName, Qt::AlignLeft);
-        name->setText(Text(caption));
+        name->setText(Words(caption));
         QLabel* value = NewLabel(valueName, Qt::AlignRight);
         value->setFont(Bold(value->font()));
         head->addWidget(name, at, 0);
@@ -105,12 +100,12 @@ frmParams::Block frmParams::NewBlock(const QString& frameName, const QString& he
     block.rowName = rowName;
     block.frame = new QGroupBox(this);
     block.frame->setObjectName(frameName);
-    block.frame->setAccessibleName(Text(headingText));
+    block.frame->setAccessibleName(Words(headingText));
     block.grid = new QGridLayout(block.frame);
     block.grid->setColumnStretch(1, 1);
     block.grid->setHorizontalSpacing(2 * QFontMetrics(font()).height());
     QLabel* heading = NewLabel(headingName, Qt::AlignLeft);
-    heading->setText(Text(headingText));
+    heading->setText(Words(headingText));
     heading->setFont(Bold(heading->font()));
     block.grid->addWidget(heading, 0, 0);
     return block;
@@ -190,10 +185,10 @@ void frmParams::FillRemarks(const std::vector<std::string>& sentences)
 void frmParams::AddButtons()
 {
     auto* buttons = new QDialogButtonBox(this);
-    QPushButton* cis = buttons->addButton(Text(kConfIntsText), QDialogButtonBox::ActionRole);
+    QPushButton* cis = buttons->addButton(Words(kConfIntsText), QDialogButtonBox::ActionRole);
     cis->setObjectName(QStringLiteral("cmdCIs"));
     cis->setAutoDefault(false);
-    QPushButton* close = buttons->addButton(Text(kCloseText), QDialogButtonBox::AcceptRole);
+    QPushButton* close = buttons->addButton(Words(kCloseText), QDialogButtonBox::AcceptRole);
     close->setObjectName(QStringLiteral("cmdClose"));
     close->setDefault(true);
     connect(cis, &QPushButton::clicked, this, &frmParams::confIntsRequested);

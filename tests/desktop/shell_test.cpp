@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Utilities.h"
 #include "base/VeltError.h"
-#include "dialogs/Words.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
-#include "shell/DataGridView.h"
 #include "shell/MenuState.h"
 #include "shell/frmVelt3.h"
 #include "support/ScriptedUser.h"
+#include "toolkit/Words.h"
+#include "views/DataGridView.h"
 #include "views/frmModelGraph.h"
 
 #include <QAction>

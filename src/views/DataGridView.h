@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/DataGridModel.h"
+#include "views/DataGridModel.h"
 
 #include <QFrame>
 

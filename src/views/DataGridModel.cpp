@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/DataGridModel.h"
+#include "views/DataGridModel.h"
 
 #include "base/NumberText.h"
 #include "data/NumberFormat.h"
-#include "dialogs/Words.h"
+#include "toolkit/Words.h"
 
 #include <QGuiApplication>
 #include <QPalette>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/DataGridView.h"
+#include "views/DataGridView.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
