@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/WriteCsv.h"
 
+#include "base/VeltError.h"
 #include "batch/BatchFailure.h"
-#include "batch/FileInProgress.h"
+#include "files/WholeFile.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 
 namespace
 {
@@ -31,13 +31,11 @@ std::string Cell(const std::optional<T>& value)
 
 void WriteFile(const std::string& directory, const char* name, const std::string& content)
 {
-    const std::filesystem::path path = std::filesystem::path(directory) / name;
-    FileInProgress file(path);
-    std::ofstream out(file.Path(), std::ios::binary);
-    out << content;
-    out.close();
-    if (!out || !file.Finish())
-        throw BatchFailure(ExitStatus::BadUsage, path.string() + " cannot be written.");
+    try {
+        ReplaceFile(std::filesystem::path(directory) / name, content);
+    } catch (const VeltError& error) {
+        throw BatchFailure(ExitStatus::BadUsage, error.description);
+    }
 }
 
 std::string EstimatesTable(const FitTables& tables)

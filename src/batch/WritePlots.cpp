@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/WritePlots.h"
 
+#include "base/VeltError.h"
 #include "batch/BatchFailure.h"
-#include "batch/FileInProgress.h"
 #include "views/ContourPainter.h"
 #include "views/GraphPainter.h"
 
@@ -57,9 +57,12 @@ void SaveBoth(const std::string& directory, std::size_t number, const std::strin
     std::snprintf(prefix, sizeof prefix, "%02zu-", number);
     for (const char* ending : {".png", ".svg"}) {
         const auto path = std::filesystem::path(directory) / (prefix + FileWords(title) + ending);
-        FileInProgress file(path);
-        if (!save(QString::fromStdString(file.Path())) || !file.Finish())
-            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + path.string() + " cannot be written.");
+        try {
+            if (!save(QString::fromStdString(path.string())))
+                throw BatchFailure(ExitStatus::BadUsage, "--plots: " + path.string() + " cannot be drawn.");
+        } catch (const VeltError& error) {
+            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + error.description);
+        }
     }
 }
 

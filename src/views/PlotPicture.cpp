@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/PlotPicture.h"
 
+#include "files/WholeFile.h"
 #include "views/PlotStyle.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 #include <qcustomplot.h>
 
@@ -78,16 +79,18 @@ bool SavePlot(QCustomPlot& plot, const QString& path, QSize size)
     const QString ending = QFileInfo(path).suffix().toLower();
     if (size.isEmpty() || !QStringList{"png", "svg", "pdf"}.contains(ending))
         return false;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
+    QBuffer picture;
+    picture.open(QIODevice::WriteOnly);
     bool drawn = false;
     if (ending == "png") {
-        drawn = PlotImage(plot, size).save(&file, "PNG");
+        drawn = PlotImage(plot, size).save(&picture, "PNG");
     } else {
         plot_style::FitLegend(plot, size.width());
-        drawn = ending == "svg" ? DrawSvg(plot, file, size) : DrawPdf(plot, file, size);
+        drawn = ending == "svg" ? DrawSvg(plot, picture, size) : DrawPdf(plot, picture, size);
         plot_style::FitLegend(plot, plot.width());
     }
-    return drawn && file.commit();
+    const QByteArray& bytes = picture.data();
+    if (drawn)
+        ReplaceFile(path.toStdString(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    return drawn;
 }

@@ -17,6 +17,6 @@ inline constexpr int kPictureScale = 2;
 QImage PlotImage(QCustomPlot& plot, QSize size);
 
 /// Writes the plot to `path`: .png with twice the dots, .svg and .pdf as vectors with real text. The file
-/// appears whole or not at all. \return false for another ending, an empty size or a file that cannot be
-/// written.
+/// appears whole or not at all. \return false for another ending or an empty size \throws VeltError 57 with
+/// the reason when it cannot be written
 bool SavePlot(QCustomPlot& plot, const QString& path, QSize size = kPictureSize);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/PlotWindow.h"
 
+#include "base/VeltError.h"
 #include "toolkit/Words.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
@@ -119,12 +120,15 @@ void PlotWindow::SavePicture()
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QString path = dialog.selectedFiles().constFirst();
-    if (!SavePlot(*m_plot, path, m_plot->size()))
-        QMessageBox::warning(
-            this, tr("VELT 3.0"),
-            tr("The picture could not be written to\n%1\nPlease choose a folder you may write "
-               "to, and a name that ends in .png, .svg or .pdf.")
-                .arg(path));
+    const auto warn = [this](const QString& text) { QMessageBox::warning(this, tr("VELT 3.0"), text); };
+    try {
+        if (!SavePlot(*m_plot, path, m_plot->size()))
+            warn(tr("%1\nhas no name of a picture. Please choose one that ends in .png, .svg or .pdf.")
+                     .arg(path));
+    } catch (const VeltError& error) {
+        warn(tr("%1\nPlease choose a folder that you may write to and that has room.")
+                 .arg(QString::fromStdString(error.description)));
+    }
 }
 
 void PlotWindow::CopyPicture()

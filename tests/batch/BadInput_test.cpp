@@ -2,7 +2,6 @@
 // What used to go wrong when velt-batch was given something odd: tables, disks, searches that cannot end.
 #include "batch/BatchJob.h"
 #include "batch/BatchWindow.h"
-#include "batch/FileInProgress.h"
 #include "batch/RunBatch.h"
 
 #include <gtest/gtest.h>
@@ -152,32 +151,6 @@ TEST(BadInput, ResultsThatCannotBeWrittenUsedToCountAsDone)
         EXPECT_EQ(RunBatch(words, broken, err), 2);
     }
     EXPECT_NE(err.str().find("cannot be written to standard output"), std::string::npos);
-}
-
-TEST(BadInput, AFailedWriteUsedToLeaveAnEmptyFileUnderTheFinalName)
-{
-    const ScratchDirectory directory;
-    directory.File("whole.csv", "old");
-    {
-        FileInProgress file(directory.Path("whole.csv"));
-        std::ofstream(file.Path()) << "hal";
-        EXPECT_EQ(directory.Read("whole.csv"), "old");
-    }
-    EXPECT_EQ(FilesIn(directory.Path()), std::vector<std::string>{"whole.csv"});
-    EXPECT_EQ(directory.Read("whole.csv"), "old");
-}
-
-TEST(BadInput, AWholeFileTakesThePlaceOfTheOldOne)
-{
-    const ScratchDirectory directory;
-    directory.File("whole.csv", "old");
-    FileInProgress file(directory.Path("whole.csv"));
-    EXPECT_TRUE(file.Path().ends_with("whole.csv")); // a picture's format follows its ending
-    std::ofstream(file.Path()) << "new";
-
-    EXPECT_TRUE(file.Finish());
-    EXPECT_EQ(directory.Read("whole.csv"), "new");
-    EXPECT_EQ(FilesIn(directory.Path()), std::vector<std::string>{"whole.csv"});
 }
 
 TEST(BadInput, ATableWhosePlaceIsTakenByADirectoryLeavesNothingUnfinished)

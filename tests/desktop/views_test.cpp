@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/VeltError.h"
 #include "graphs/ModelGraph.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "views/ContourLines.h"
@@ -578,7 +579,7 @@ void ViewsTest::AnUnknownEndingOrAMissingFolderWritesNothing()
 
     QVERIFY(!SaveGraphPicture(CpueGraph(5), folder.filePath("cpue.bmp")));
     QVERIFY(!SaveGraphPicture(CpueGraph(5), folder.filePath("cpue")));
-    QVERIFY(!SaveGraphPicture(CpueGraph(5), folder.filePath("missing/cpue.png")));
+    QVERIFY_THROWS_EXCEPTION(VeltError, SaveGraphPicture(CpueGraph(5), folder.filePath("missing/cpue.png")));
     QVERIFY(QDir(folder.path()).isEmpty());
 }
 
