@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What velt-batch says about its own answer: in JSON, in the report and on standard error.
 #include "batch/BatchJob.h"
+#include "fit/FitReading.h"
 
 #include <gtest/gtest.h>
 
@@ -125,6 +126,26 @@ TEST(BatchRemarks, AFailureOfUnknownCauseHasAnEmptyList)
     const BatchJob job = Weeks(kWeeks, {"--error", "log", "--format", "json", "--max-its", "1"});
     EXPECT_EQ(job.status, 4);
     EXPECT_EQ(Codes(job), Words{});
+}
+
+// From half of K the best of the starts needs more than 40 steps and the worst of them fewer.
+TEST(BatchRemarks, AStartThatDidNotArriveButCameFurtherIsNamed)
+{
+    const Words fromHalf{"--format", "json", "--init-proportion", "0.5"};
+    const BatchJob whole = Albacore("fox", "ls", fromHalf);
+    ASSERT_EQ(whole.status, 0) << whole.err;
+    EXPECT_EQ(TextOf(whole, "BetterFitKnown"), "no such remark");
+
+    Words few = fromHalf;
+    few.insert(few.end(), {"--max-its", "40"});
+    const BatchJob cut = Albacore("fox", "ls", few);
+    ASSERT_EQ(cut.status, 0) << cut.err;
+    const double shown = cut.Json().at("Objective");
+    const double best = whole.Json().at("Objective");
+    EXPECT_LT(best, 0.99 * shown);
+    const std::string said = TextOf(cut, "BetterFitKnown");
+    EXPECT_TRUE(Has(said, "and did not arrive; the fit shown, with " + remark_text::Short(shown))) << said;
+    EXPECT_TRUE(Has(cut.err, "velt-batch: remark: " + said + "\n"));
 }
 
 TEST(BatchRemarks, BootstrapsBringTheRemarksOnTheirLimits)

@@ -68,6 +68,27 @@ struct FittedFishery : ModelBench<clsProduction> {
         model.PlotEvaluations(false);
         EXPECT_FALSE(Fit(fitOp, 0.0).empty());
     }
+    Said Edges()
+    {
+        const FitSurface surface = model.Surface();
+        return surface_remarks::AtBound(ReadFit(model, data), surface);
+    }
+    /// As if another start had come to this objective and not arrived.
+    Said BesideOneThatCameTo(double objective)
+    {
+        model.m.notArrivedAt = objective;
+        const FitSurface surface = model.Surface();
+        return surface_remarks::BetterFitKnown(ReadFit(model, data), surface, data);
+    }
+    /// As if the fit had this growth and time lag.
+    Said Swings(double r, std::int16_t lag)
+    {
+        model.LAG(lag);
+        FitReading fit = ReadFit(model, data);
+        fit.second = r;
+        FitSurface surface = model.Surface();
+        return surface_remarks::Oscillating(fit, surface);
+    }
     /// As if starting values had been typed, which led to this objective.
     Said BetterThan(double objective)
     {
@@ -187,6 +208,34 @@ TEST(AtBound, AValueThatTheUserHoldsThereIsNoEdgeOfASearch)
     EXPECT_FALSE(surface_remarks::AtBound(fit, surface));
 }
 
+// The stock lies far from any edge of its own; the search alone knows that it could go no further.
+TEST(AtBound, IsSaidWhereTheSearchEndedOnTheBorderOfTheStocksThatSurvive)
+{
+    FittedFishery bench;
+    EXPECT_FALSE(bench.Edges());
+    bench.model.m.atBorder = true;
+    const std::string k = remark_text::Short(bench.model.FinalEsts().at(0));
+    EXPECT_TRUE(Says(bench.Edges(), "K (" + k + ", hardly enough for the catches) lies at the edge"));
+    bench.user.onStartVals = [](StartVals& starts) { return starts.Fixed1 = true; };
+    bench.model.InputStartingEsts();
+    EXPECT_FALSE(bench.Edges()) << "a stock that the user holds was not searched";
+}
+
+// Four weeks of 270, 240, 200 and 320 fish, the last with ten times the effort: the catch rates fall so fast
+// that they point at a stock of 1000, less than the 1030 that were caught. The gamma objective stops there.
+TEST(AtBound, IsSaidOfAGammaFitThatPointsAtLessThanWasCaught)
+{
+    ModelBench<clsSingleCohort> bench(TableBuilder().Effort({30, 40, 50, 300}).Catch({270, 240, 200, 320}));
+    const Values fit = bench.Fit(fit_op::kGamma, 0.0);
+    ASSERT_FALSE(fit.empty());
+    EXPECT_GT(fit.at(0), 1030.0);
+    EXPECT_LT(fit.at(0), 1030.0 / 0.99 * 1.0001); // the smallest start that survives is known to a per cent
+    EXPECT_TRUE(bench.model.Details().atBorder);
+    FitSurface surface = bench.model.Surface();
+    EXPECT_TRUE(Says(surface_remarks::AtBound(ReadFit(bench.model, bench.data), surface),
+                     "hardly enough for the catches) lies at the edge"));
+}
+
 TEST(Oscillating, IsSaidAboveTwoAndNamesTheBestSteadyFit)
 {
     FittedFishery bench; // a stock of r about 0.4
@@ -206,6 +255,17 @@ TEST(Oscillating, IsSaidAboveTwoAndNamesTheBestSteadyFit)
     EXPECT_NEAR(steady->x[1], r, 1e-3 * r);
     EXPECT_TRUE(Says(said, "K = " + remark_text::Short(steady->x[0]) +
                                " and r = " + remark_text::Short(steady->x[1]) + " at an objective of"));
+}
+
+// 2 sin(pi / (4 L + 2)): sin 30 degrees is a half, and 2 sin 18 degrees is (sqrt(5) - 1) / 2 = 0.618034.
+TEST(Oscillating, ATimeLagLowersTheLimitToOneAndToTheGoldenSection)
+{
+    FittedFishery bench;
+    EXPECT_FALSE(bench.Swings(0.999, 1));
+    EXPECT_TRUE(Says(bench.Swings(1.001, 1), "r is 1.001: above 1 at this time lag the biomass overshoots"));
+    EXPECT_FALSE(bench.Swings(0.6180, 2));
+    EXPECT_TRUE(Says(bench.Swings(0.6181, 2), "above 0.618 at this time lag"));
+    EXPECT_FALSE(Says(bench.Swings(2.1, 0), "lag"));
 }
 
 // With Z = 4 the limit of r is a half.
@@ -255,6 +315,25 @@ TEST(BetterFitKnown, UnderGammaATenthOfALogUnitCounts)
     EXPECT_TRUE(bench.BetterThan(own + 0.11));
 }
 
+TEST(BetterFitKnown, IsSaidOfAStartThatDidNotArriveAndCameFurtherByMoreThanAPerCent)
+{
+    FittedFishery bench;
+    const double own = bench.model.Details().objective.value();
+    EXPECT_FALSE(bench.BesideOneThatCameTo(0.991 * own));
+    const Said said = bench.BesideOneThatCameTo(0.989 * own);
+    EXPECT_TRUE(Says(said, "came to an objective of " + remark_text::Short(0.989 * own) +
+                               " and did not arrive; the fit shown, with " + remark_text::Short(own)));
+    EXPECT_TRUE(Says(said, "Raise the iterations"));
+}
+
+TEST(BetterFitKnown, OfAStartThatDidNotArriveATenthOfALogUnitCountsUnderGamma)
+{
+    FittedFishery bench(fit_op::kGamma);
+    const double own = bench.model.Details().objective.value();
+    EXPECT_FALSE(bench.BesideOneThatCameTo(own - 0.09));
+    EXPECT_TRUE(bench.BesideOneThatCameTo(own - 0.11));
+}
+
 TEST(BetterFitKnown, IsNotSaidWithoutTypedStartsNorWhereSomethingIsHeld)
 {
     FittedFishery bench;
@@ -292,6 +371,32 @@ TEST(BetterFitKnown, NamesNoFitThatSwings)
     const FitReading fit = ReadFit(bench.model, bench.data);
     EXPECT_FALSE(surface_remarks::BetterFitKnown(fit, surface, bench.data));
     EXPECT_TRUE(Says(surface_remarks::Oscillating(fit, surface), "above 2 the biomass overshoots K"));
+}
+
+// The same with K = 1000, r = 1.2 and growth that answers to the biomass of the period before: without the
+// lag such a stock would be steady.
+TEST(BetterFitKnown, NamesNoFitThatSwingsAtItsTimeLag)
+{
+    constexpr double kQ = 0.001;
+    const Values effort{50, 60, 40, 80, 55, 70, 45, 65, 50, 75, 60, 40};
+    Values caught;
+    double before = 500.0;
+    double b = 500.0;
+    for (const double e : effort) {
+        const double grown = b + 1.2 * before * (1.0 - before / 1000.0);
+        const double next = (grown - kQ * e * b / 2.0) / (1.0 + kQ * e / 2.0);
+        caught.push_back(grown - next);
+        before = b;
+        b = next;
+    }
+    ModelBench<clsProduction> bench(TableBuilder().Effort(effort).Yield(caught));
+    bench.model.PlotEvaluations(false);
+    bench.model.LAG(1);
+    ASSERT_NEAR(bench.Fit(fit_op::kLeastSquares, 0.0, 0.5).at(2), 1.2, 0.01);
+    bench.model.SetStartingEsts(true);
+    bench.model.m.objective = 1e9; // which the own starts undercut by far
+    const FitSurface surface = bench.model.Surface();
+    EXPECT_FALSE(surface_remarks::BetterFitKnown(ReadFit(bench.model, bench.data), surface, bench.data));
 }
 
 TEST(BetterFitKnown, SaysNothingWhereTheOwnStartsFail)

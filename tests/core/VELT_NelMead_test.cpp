@@ -730,6 +730,27 @@ TEST(VELT_NelMead, BeforeTheSearchNothingHasConverged)
     EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
 }
 
+// The bowl's floor at 1000 lies outside a domain that begins at 1200, and inside one that begins at 500.
+TEST(VELT_NelMead, TellsAMinimumOnTheBorderOfTheDomainFromOneInside)
+{
+    double border = 1200.0;
+    Fit fit([&border](Point x) { return x[0] < border ? kHuge : FloatBowl(x); });
+    fit.From({{1500.0, 2000.0}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(fit.minimiser.Estimate(1), 1200.0, 0.12); // XTOL
+    EXPECT_TRUE(fit.minimiser.AtBorder());
+
+    border = 500.0;
+    fit.From({{1500.0, 2000.0}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_FALSE(fit.minimiser.AtBorder());
+
+    border = 1200.0;
+    fit.From({{1500.0, 2000.0}}, 3, 2); // two steps do not get there
+    EXPECT_FALSE(fit.minimiser.Converged());
+    EXPECT_FALSE(fit.minimiser.AtBorder());
+}
+
 // The message for the user must never say "succeeded on" twice beside "failed to converge".
 TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
 {
