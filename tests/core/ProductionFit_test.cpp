@@ -326,6 +326,8 @@ TEST_F(ProductionFit, WeightedLeastSquaresEndsWithExcuse3)
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->number, kProgramErrorBase + errors::kMinimisationFailed);
     EXPECT_EQ(failure->source, "clsProduction_CalcLSQFinalEstimates");
+    // All values agree, but none is a value of the model's.
+    EXPECT_EQ(failure->description, "Minimisation failed on function.\nMinimisation succeeded on parameter.");
     EXPECT_EQ(model.Excuse(), excuse::kNotConverged);
     EXPECT_EQ(model.INelMead_MinFunc(std::array{6000.0, 0.4}), 0.0);
 }

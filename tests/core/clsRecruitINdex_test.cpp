@@ -212,8 +212,14 @@ TEST(clsRecruitINdex, AGammaFitOfPerfectDataFailsHonestlyFromItsOwnStart)
     IndexBench bench(Simulated());
     ASSERT_TRUE(bench.Start(fit_op::kGamma, 0.2));
 
-    EXPECT_EQ(FailureOf([&] { bench.Finish(); }), kProgramErrorBase + errors::kMinimisationFailed);
-
+    try {
+        bench.Finish();
+        FAIL();
+    } catch (const VeltError& error) {
+        EXPECT_EQ(error.number, kProgramErrorBase + errors::kMinimisationFailed);
+        EXPECT_EQ(error.description,
+                  "Minimisation failed on function.\nMinimisation succeeded on parameter.");
+    }
     EXPECT_EQ(bench.model.Excuse(), excuse::kNotConverged);
 }
 

@@ -7,6 +7,7 @@ velt_core_test(models SOURCES
   FitSurface_test.cpp
   GammaFit_test.cpp
   LognormalFit_test.cpp
+  MethodCommon_test.cpp
   ModelGraphs_test.cpp
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp
