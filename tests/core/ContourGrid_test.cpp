@@ -352,6 +352,24 @@ TEST_F(ProductionContours, AnIndexOfMinusOneMakesEveryCellOfTheWeightedSurfaceIn
     }
 }
 
+TEST_F(ProductionContours, WithoutARangeNothingIsDrawnAndNothingFails)
+{
+    for (const std::int32_t fitOp :
+         {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma, fit_op::kWeightedLeastSquares}) {
+        Started(fitOp, [](ContourRange& range) { range.Param1Hi = range.Param1Lo; });
+        EXPECT_FALSE(model.PlotInitContours());
+        EXPECT_FALSE(record.surface);
+        EXPECT_TRUE(meter.titles.empty());
+        Started(fitOp, [](ContourRange& range) { range.Param2Lo = range.Param2Hi; });
+        EXPECT_FALSE(model.PlotInitContours());
+        Started(fitOp, Wide);
+        EXPECT_TRUE(model.PlotInitContours());
+        EXPECT_TRUE(record.surface);
+        record = PlotRecord();
+        meter.titles.clear();
+    }
+}
+
 TEST_F(ProductionContours, ThePathStartsAtTheInitialEstimatesAndEndsAtTheEstimate)
 {
     Started(fit_op::kLeastSquares, Wide);
@@ -463,6 +481,19 @@ TEST(RecruitIndexContours, ARegressionHasNoSurfaceToShow)
     EXPECT_TRUE(bench.model.PlotInitContours());
     EXPECT_FALSE(bench.record.surface);
     EXPECT_TRUE(bench.meter.titles.empty());
+}
+
+TEST(RecruitIndexContours, WithoutARangeNothingIsDrawnAndNothingFails)
+{
+    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
+        IndexContours bench;
+        bench.Started(fitOp, 0.0, 0.0, 0.0, 0.0);
+        EXPECT_FALSE(bench.model.PlotInitContours());
+        bench.Started(fitOp, 6000.0, 8000.0, 1500.0, 1500.0);
+        EXPECT_FALSE(bench.model.PlotInitContours());
+        EXPECT_FALSE(bench.record.surface);
+        EXPECT_TRUE(bench.meter.titles.empty());
+    }
 }
 
 TEST(RecruitIndexContours, WithoutAValidCellOrByCancelTheFailureNamesItsPlace)

@@ -83,6 +83,14 @@ TEST(clsConstRecruit, ANewModelHasItsOwnDefaults)
             << parameter;
 }
 
+TEST(clsConstRecruit, ItHasNoContoursToShow)
+{
+    ConstBench bench(ThreePeriods());
+    EXPECT_FALSE(bench.model.SetContourRanges());
+    EXPECT_FALSE(bench.model.PlotInitContours());
+    EXPECT_TRUE(bench.user.asked.empty());
+}
+
 TEST(clsConstRecruit, FromTheUnexploitedStockWithoutCatchesTheStockStaysAtK)
 {
     ConstBench bench(Table(std::vector<double>(199, 1.0), std::vector<double>(199, 0.0)));

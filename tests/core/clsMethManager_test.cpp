@@ -491,6 +491,39 @@ TEST_F(Manager, AModelWithoutContoursGoesOnWithTheViewOff)
     EXPECT_FALSE(manager.PlotEvaluations());
 }
 
+// The regression of these catches gives a negative N1, which no doubling mends; the typed start arrives.
+TEST_F(Manager, WithoutARangeTheContoursAreLeftOutWithAWordAndTheFitGoesOn)
+{
+    On(TableBuilder()
+           .Effort({50, 80, 110, 90, 140, 60, 120, 100})
+           .Catch({560, 832, 1417, 1585, 3143, 346, 1332, 2336})
+           .Recruits({1.0, 0.4, 1.7, 0.9, 2.2, 0.3, 1.2, 1.9}));
+    user.onContourRange = [](ContourRange& range) { // OK, as it stands
+        EXPECT_EQ(range.Param1Hi, 0.0);
+        EXPECT_EQ(range.Param2Hi, 0.0);
+        return true;
+    };
+    user.onStartVals = [](StartVals& starts) {
+        starts.param1 = 500.0;
+        starts.param2 = 1500.0;
+        return true;
+    };
+    Fit("RECRUITMENT INDEX", [](InputParams& params) {
+        params.FitOp = fit_op::kLog;
+        params.PlotEvaluations = true;
+    });
+    ASSERT_EQ(user.messages.size(), 3U);
+    EXPECT_EQ(user.messages[0].text, "Unable to get starting estimates");
+    EXPECT_EQ(user.messages[1].text, "Please enter starting estimates manually");
+    EXPECT_EQ(user.messages[2].text,
+              "The minimisation is not shown: the start that failed left no range to draw. The fit goes on.");
+    EXPECT_EQ(user.messages[2].icon, Icon::Information);
+    EXPECT_TRUE(manager.MethDefined());
+    EXPECT_FALSE(manager.PlotEvaluations());
+    EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "NewContourPlot"), 0);
+    EXPECT_EQ(manager.LastExcuse(), excuse::kNone);
+}
+
 TEST_F(Manager, ContoursThatCannotBeDrawnEndTheFitWithASentenceOfTheirOwnFirst)
 {
     On(Fishery());
