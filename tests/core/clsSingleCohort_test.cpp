@@ -11,6 +11,8 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <functional>
+#include <limits>
 
 namespace
 {
@@ -550,6 +552,72 @@ TEST(clsSingleCohort, DataWithoutNoiseGiveBackTheTrueParameters)
         EXPECT_NEAR(fit[1] / truth.q, 1.0, tolerance) << fitOp;
         EXPECT_GT(bench.model.RSqr(), 0.999F) << fitOp;
     }
+}
+
+namespace
+{
+/// Variance of ln(C / (E (N - C / 2))) without mortality, N what is left of N1: what a log fit minimises.
+/// Infinite where a period has nothing to catch from.
+double VarianceOfLogs(double n1, const std::vector<double>& effort, const std::vector<double>& catches)
+{
+    double sum = 0.0;
+    double sumSq = 0.0;
+    double left = n1;
+    for (std::size_t i = 0; i < catches.size(); ++i) {
+        const double mean = left - catches[i] / 2.0;
+        if (!(mean > 0.0))
+            return std::numeric_limits<double>::infinity();
+        const double l = std::log(catches[i] / (effort[i] * mean));
+        sum += l;
+        sumSq += l * l;
+        left -= catches[i];
+    }
+    const auto n = static_cast<double>(catches.size());
+    return sumSq / n - sum / n * (sum / n);
+}
+
+/// The lowest point between `low` and `high` by golden section (Kiefer 1953).
+double GoldenSection(double low, double high, const std::function<double(double)>& f)
+{
+    const double golden = (std::sqrt(5.0) - 1.0) / 2.0;
+    while (high - low > 1e-7 * high) {
+        const double a = high - golden * (high - low);
+        const double b = low + golden * (high - low);
+        (f(a) < f(b) ? high : low) = f(a) < f(b) ? b : a;
+    }
+    return (low + high) / 2.0;
+}
+} // namespace
+
+// Four weeks, the last with so much effort that it takes 320 of about 290 fish that are left. The middle of
+// that week still has something to catch from, so the objective has its optimum there, below the 1030 that
+// were caught in all. It is a fit, and the stock is gone.
+TEST(clsSingleCohort, ALogFitWhoseLastCatchTakesMoreThanWasLeftIsFittedAtItsOptimum)
+{
+    const std::vector<double> effort{30, 40, 50, 300};
+    const std::vector<double> catches{270, 240, 200, 320};
+    const auto objective = [&](double n1) { return VarianceOfLogs(n1, effort, catches); };
+    const double n1 = GoldenSection(710.0 + 160.0, 10300.0, objective); // the last middle is empty below
+    ASSERT_LT(n1, 1030.0 - 20.0);
+    for (double other = 871.0; other < 1e5; other *= 1.001)
+        ASSERT_GE(objective(other), objective(n1)) << "a golden section sees one bowl only";
+    double product = 1.0;
+    double left = n1;
+    for (std::size_t i = 0; i < 4; ++i) {
+        product *= catches[i] / (effort[i] * (left - catches[i] / 2.0));
+        left -= catches[i];
+    }
+
+    SingleBench bench(Table(effort, catches));
+    const auto fit = bench.Fit(fit_op::kLog, 0.0);
+
+    ASSERT_EQ(fit.size(), 3U);
+    EXPECT_NEAR(fit[0] / n1, 1.0, 1e-4);                      // the tolerance of the search
+    EXPECT_NEAR(fit[1] / std::pow(product, 0.25), 1.0, 5e-4); // q falls five times as fast as N1 grows
+    EXPECT_EQ(fit[2], 0.0);
+    EXPECT_TRUE(bench.model.PopUnderflow());
+    EXPECT_FALSE(bench.model.Details().atBorder);
+    EXPECT_NEAR(bench.model.Details().objective.value() / objective(n1), 1.0, 1e-6); // a float
 }
 
 TEST(clsSingleCohort, APeriodToggledOutDoesNotMoveTheEstimates)
