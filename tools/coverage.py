@@ -26,7 +26,7 @@ SEED = 20261121
 REPLICATES = 500
 LIMITS = {"": "0.05,0.95", "95 %": "0.025,0.975"}
 NOISE = {"ls": 0.10, "log": 0.20, "gamma": 0.15}  # coefficient of variation at the mean catch
-# The log objective is summed in 32-bit floats; with q = 1 the logarithms stay near 0 and hardly any digit is lost.
+# With effort counted so that q = 1 the same data sets come again in other units, which must not move a limit.
 SCHEMES = [*NOISE, "log, q = 1", "ls, 95 %"]
 GAMMA_COLUMNS = ("mean position", "replicate catch level", "level at mean stock", "covered rescaled %")
 ROUNDING = 1e-6  # limits are 32-bit floats
