@@ -72,19 +72,45 @@ std::optional<double> ShiftedMeanPosition(const IMethod& method, const clsVeltDa
     return sum / n;
 }
 
-Said LimitsShifted(std::optional<double> meanPosition, std::span<const ParameterLimits> limits)
+std::optional<MeasuredLimits> MeasuredUnderGamma(std::int32_t whichMeth)
+{
+    if (whichMeth == models::kNoRecruitment)
+        return MeasuredLimits{200, 0.41, "N1", 85, 89};
+    if (whichMeth == models::kConstantRecruitment)
+        return MeasuredLimits{200, 0.83, "K", 93, 28};
+    return {};
+}
+
+namespace
+{
+std::string TellOf(double meanPosition)
+{
+    return "The replicates of this model under the gamma error model are shifted: the catches stand at a "
+           "mean position of " +
+           Fixed(meanPosition, 2) + " in their distributions, " + Fixed(std::fabs(meanPosition - 0.5), 2) +
+           (meanPosition < 0.5 ? " below" : " above") + " the 0.5 of a fit. ";
+}
+
+std::string TellOf(const MeasuredLimits& measured)
+{
+    return "In " + std::to_string(measured.dataSets) + " simulated data sets with a mean position of " +
+           Fixed(measured.meanPosition, 2) + ", 90 % limits of " + measured.stock + " held the truth in " +
+           std::to_string(measured.stockHeld) + " % and those of q in " + std::to_string(measured.qHeld) +
+           " %. ";
+}
+} // namespace
+
+Said LimitsShifted(std::optional<double> meanPosition, std::span<const ParameterLimits> limits,
+                   const std::optional<MeasuredLimits>& measured)
 {
     const std::vector<std::string> outside = NamesOf(limits, LiesOutside);
     if (!meanPosition && outside.empty())
         return {};
     std::string text;
     if (meanPosition)
-        text = "The replicates of this model under the gamma error model are shifted: the catches stand at a "
-               "mean "
-               "position of " +
-               Fixed(*meanPosition, 2) + " in their distributions, " +
-               Fixed(std::fabs(*meanPosition - 0.5), 2) + (*meanPosition < 0.5 ? " below" : " above") +
-               " the 0.5 of a fit. ";
+        text = TellOf(*meanPosition);
+    if (meanPosition && measured)
+        text += TellOf(*measured);
     if (!outside.empty())
         text += Listed(outside) + (outside.size() == 1 ? " lies outside its" : " lie outside their") +
                 " own limits. ";

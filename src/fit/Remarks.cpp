@@ -67,7 +67,8 @@ std::vector<Remark> RemarksOfLimits(const IMethod& method, const clsVeltData& da
 {
     Notes notes;
     notes.Ask([&] {
-        return limit_remarks::LimitsShifted(limit_remarks::ShiftedMeanPosition(method, data), limits);
+        return limit_remarks::LimitsShifted(limit_remarks::ShiftedMeanPosition(method, data), limits,
+                                            limit_remarks::MeasuredUnderGamma(method.WhichMeth()));
     });
     notes.Ask([&] { return limit_remarks::LimitsWide(limits); });
     notes.Ask([&] {

@@ -55,6 +55,29 @@ TEST(LimitsShifted, TellsHowFarThePositionsLieFromTheMiddle)
     EXPECT_FALSE(limit_remarks::LimitsShifted({}, inside));
 }
 
+TEST(LimitsShifted, TellsHowOftenTheLimitsOfTheSchemeHeldTheTruth)
+{
+    const limit_remarks::MeasuredLimits measured{150, 0.7, "K", 80, 35};
+    const Limits inside{{"K", 100.0, 90.0F, 110.0F}};
+    EXPECT_TRUE(Says(limit_remarks::LimitsShifted(0.62, inside, measured),
+                     "0.12 above the 0.5 of a fit. In 150 simulated data sets with a mean position of 0.70, "
+                     "90 % limits of K held the truth in 80 % and those of q in 35 %. Do not use"));
+    EXPECT_FALSE(limit_remarks::LimitsShifted({}, inside, measured)) << "no positions, no shift";
+    EXPECT_FALSE(
+        Says(limit_remarks::LimitsShifted({}, Limits{{"K", 100.0, 50.0F, 99.0F}}, measured), "simulated"));
+}
+
+// The models whose positions stand at the start of a period, and no others.
+TEST(LimitsShifted, WasMeasuredForTheTwoModelsThatAreShifted)
+{
+    for (const std::int32_t model :
+         {models::kNoRecruitment, models::kRecruitmentIndex, models::kConstantRecruitment, models::kFox,
+          models::kSchaefer, models::kPellaTomlinson}) {
+        const bool shifted = model == models::kNoRecruitment || model == models::kConstantRecruitment;
+        EXPECT_EQ(limit_remarks::MeasuredUnderGamma(model).has_value(), shifted) << model;
+    }
+}
+
 // A refit finds a parameter to 1e-4, so an estimate counts as outside from a thousandth on: 99.9 and 100.1.
 TEST(LimitsShifted, NamesTheEstimatesOutsideTheirOwnLimits)
 {
