@@ -105,7 +105,8 @@ TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderLeastSquares)
     }
 }
 
-// The objective is rough at the 1e-5 level through its 32-bit sums, so the minimum is known less well.
+// Of exact catches the objective is 0 but for the floats that they are stored in: the tolerance of the
+// search.
 TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderTheLogModel)
 {
     for (const KnownStock& stock : kStocks) {
@@ -113,7 +114,7 @@ TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderTheLogModel)
         TakeFrom(stock);
         Prepared(stock, fit_op::kLog);
         Fit();
-        ExpectBack(stock, 2e-2);
+        ExpectBack(stock, 1e-4);
     }
 }
 

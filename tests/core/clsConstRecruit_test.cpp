@@ -261,7 +261,7 @@ TEST(clsConstRecruit, DataWithoutNoiseGiveBackTheTrueParameters)
         const SimulatedStock truth = Truth(initDep);
         for (const auto& [fitOp, tolerance] :
              {std::pair{fit_op::kLeastSquares, 1e-3}, std::pair{fit_op::kGamma, 1e-3},
-              std::pair{fit_op::kLog, 2e-2}}) {
+              std::pair{fit_op::kLog, 1e-4}}) {
             ConstBench bench(Simulated(0.0, initDep));
             const auto fit = bench.Fit(fitOp, truth.mort, initDep);
             ASSERT_EQ(fit.size(), 4U) << fitOp;

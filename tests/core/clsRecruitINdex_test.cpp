@@ -194,7 +194,7 @@ TEST(clsRecruitINdex, DataWithoutNoiseGiveBackTheTrueParameters)
 {
     const SimulatedStock truth = Truth();
     for (const auto& [fitOp, tolerance] : {std::pair{fit_op::kLeastSquares, 1e-3},
-                                           std::pair{fit_op::kGamma, 1e-3}, std::pair{fit_op::kLog, 2e-2}}) {
+                                           std::pair{fit_op::kGamma, 1e-3}, std::pair{fit_op::kLog, 1e-4}}) {
         IndexBench bench(Simulated(fitOp == fit_op::kGamma ? 1e-4 : 0.0));
         const auto fit = bench.Fit(fitOp, truth.mort);
         ASSERT_EQ(fit.size(), 4U) << fitOp;
