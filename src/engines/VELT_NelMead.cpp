@@ -121,6 +121,8 @@ VELT_NelMead::End VELT_NelMead::Search()
     for (;; ++m_steps) { // a simplex built anew counts as a step, so that there is an end on every surface
         if (!Walk())
             return End::StepsUsed;
+        if (m_steps > m_maxIts) // built anew after the last step, it met the tests at once
+            return End::NoMinimum;
         const MinimumTest::Shape shape = m_test.Settle(m_space, Visible());
         if (shape == MinimumTest::Shape::Ragged)
             return End::NoMinimum;

@@ -745,6 +745,24 @@ TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
     }
 }
 
+// 100 - u falls by 0.02 from one simplex to the next, which meets a parameter test of 0.05 without a step:
+// only their number, 10 and the first, can end the search before the limit at u = 46. Each takes at most ten
+// evaluations.
+TEST(VELT_NelMead, MaxItsEndsASearchThatGoesFromSlopeToSlopeToo)
+{
+    Recorded fit([](const RecordedSurface::Point& u) { return 100.0 - u[0]; });
+    fit.minimiser.Create(fit, 1);
+    fit.minimiser.XTOL(0.05F);
+    fit.minimiser.ConvergeOn(0);
+    fit.minimiser.MaxIts(10);
+    fit.minimiser.SetParameter(1, 1.0, 1.02, 0.0, kHuge);
+    fit.minimiser.Minimise();
+
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::NoMinimum);
+    EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
+    EXPECT_LE(fit.minimiser.NumEvaluations(), 11 * 10);
+}
+
 TEST(VELT_NelMead, StepsThatWereUsedUpSayWhichTestsWereMet)
 {
     Fit fit(Rosenbrock);
