@@ -290,7 +290,7 @@ bool VELT_NelMead::StarIsBetter(double radius, double threshold)
             }
         }
     }
-    if (m_space.bestValue < before - threshold) {
+    if (m_space.bestValue < std::min(before, kPenalty) - threshold) { // one penalty is as good as another
         BuildSimplexAtBest(kStarSimplex * radius);
         return true;
     }

@@ -195,6 +195,16 @@ TEST(VELT_NelMead, SearchesOutwardFromAStartOnThePenalty)
     EXPECT_LE(alongOne.minimiser.MinValue(), 100.0 + 1.6e-5);
 }
 
+// From the start a doubling leads to the lower penalty, which is as little a value as the higher one: the
+// domain begins five doublings further out, beyond what the last look around that place sees.
+TEST(VELT_NelMead, APenaltyLowerThanThatOfTheStartIsNotTakenForTheDomain)
+{
+    Fit fit([](Point x) { return x[0] < 15.0 ? kHigherPenalty : x[0] < 400.0 ? kHuge : FloatBowl(x); });
+    fit.From({{10.0, 9.0}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(fit.minimiser.Estimate(1), 1000.0, 0.9);
+}
+
 TEST(VELT_NelMead, PenaltiesAloneAreNoConvergence)
 {
     for (const double penalty : {kHuge, kHigherPenalty})
