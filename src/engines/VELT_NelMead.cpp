@@ -68,6 +68,7 @@ bool VELT_NelMead::ConvergedOnParameter() const
 
 void VELT_NelMead::Minimise()
 {
+    m_end = End::NotRun;
     m_space.Prepare();
     const std::size_t n = m_space.Free();
     for (Point* point : {&m_centroid, &m_trial, &m_kept})

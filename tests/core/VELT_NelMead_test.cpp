@@ -740,6 +740,19 @@ TEST(VELT_NelMead, BeforeTheSearchNothingHasConverged)
     EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
 }
 
+TEST(VELT_NelMead, ASearchThatAFailureOfTheCallbackEndedHasNotRun)
+{
+    Fit fit(FloatBowl);
+    fit.From({{700, 933}});
+    ASSERT_TRUE(fit.minimiser.Converged());
+
+    fit.surface = [](Point) -> double { RaiseOverflow(); };
+
+    EXPECT_THROW(fit.minimiser.Minimise(), VeltError);
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::NotRun);
+    EXPECT_FALSE(fit.minimiser.Converged());
+}
+
 // The message for the user must never say "succeeded on" twice beside "failed to converge".
 TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
 {
