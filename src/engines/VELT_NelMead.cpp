@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr double kCoordinateFloor = 1e-6; // of the unit: the same for a coordinate that is no logarithm
+constexpr double kCoordinateFloor = 1e-6; // of the unit: no coordinate but a logarithm counts as smaller
 constexpr double kVisibleShare = 1e-4; // of the value: a difference that the rounding to 32 bits cannot feign
 constexpr double kRoundingDecides = 0.1; // of XTOL: in a smaller simplex rounding spreads the values
 constexpr double kOnePoint = 0x1p-24;    // 32-bit arguments nearer than that are one point, with one value
@@ -34,7 +34,7 @@ void VELT_NelMead::Create(INelMead& callback, std::int16_t parameters)
     FTOL(1e-7F);
     XTOL(1e-4F);
     m_maxIts = 500;
-    m_convergeOn = 3;
+    m_eitherTest = false;
     m_care = Care::Final;
     m_visibleRise = 0.0;
     m_end = End::NotRun;
@@ -163,7 +163,7 @@ bool VELT_NelMead::ParameterTest() const
 
 bool VELT_NelMead::RuleMet() const
 {
-    return m_convergeOn == 0 ? FunctionTest() || ParameterTest() : FunctionTest() && ParameterTest();
+    return m_eitherTest ? FunctionTest() || ParameterTest() : FunctionTest() && ParameterTest();
 }
 
 double VELT_NelMead::Spread() const
