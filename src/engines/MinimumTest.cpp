@@ -129,7 +129,8 @@ MinimumTest::Shape MinimumTest::Look(Line& line)
         if (SlopeSeen())
             return Shape::Slope;
         const double quarter = HalfRise(line) / Rise(line);
-        if (quarter > kLeastQuarter && quarter < kMostQuarter)
+        // A coarser step may have led into a dip, whose depths stand in the same proportion.
+        if (Rise(line) >= m_visible && quarter > kLeastQuarter && quarter < kMostQuarter)
             return Shape::Bowl;
         steady = steady && line.halfUp <= line.up && line.halfDown <= line.down;
         if (coarser == kCoarser || line.length >= kLongestStep)

@@ -8,14 +8,15 @@
 #include <vector>
 
 /// Whether the best point of a search is a minimum of a surface whose values are rounded, judged from steps
-/// so long that the surface rises visibly, never from derivatives. It looks along each axis and along the
-/// diagonals, on both sides and at half the step. Steps of equal rise along the axes make the diagonals
-/// conjugate, so that the vertices of the parabolas along both are the minimum of a quadratic surface of two
-/// parameters.
+/// so long that the surface rises visibly, never from derivatives. It looks along each axis and, where all of
+/// them show a bowl, along the diagonals, on both sides and at half the step. Steps of equal rise along the
+/// axes make the diagonals conjugate, so that the vertices of the parabolas along both are the minimum of a
+/// quadratic surface of two parameters.
 class MinimumTest
 {
 public:
-    /// What the surface looks like around the point; of several directions the last in this order counts.
+    /// What the surface looks like around the point; of the axes the last in this order counts, of the
+    /// diagonals the first that is no bowl.
     enum class Shape {
         Bowl,   ///< a parabola in every direction
         Edge,   ///< rises on every side, but as no parabola does: a cusp

@@ -7,7 +7,12 @@
 namespace
 {
 constexpr double kWorst = 3.4e38; // stands for a value that is infinite or not a number
-constexpr double kReach = 1e300;  // limits beyond this are none; differences of points must not overflow
+constexpr double kReach = 1e300;  // what lies beyond is cut to it; differences of points must not overflow
+
+double WithinReach(double x)
+{
+    return std::clamp(x, -kReach, kReach);
+}
 } // namespace
 
 void SearchSpace::Create(INelMead& callback, std::size_t parameters)
@@ -24,10 +29,9 @@ void SearchSpace::Create(INelMead& callback, std::size_t parameters)
 void SearchSpace::SetParameter(std::size_t index, double start, double second, double lower, double upper)
 {
     Parameter& p = m_parameters[index];
-    p = {start, second, std::max(lower, -kReach), std::min(upper, kReach)};
+    p = {WithinReach(start), WithinReach(second), WithinReach(lower), WithinReach(upper)};
     p.logarithm = lower >= 0.0 && start > 0.0 && second > 0.0;
-    const double size = std::max(std::fabs(start), std::fabs(second));
-    p.unit = size > 0.0 ? size : 1.0;
+    p.unit = std::max(std::fabs(p.start), std::fabs(p.second)); // 0 only of a parameter that is held at 0
     p.least = CoordinateOf(p, p.lower);
     p.most = CoordinateOf(p, p.upper);
 }
@@ -51,7 +55,7 @@ void SearchSpace::Prepare()
 
 double SearchSpace::CoordinateOf(const Parameter& p, double x)
 {
-    return p.logarithm ? std::log(x) : x / p.unit;
+    return p.logarithm ? std::log(std::max(x, 1.0 / kReach)) : WithinReach(x / p.unit);
 }
 
 double SearchSpace::ValueOf(const Parameter& p, double u)
@@ -84,7 +88,7 @@ double SearchSpace::Evaluate(const Point& u)
     for (std::size_t f = 0; f < m_free.size(); ++f)
         m_x[m_free[f]] = ValueOf(FreeParameter(f), u[f]);
     double value = m_callback->INelMead_MinFunc(m_x);
-    value = std::isnan(value) ? kWorst : std::clamp(value, -kWorst, kWorst);
+    value = std::isfinite(value) ? std::clamp(value, -kWorst, kWorst) : kWorst;
     if (value < bestValue) {
         bestValue = value;
         if (&u != &best)

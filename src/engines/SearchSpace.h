@@ -24,13 +24,15 @@ public:
     struct Parameter {
         double start = 0.0, second = 0.0, lower = 0.0, upper = 0.0;
         bool logarithm = false;
-        double unit = 1.0;              ///< size of the start, for a coordinate that is no logarithm
+        double unit = 0.0;              ///< size of the start, for a coordinate that is no logarithm
         double least = 0.0, most = 0.0; ///< limits of the coordinate
     };
 
     /// As new: parameters that are all held at 0. `callback` must outlive the searches.
     void Create(INelMead& callback, std::size_t parameters);
-    /// Equal start and second point, or limits without room between them, hold a parameter.
+    /// Equal start and second point, or limits without room between them, hold a parameter. None of the four
+    /// is not-a-number; what lies beyond 1e300, infinity too, is cut to it, so that every coordinate is
+    /// finite.
     void SetParameter(std::size_t index, double start, double second, double lower, double upper);
     /// Forgets what was met; the best point is the start, moved within the limits, with no value yet.
     void Prepare();
@@ -43,8 +45,8 @@ public:
     double SecondCoordinate(std::size_t f) const;
     /// `u` moved within the limits of free parameter `f`.
     double Within(std::size_t f, double u) const;
-    /// Value at a point; one that is infinite or not a number counts as 3.4e38. Keeps the point when it is
-    /// the best.
+    /// Value at a point; one that is infinite or not a number counts as 3.4e38, others end at 3.4e38 on
+    /// either side. Keeps the point when it is the best.
     double Evaluate(const Point& u);
     /// Value at `from` moved by `factor` times `direction`, within the limits; the point is At() then.
     double EvaluateBeside(const Point& from, std::span<const double> direction, double factor);

@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr double kCoordinateFloor = 1e-6; // of the unit: the same for a coordinate that is no logarithm
+constexpr double kCoordinateFloor = 1e-6; // of the unit: no coordinate but a logarithm counts as smaller
 constexpr double kVisibleShare = 1e-4; // of the value: a difference that the rounding to 32 bits cannot feign
 constexpr double kRoundingDecides = 0.1; // of XTOL: in a smaller simplex rounding spreads the values
 constexpr double kOnePoint = 0x1p-24;    // 32-bit arguments nearer than that are one point, with one value
@@ -34,7 +34,7 @@ void VELT_NelMead::Create(INelMead& callback, std::int16_t parameters)
     FTOL(1e-7F);
     XTOL(1e-4F);
     m_maxIts = 500;
-    m_convergeOn = 3;
+    m_eitherTest = false;
     m_care = Care::Final;
     m_visibleRise = 0.0;
     m_end = End::NotRun;
@@ -68,6 +68,7 @@ bool VELT_NelMead::ConvergedOnParameter() const
 
 void VELT_NelMead::Minimise()
 {
+    m_end = End::NotRun;
     m_space.Prepare();
     const std::size_t n = m_space.Free();
     for (Point* point : {&m_centroid, &m_trial, &m_kept})
@@ -121,6 +122,8 @@ VELT_NelMead::End VELT_NelMead::Search()
     for (;; ++m_steps) { // a simplex built anew counts as a step, so that there is an end on every surface
         if (!Walk())
             return End::StepsUsed;
+        if (m_steps > m_maxIts) // built anew after the last step, it met the tests at once
+            return End::NoMinimum;
         const MinimumTest::Shape shape = m_test.Settle(m_space, Visible());
         if (shape == MinimumTest::Shape::Ragged)
             return End::NoMinimum;
@@ -160,7 +163,7 @@ bool VELT_NelMead::ParameterTest() const
 
 bool VELT_NelMead::RuleMet() const
 {
-    return m_convergeOn == 0 ? FunctionTest() || ParameterTest() : FunctionTest() && ParameterTest();
+    return m_eitherTest ? FunctionTest() || ParameterTest() : FunctionTest() && ParameterTest();
 }
 
 double VELT_NelMead::Spread() const
@@ -288,7 +291,7 @@ bool VELT_NelMead::StarIsBetter(double radius, double threshold)
             }
         }
     }
-    if (m_space.bestValue < before - threshold) {
+    if (m_space.bestValue < std::min(before, kPenalty) - threshold) { // one penalty is as good as another
         BuildSimplexAtBest(kStarSimplex * radius);
         return true;
     }

@@ -45,14 +45,17 @@ public:
     void SetParameter(std::int16_t number, double start, double second, double lower, double upper);
 
     /// Function test: highest - lowest value of the simplex <= tolerance * (|highest| + |lowest|) / 2. A
-    /// replicate's search takes 100 times that, as the parabolas finish it.
+    /// replicate's search takes 100 times that, as the parabolas finish it. In a simplex smaller than a tenth
+    /// of the parameter test's, where rounding decides, 1e-4 takes the tolerance's place; one that arguments
+    /// of 32 bits cannot tell from a point (2^-24) meets the test with any values.
     void FTOL(float tolerance) { m_ftol = static_cast<double>(tolerance); }
     /// Parameter test: for each parameter |vertex - best vertex| <= tolerance * |best vertex| (in its
-    /// logarithm: |difference| <= tolerance).
+    /// logarithm: |difference| <= tolerance; otherwise |best vertex| counts as a millionth of the start's
+    /// size at least).
     void XTOL(float tolerance) { m_xtol = static_cast<double>(tolerance); }
     void MaxIts(std::int16_t steps) { m_maxIts = steps; } ///< limit on simplex steps over the whole search
-    void ConvergeOn(std::int32_t rule) { m_convergeOn = rule; } ///< 3 both tests, 0 either
-    void HowCarefully(Care care) { m_care = care; }             ///< Final unless it is set
+    void ConvergeOn(std::int32_t rule) { m_eitherTest = rule == 0; } ///< 0 either test, else (3) both
+    void HowCarefully(Care care) { m_care = care; }                  ///< Final unless it is set
     /// From which difference on two values of the objective differ visibly, whatever its rounding does; 0, as
     /// it is unless set, stands for 1e-4 of the value.
     void VisibleRise(double rise) { m_visibleRise = rise; }
@@ -67,8 +70,8 @@ public:
     bool ConvergedOnParameter() const;
     /// The rule in force was met at a point with a value below kPenalty that is a minimum as far as one can
     /// see: from steps that show a visible rise the surface is a bowl around it, an edge or flat
-    /// (MinimumTest), and in the search of a fit neither points up to a factor of 15 away nor a fresh simplex
-    /// are visibly better.
+    /// (MinimumTest), and in the search of a fit neither points up to a factor of 15 away nor, of several
+    /// parameters and as far as MaxIts reaches, a fresh simplex are visibly better.
     bool Converged() const { return m_end == End::Converged; }
     End HowItEnded() const { return m_end; }
     /// The minimum lies where the domain ends: there one cannot see that it is one. Along a border that runs
@@ -112,7 +115,7 @@ private:
     double m_spread = 0.0, m_size = 0.0; ///< of the last simplex, as the two tests see it
     double m_ftol = 0.0, m_xtol = 0.0, m_visibleRise = 0.0;
     std::int16_t m_maxIts = 0;
-    std::int32_t m_convergeOn = 0;
+    bool m_eitherTest = false;
     Care m_care = Care::Final;
     bool m_coarse = false; ///< the function test allows kCoarseFTOL times the tolerance
     std::int32_t m_steps = 0;

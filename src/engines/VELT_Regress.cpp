@@ -39,7 +39,7 @@ void VELT_Regress::Create(std::int16_t columns, std::int16_t points)
     m_y.assign(m_points, 0.0);
     m_work.assign(m_points, 0.0);
     m_diagonal.assign(m_columns, 0.0);
-    m_scale.assign(m_columns, 1.0);
+    m_scale.resize(m_columns);
     m_b.assign(m_columns, 0.0);
     m_pivot.resize(m_columns);
     m_responseGiven = m_factorised = m_succeeded = false;
@@ -147,7 +147,7 @@ double VELT_Regress::TailNorm2(std::size_t column, std::size_t from) const
 void VELT_Regress::PivotTo(std::size_t k)
 {
     std::size_t best = k;
-    double largest = -1.0;
+    double largest = 0.0;
     for (std::size_t j = k; j < m_columns; ++j) {
         const double norm2 = TailNorm2(j, k);
         if (norm2 > largest) {

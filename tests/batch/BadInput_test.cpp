@@ -166,13 +166,14 @@ TEST(BadInput, ATableWhosePlaceIsTakenByADirectoryLeavesNothingUnfinished)
         EXPECT_FALSE(name.starts_with(".unfinished")) << name;
 }
 
-// The fit meets its tolerances within three steps from this start; hardly a replicate does, and each that
-// does not is drawn again without limit.
+// From its minimum the fit needs two halvings of its first step, ln(4/3), to meet a parameter test of 0.1; a
+// replicate, which begins with ln 3, four, one more than it is given. Each that does not arrive is drawn
+// again without limit.
 TEST(BadInput, ReplicatesThatNeverConvergeUsedToKeepTheJobForEver)
 {
-    const BatchJob job = RunJob(Bass({"--error", "log", "--start", "N1=1077", "--max-its", "3", "--ftol",
-                                      "4.2766e-08", "--xtol", "0.0620898", "--converge-on", "either",
-                                      "--bootstraps", "10", "--seed", "1", "--format", "json"}));
+    const BatchJob job = RunJob(
+        Bass({"--error", "log", "--start", "N1=1175.472", "--max-its", "3", "--ftol", "1e-9", "--xtol", "0.1",
+              "--converge-on", "either", "--bootstraps", "10", "--seed", "1", "--format", "json"}));
 
     EXPECT_EQ(job.status, 4);
     EXPECT_EQ(job.Json()["Excuse"], 3);

@@ -173,6 +173,19 @@ TEST(MinimumTest, ASurfaceThatRisesAndFallsWithTheStepIsRagged)
     ExpectSteps(settled, {1e-3, 5e-4, 3e-3, 1.5e-3, 9e-3, 4.5e-3, 27e-3, 13.5e-3});
 }
 
+// The second axis rises visibly at 1e-3, to the same at half of it, and dips at the step made three times as
+// long: the dip's quarter at half that step made it a bowl, and a root of its negative rise the next step,
+// which was not a number and was scaled for ever.
+TEST(MinimumTest, AStepLengthenedIntoADipShowsNoBowl)
+{
+    const auto dipped = [](const Point& u) {
+        const double v = std::fabs(u[1]);
+        return u[0] * u[0] + (Near(v, 3e-3) ? -2e-7 : Near(v, 1.5e-3) ? -5e-8 : v > 0.0 ? 1e-6 : 0.0);
+    };
+
+    EXPECT_EQ(Settled(dipped, 2, 1e-6).shape, Shape::Ragged);
+}
+
 // Lower by 0.3 and by 0.2 of a visible rise on one side, higher on the other.
 TEST(MinimumTest, AQuarterOfAVisibleRiseLowerIsASlopeAndLessIsNone)
 {

@@ -110,6 +110,16 @@ TEST(SearchSpace, NotANumberAndInfinityAreTheWorstValues)
 
     EXPECT_EQ(space.Evaluate({0.0}), 3.4e38);
     EXPECT_EQ(space.Evaluate({0.0}), 3.4e38);
+    EXPECT_EQ(space.Evaluate({0.0}), 3.4e38); // the logarithm of zero is no best of all fits
+}
+
+TEST(SearchSpace, ValuesBeyondTheRangeOfTheFloatsEndThere)
+{
+    Space space({1e300, -1e300});
+    space.SetParameter(0, 1.0, 2.0, 0.0, 1e20);
+    space.Prepare();
+
+    EXPECT_EQ(space.Evaluate({0.0}), 3.4e38);
     EXPECT_EQ(space.Evaluate({0.0}), -3.4e38);
 }
 
@@ -124,4 +134,34 @@ TEST(SearchSpace, LimitsThatAreNoneEndWhereDifferencesStillExist)
     EXPECT_EQ(space.callback.last[0], 1e300);
     space.Evaluate({-1e308});
     EXPECT_EQ(space.callback.last[0], -1e300);
+}
+
+// Where the logarithms of zero and of 1e300 stand, on either side of 1.
+TEST(SearchSpace, TheCoordinateOfZeroIsTheLogarithmOfOneIn1e300)
+{
+    Space space({1.0});
+    space.SetParameter(0, 1.0, 2.0, 0.0, std::numeric_limits<double>::infinity());
+    space.Prepare();
+    EXPECT_DOUBLE_EQ(space.Within(0, -1e4), -300.0 * std::log(10.0));
+    EXPECT_DOUBLE_EQ(space.Within(0, 1e4), 300.0 * std::log(10.0));
+}
+
+// A limit of zero has no logarithm, an infinite start no share of itself, and the share of a tiny start that
+// an open limit makes is infinite: a simplex with such a vertex asked for points that were not numbers.
+TEST(SearchSpace, EveryCoordinateIsFinite)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const auto& [start, second, lower] : {std::tuple{1.0, 2.0, 0.0},
+                                               {kInfinity, 5.0, -kInfinity},
+                                               {kInfinity, 5.0, 0.0},
+                                               {1e-310, 2e-310, -kInfinity}}) {
+        Space space({1.0});
+        space.SetParameter(0, start, second, lower, kInfinity);
+        space.Prepare();
+        for (const double u : {space.best[0], space.SecondCoordinate(0), space.Within(0, -kInfinity),
+                               space.Within(0, kInfinity)})
+            EXPECT_LE(std::fabs(u), 1e300) << start;
+        space.Evaluate({space.Within(0, -kInfinity)});
+        EXPECT_EQ(space.callback.last[0], std::max(lower, -1e300)); // the limit, to the bit
+    }
 }

@@ -195,6 +195,26 @@ TEST(VELT_NelMead, SearchesOutwardFromAStartOnThePenalty)
     EXPECT_LE(alongOne.minimiser.MinValue(), 100.0 + 1.6e-5);
 }
 
+// From the start a doubling leads to the lower penalty, which is as little a value as the higher one: the
+// domain begins five doublings further out, beyond what the last look around that place sees.
+TEST(VELT_NelMead, APenaltyLowerThanThatOfTheStartIsNotTakenForTheDomain)
+{
+    Fit fit([](Point x) { return x[0] < 15.0 ? kHigherPenalty : x[0] < 400.0 ? kHuge : FloatBowl(x); });
+    fit.From({{10.0, 9.0}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(fit.minimiser.Estimate(1), 1000.0, 0.9);
+}
+
+// 32-bit penalties are a little more than 1e20.
+TEST(VELT_NelMead, AValueBelowThePenaltyIsOneAndThePenaltyIsNone)
+{
+    for (const double value : {0.9e20, 1e20, static_cast<double>(1e20F)}) {
+        Fit fit([value](Point) { return value; });
+        fit.From({{15, 20}});
+        EXPECT_EQ(fit.minimiser.Converged(), value < 1e20) << value;
+    }
+}
+
 TEST(VELT_NelMead, PenaltiesAloneAreNoConvergence)
 {
     for (const double penalty : {kHuge, kHigherPenalty})
@@ -468,6 +488,55 @@ double Bowl2(const RecordedSurface::Point& u)
     return 1.0 + u[0] * u[0] + u[1] * u[1];
 }
 
+// Nelder and Mead (1965). The simplex of one parameter stands at 0 and 1, its better point at 1.
+TEST(VELT_NelMead, AStepReflectsExpandsAndContractsByTheFactorsOneTwoAndAHalf)
+{
+    const auto asked = [](double bottom) {
+        Recorded fit([bottom](const RecordedSurface::Point& u) { return 1.0 + std::pow(u[0] - bottom, 2); });
+        fit.From({{1.0, std::exp(1.0)}});
+        return std::pair(fit.asked[2][0], fit.asked[3][0]);
+    };
+    const auto expectAsked = [&](double bottom, double reflected, double then) {
+        EXPECT_NEAR(asked(bottom).first, reflected, 1e-9) << bottom;
+        EXPECT_NEAR(asked(bottom).second, then, 1e-9) << bottom;
+    };
+
+    expectAsked(3.0, 2.0, 3.0); // better than the best: expanded
+    expectAsked(1.4, 2.0, 1.5); // better than the worst alone: contracted outside
+    expectAsked(0.6, 2.0, 0.5); // worse than the worst: contracted inside
+}
+
+// Vertices (0, 0), (1, 0) and (0, 1) with the values 1, 2 and 3. Neither the reflection of the worst through
+// (1/2, 0), nor the contraction half way to there is better than 3.
+TEST(VELT_NelMead, WhereNoContractionHelpsTheSimplexShrinksToHalf)
+{
+    Recorded fit([](const RecordedSurface::Point& u) {
+        return u[0] == 0.0 && u[1] == 0.0 ? 1.0 : u[0] > 0.9 && u[1] == 0.0 ? 2.0 : u[1] > 0.9 ? 3.0 : 9.0;
+    });
+    fit.visible = 100.0; // no more than how the simplex moves is asked of this surface
+    fit.From({{1.0, std::exp(1.0)}, {1.0, std::exp(1.0)}}, Care::Replicate);
+
+    const auto expectAsked = [&](std::size_t at, double u, double v) {
+        EXPECT_NEAR(fit.asked[at][0], u, 1e-9) << at;
+        EXPECT_NEAR(fit.asked[at][1], v, 1e-9) << at;
+    };
+    expectAsked(4, 0.25, 0.5);
+    expectAsked(5, 0.5, 0.0);
+    expectAsked(6, 0.0, 0.5);
+}
+
+// 1 at 0, 2 elsewhere: the contraction of the point at 1 ties with it. With one parameter a shrunken simplex
+// would be the same, so that the next point asked for is the reflection of 1/2.
+TEST(VELT_NelMead, ATiedContractionOfOneParameterIsNotEvaluatedTwice)
+{
+    Recorded fit([](const RecordedSurface::Point& u) { return u[0] == 0.0 ? 1.0 : 2.0; });
+    fit.From({{1.0, std::exp(1.0)}});
+
+    EXPECT_NEAR(fit.asked[2][0], -1.0, 1e-9);
+    EXPECT_NEAR(fit.asked[3][0], 0.5, 1e-9);
+    EXPECT_NEAR(fit.asked[4][0], -0.5, 1e-9);
+}
+
 // Between its points a simplex of one parameter on 1 + u^2, one of them the bottom, has the spread d^2, and
 // every step halves d.
 TEST(VELT_NelMead, TheFunctionTestOfAReplicateAllowsAHundredTimesTheTolerance)
@@ -557,8 +626,35 @@ TEST(VELT_NelMead, FromASlopeASimplexOfAFiftiethOfAUnitGoesOn)
     fit.ftol = 1.0F;
     fit.From({{std::exp(-0.5), std::exp(-0.6)}}, Care::Replicate, 0);
 
-    const double lower = -0.5 + 1e-3; // the slope was seen at the first step
-    EXPECT_TRUE(fit.AskedAt({lower}, 0, 0.02));
+    EXPECT_NEAR(fit.asked[2][0], -0.5 + 1e-3, 1e-9); // the slope was seen at the first step
+    EXPECT_NEAR(fit.asked[3][0], -0.5 - 1e-3, 1e-9);
+    EXPECT_NEAR(fit.asked[4][0], -0.499 + 0.02, 1e-9);
+}
+
+// A parameter test of 0.01 ends the first simplex, half a unit from the bottom and 0.005 wide; the next one
+// has 0.02 and steps on. Its new vertex is the better one, so the old best point is reflected through it.
+TEST(VELT_NelMead, TheSimplexBuiltOnASlopeKnowsTheValuesOfItsVertices)
+{
+    Recorded fit(Bowl);
+    fit.minimiser.Create(fit, 1);
+    fit.minimiser.XTOL(0.01F);
+    fit.minimiser.ConvergeOn(0);
+    fit.minimiser.SetParameter(1, std::exp(-0.5), std::exp(-0.505), 0.0, kHuge);
+    fit.minimiser.Minimise();
+
+    EXPECT_NEAR(fit.asked[4][0], -0.499 + 0.02, 1e-9);
+    EXPECT_NEAR(fit.asked[5][0], -0.499 + 0.04, 1e-9);
+}
+
+// A simplex of 0.02 goes on from -0.499, with an upper limit 0.4 and 0.6 of that above it.
+TEST(VELT_NelMead, ASimplexThatALimitCutsToLessThanHalfStandsOnTheOtherSide)
+{
+    for (const auto& [room, vertex] : {std::pair{0.4, -0.519}, {0.6, -0.487}}) {
+        Recorded fit(Bowl);
+        fit.ftol = 1.0F;
+        fit.From({{std::exp(-0.5), std::exp(-0.6), 0.0, std::exp(-0.499 + room * 0.02)}}, Care::Replicate, 0);
+        EXPECT_NEAR(fit.asked[4][0], vertex, 1e-9);
+    }
 }
 
 TEST(VELT_NelMead, AFinalFitLooksAroundAtFourDistancesAndAReplicateDoesNot)
@@ -570,6 +666,17 @@ TEST(VELT_NelMead, AFinalFitLooksAroundAtFourDistancesAndAReplicateDoesNot)
         for (const double distance : {0.1, 0.3, 0.9, 2.7})
             EXPECT_EQ(fit.AskedAt(bottom, 0, distance), care == Care::Final) << distance;
     }
+}
+
+// The two points of a simplex of one parameter go to and fro over the minimum anyway.
+TEST(VELT_NelMead, OneParameterNeedsNoFreshSimplexAfterTheStars)
+{
+    Recorded fit(Bowl);
+    fit.From({{1.3, 1.7}});
+
+    const double bottom = fit.Last(0);
+    EXPECT_NEAR(fit.Last(2) - bottom, 2.7, 1e-9);
+    EXPECT_NEAR(fit.Last(1) - bottom, -2.7, 1e-9);
 }
 
 // Two parameters are looked around along both diagonals too, and once more with a simplex turned the other
@@ -630,14 +737,18 @@ TEST(VELT_NelMead, AroundWhatAStarFoundASimplexOfHalfItsRadiusGoesOn)
 
 TEST(VELT_NelMead, FromAFlatPlaceThirtyDecadesAreLookedThrough)
 {
-    double farthest = 0.0;
-    Recorded fit([&farthest](const RecordedSurface::Point& u) {
-        farthest = std::max(farthest, std::fabs(u[0]));
-        return 5.0;
-    });
+    Recorded fit([](const RecordedSurface::Point&) { return 5.0; });
     fit.From({{1.0, 2.0, 0.0, 1e300}}, Care::Replicate);
     EXPECT_TRUE(fit.minimiser.Converged());
-    EXPECT_NEAR(farthest, 30.0 * std::log(10.0), 1e-6);
+    for (int decade = 1; decade <= 30; ++decade) {
+        const std::size_t back =
+            2U * static_cast<std::size_t>(30 - decade) + 1U; // before the last evaluation
+        EXPECT_NEAR(fit.Last(back + 1), decade * std::log(10.0), 1e-9);
+        EXPECT_NEAR(fit.Last(back), -decade * std::log(10.0), 1e-9);
+    }
+    // First simplex, stars of the look outward, 13 times half of ln 2 until XTOL is met, four steps, decades,
+    // end.
+    EXPECT_EQ(fit.asked.size(), 2U + 2U * (5U + 24U) + 13U + 2U * 4U + 2U * 30U + 1U);
 
     // A growth rate of 1e-12 makes no difference to one of 1e-13; one of 0.1 does.
     Recorded drifted([](const RecordedSurface::Point& u) {
@@ -720,6 +831,51 @@ TEST(VELT_NelMead, WithoutSettingsTheProgramsDefaultsHold)
     EXPECT_EQ(search(false), search(true));
 }
 
+/// A search without settings of the surface 1 + curvature u^2 from its bottom, with that first step.
+double LastSizeWithoutSettings(double curvature, double step)
+{
+    Recorded fit([curvature](const RecordedSurface::Point& u) { return 1.0 + curvature * u[0] * u[0]; });
+    fit.minimiser.Create(fit, 1);
+    fit.minimiser.SetParameter(1, 1.0, std::exp(step), 0.0, kHuge);
+    fit.minimiser.Minimise();
+    return fit.LastSize();
+}
+
+// Every step halves the distance d of the two points. 1 + u^2 has a spread of d^2, far below 1e-7 when the
+// distance meets 1e-4; 1 + 100 u^2 one of 100 d^2, which meets 1e-7 at a distance of 3.2e-5.
+TEST(VELT_NelMead, WithoutSettingsTheTolerancesAreTheProgramsDefaults)
+{
+    EXPECT_NEAR(LastSizeWithoutSettings(1.0, 1.5e-4 * 1024.0), 0.75e-4, 1e-9);
+    for (const auto& [spread, end] : {std::pair{1.5e-7, 0.25 * 1.5e-7}, {0.7e-7, 0.7e-7}})
+        EXPECT_NEAR(LastSizeWithoutSettings(100.0, std::sqrt(spread / 100.0) * 1024.0),
+                    std::sqrt(end / 100.0), 1e-9);
+}
+
+// Six parameters in a row of valleys are not done after 501 steps.
+TEST(VELT_NelMead, WithoutSettingsASearchEndsAfterFiveHundredSteps)
+{
+    const auto evaluations = [](std::int16_t maxIts) {
+        Fit fit([](Point x) {
+            double sum = 0.0;
+            for (std::size_t i = 0; i + 1 < x.size(); ++i)
+                sum += Rosenbrock(x.subspan(i, 2));
+            return sum;
+        });
+        fit.minimiser.Create(fit, 6);
+        if (maxIts > 0)
+            fit.minimiser.MaxIts(maxIts);
+        for (std::int16_t i = 1; i <= 6; ++i)
+            fit.minimiser.SetParameter(i, -1.2, -1.6, -10.0, 10.0);
+        fit.minimiser.Minimise();
+        EXPECT_EQ(fit.minimiser.HowItEnded(), End::StepsUsed);
+        return fit.minimiser.NumEvaluations();
+    };
+
+    EXPECT_EQ(evaluations(0), evaluations(500));
+    EXPECT_LT(evaluations(499), evaluations(500));
+    EXPECT_LT(evaluations(500), evaluations(501));
+}
+
 TEST(VELT_NelMead, BeforeTheSearchNothingHasConverged)
 {
     Fit fit(FloatBowl);
@@ -751,6 +907,19 @@ TEST(VELT_NelMead, TellsAMinimumOnTheBorderOfTheDomainFromOneInside)
     EXPECT_FALSE(fit.minimiser.AtBorder());
 }
 
+TEST(VELT_NelMead, ASearchThatAFailureOfTheCallbackEndedHasNotRun)
+{
+    Fit fit(FloatBowl);
+    fit.From({{700, 933}});
+    ASSERT_TRUE(fit.minimiser.Converged());
+
+    fit.surface = [](Point) -> double { RaiseOverflow(); };
+
+    EXPECT_THROW(fit.minimiser.Minimise(), VeltError);
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::NotRun);
+    EXPECT_FALSE(fit.minimiser.Converged());
+}
+
 // The message for the user must never say "succeeded on" twice beside "failed to converge".
 TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
 {
@@ -764,6 +933,24 @@ TEST(VELT_NelMead, ATestThatTheSecondLookDeniesIsReportedAsFailed)
         EXPECT_EQ(fit.minimiser.ConvergedOnParameter(),
                   convergeOn == 3); // with either test the other one ended it
     }
+}
+
+// 100 - u falls by 0.02 from one simplex to the next, which meets a parameter test of 0.05 without a
+// step: only their number, 10 and the first, can end the search before the limit at u = 46. Each takes at
+// most ten evaluations.
+TEST(VELT_NelMead, MaxItsEndsASearchThatGoesFromSlopeToSlopeToo)
+{
+    Recorded fit([](const RecordedSurface::Point& u) { return 100.0 - u[0]; });
+    fit.minimiser.Create(fit, 1);
+    fit.minimiser.XTOL(0.05F);
+    fit.minimiser.ConvergeOn(0);
+    fit.minimiser.MaxIts(10);
+    fit.minimiser.SetParameter(1, 1.0, 1.02, 0.0, kHuge);
+    fit.minimiser.Minimise();
+
+    EXPECT_EQ(fit.minimiser.HowItEnded(), End::NoMinimum);
+    EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
+    EXPECT_LE(fit.minimiser.NumEvaluations(), 11 * 10);
 }
 
 TEST(VELT_NelMead, StepsThatWereUsedUpSayWhichTestsWereMet)

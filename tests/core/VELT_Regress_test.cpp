@@ -108,6 +108,24 @@ TEST(VELT_Regress, StillSolvesColumnsThatDifferInTheTenthDigit)
     EXPECT_TRUE(Regression(columns, kResponse).Succeeded());
 }
 
+// The columns (1/2, 0) and (1/2, t) leave t when the first is taken out of the second. Two points make ten
+// times two units of rounding, 4.44e-15, the least that is no rounding.
+TEST(VELT_Regress, AColumnIsDependentUpToTenUnitsOfRoundingAPoint)
+{
+    EXPECT_FALSE(Regression({{0.5, 0.0}, {0.5, 4.0e-15}}, {1.0, 1.0}).Succeeded());
+    EXPECT_TRUE(Regression({{0.5, 0.0}, {0.5, 5.0e-15}}, {1.0, 1.0}).Succeeded());
+}
+
+// Weights of 4 would take the largest response out of the range of the doubles, weights of 1/4 the smallest.
+TEST(VELT_Regress, WithoutWeightsEveryPointHasTheWeightOne)
+{
+    for (const double y : {0.8e308, std::numeric_limits<double>::denorm_min()}) {
+        const VELT_Regress regression = Regression({{1.0}}, {y});
+        EXPECT_TRUE(regression.Succeeded());
+        EXPECT_EQ(regression.Coefficient(1), y);
+    }
+}
+
 TEST(VELT_Regress, DoesNotSucceedWithFewerPointsThanColumns)
 {
     EXPECT_FALSE(Regression({{1}, {2}}, {3}).Succeeded());

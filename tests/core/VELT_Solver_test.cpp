@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <vector>
 
 namespace
 {
@@ -24,6 +25,28 @@ struct Function : ISolver {
     std::function<double(double)> f;
     int evaluations = 0;
 };
+
+/// Answers from a list, the last one for ever, and keeps what it was asked.
+struct Answers : ISolver {
+    explicit Answers(std::vector<float> list) : values(std::move(list)) {}
+    void ISolver_Fn(float x, float& y) override
+    {
+        y = asked.size() < values.size() ? values[asked.size()] : values.back();
+        asked.push_back(x);
+    }
+    std::vector<float> values, asked;
+};
+
+/// Where the root is looked for fourth, after both ends and the secant, when the first three values are
+/// these.
+float FourthAsked(float lower, float upper, const std::vector<float>& values)
+{
+    Answers answers(values);
+    VELT_Solver solver;
+    solver.Init();
+    solver.Solve(answers, lower, upper);
+    return answers.asked.at(3);
+}
 
 std::uint32_t NumberRaisedByBracket(std::function<double(double)> f, float start, float factor)
 {
@@ -88,6 +111,103 @@ TEST(VELT_Solver, EndsOnEverySignChangeThatIsHardForInterpolation)
                     0.15); // the ninth power is flat around its root
         EXPECT_LE(function.evaluations, 100);
     }
+}
+
+// Near 1 the floats are u = 2^-23 apart. A relative width of 1e-6 and the roundings of both ends, u together,
+// are 9.39 u: neighbours nine floats apart are close enough, ten are not.
+TEST(VELT_Solver, ByDefaultAMillionthOfTheRootAndTheRoundingOfItsFloatsIsCloseEnough)
+{
+    for (const auto& [floats, evaluations] : {std::pair{9.0, 2}, {10.0, 3}}) {
+        Function function([](double x) { return x > 1.0 ? 1.0 : -1.0; });
+        VELT_Solver solver;
+        solver.Init();
+        solver.Solve(function, 1.0F, static_cast<float>(1.0 + floats * 0x1p-23));
+        EXPECT_EQ(function.evaluations, evaluations) << floats;
+    }
+}
+
+TEST(VELT_Solver, TheToleranceIsTheWidthThatIsCloseEnough)
+{
+    for (const auto& [width, evaluations] : {std::pair{0.09F, 2}, {0.11F, 3}}) {
+        Function function([](double x) { return x > 1.0 ? 1.0 : -1.0; });
+        VELT_Solver solver;
+        solver.Init();
+        solver.Tolerance(0.1);
+        solver.Solve(function, 1.0F, 1.0F + width);
+        EXPECT_EQ(function.evaluations, evaluations) << width;
+    }
+}
+
+// The secant from (11, 7) through (1, -3) meets zero at 4.
+TEST(VELT_Solver, AStraightLineIsSolvedByOneSecant)
+{
+    Answers line({-3.0F, 7.0F, 0.0F});
+    VELT_Solver solver;
+    solver.Init();
+    EXPECT_EQ(solver.Solve(line, 1.0F, 11.0F), 4.0F);
+    EXPECT_EQ(line.asked, (std::vector<float>{1.0F, 11.0F, 4.0F}));
+}
+
+// x = y^2 + 3 y + 8 at y = -5/4, 1, then on the secant at 12 - 11/4, where y = sqrt(3.5) - 1.5. The parabola
+// through the three meets y = 0 at 8.
+TEST(VELT_Solver, AParabolaLyingOnItsSideIsSolvedByOneInverseInterpolation)
+{
+    Function sideways([](double x) { return std::sqrt(x - 5.75) - 1.5; });
+    Answers answers({-1.25F, 1.0F, static_cast<float>(sideways.f(9.25))});
+    VELT_Solver solver;
+    solver.Init();
+    solver.Solve(answers, 5.8125F, 12.0F);
+    EXPECT_EQ(answers.asked.at(2), 9.25F);
+    EXPECT_NEAR(answers.asked.at(3), 8.0, 2e-6); // the roundings of y and of x
+}
+
+// Brent's two conditions on a step, each with one that keeps it and one that does not; then the middle is
+// asked for. Values -9 at 0 and 1 at 10 give the secant 9. The root x of the parabola through these and (9,
+// y) is (81 - 9 y (y + 9)) / ((1 - y) (y + 9)): 10.44 / 1.96 for y = 0.8, a step of 3.7; 3.393 for y = 0.86,
+// one of 5.6, more than half of the step before the last one, 10.
+TEST(VELT_Solver, AStepIsAtMostHalfOfTheOneBeforeTheLast)
+{
+    EXPECT_NEAR(FourthAsked(0.0F, 10.0F, {-9.0F, 1.0F, 0.8F}), 10.44 / 1.96, 1e-5);
+    EXPECT_EQ(FourthAsked(0.0F, 10.0F, {-9.0F, 1.0F, 0.86F}), 4.5F);
+}
+
+// Values -5/4 at 0 and 1 at 18 give the secant 10. The root x of the parabola through these and (10, y) is
+// (12.5 - 12.5 y - 10 y^2) / ((1 - y) (y + 1.25)): 30/7 for y = 1/2, a step of 5.7; 70/37 for y = 0.6, one
+// of 8.1, more than three quarters of the 10 that are left.
+TEST(VELT_Solver, AStepIsAtMostThreeQuartersOfTheInterval)
+{
+    EXPECT_NEAR(FourthAsked(0.0F, 18.0F, {-1.25F, 1.0F, 0.5F}), 30.0 / 7.0, 1e-5);
+    EXPECT_EQ(FourthAsked(0.0F, 18.0F, {-1.25F, 1.0F, 0.6F}), 5.0F);
+}
+
+// Equal values on both sides leave no interpolation: sixty halvings from 1e30 come down to 8.7e11, and then
+// the floats between that and the lower end are halved by count.
+TEST(VELT_Solver, AfterSixtyStepsTheFloatsAreHalvedByCount)
+{
+    std::vector<float> asked;
+    Function step([&asked](double x) {
+        asked.push_back(static_cast<float>(x));
+        return x < 3.3 ? -1.0 : 1.0;
+    });
+    VELT_Solver solver;
+    solver.Init();
+    solver.Solve(step, 1e-30F, 1e30F);
+
+    for (int halvings = 1; halvings <= 60; ++halvings)
+        EXPECT_NEAR(asked.at(1U + static_cast<std::size_t>(halvings)) / std::ldexp(1e30, -halvings), 1.0,
+                    1e-5);
+    EXPECT_LT(asked.at(62), 1.0);
+}
+
+// Among the smallest numbers neighbours are further apart than any share of the root.
+TEST(VELT_Solver, NoFloatIsLeftOutBetweenTheSmallestOnes)
+{
+    constexpr float kSmallest = std::numeric_limits<float>::denorm_min();
+    Function step([](double x) { return x < 4.5 * static_cast<double>(kSmallest) ? -1.0 : 1.0; });
+    VELT_Solver solver;
+    solver.Init();
+    EXPECT_EQ(solver.Solve(step, 4.0F * kSmallest, 6.0F * kSmallest), 5.0F * kSmallest);
+    EXPECT_EQ(step.evaluations, 3);
 }
 
 TEST(VELT_Solver, AnExactZeroEndsTheSearchAtOnce)
