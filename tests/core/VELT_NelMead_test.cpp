@@ -3,6 +3,7 @@
 
 #include "RecordedSurface.h"
 #include "base/VeltError.h"
+#include "engines/RandomSource.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,8 @@
 #include <bit>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -951,6 +954,70 @@ TEST(VELT_NelMead, MaxItsEndsASearchThatGoesFromSlopeToSlopeToo)
     EXPECT_EQ(fit.minimiser.HowItEnded(), End::NoMinimum);
     EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
     EXPECT_LE(fit.minimiser.NumEvaluations(), 11 * 10);
+}
+
+/// Answers that no surface gives: noise, the same every third time, ever lower, ever higher, without bottom.
+/// A search that asks a hundred thousand times, two hundred for each step that it is given, has no end.
+struct Unruly : INelMead {
+    Unruly(int kind, RandomSource& source) : kind(kind), random(source) {}
+
+    double INelMead_MinFunc(Point x) override
+    {
+        if (++asked > 100000)
+            RaiseOverflow();
+        for (const double xi : x)
+            finite = finite && std::isfinite(xi);
+        constexpr double kAnswers[] = {0.0,     -1.0,           1.0,       1.0001, 0.99975, kHuge,
+                                       -3.4e38, kHigherPenalty, -INFINITY, NAN};
+        switch (kind) {
+        case 0:
+            return kAnswers[static_cast<std::size_t>(random.Next() * std::size(kAnswers))];
+        case 1:
+            return kAnswers[static_cast<std::size_t>(asked % 3) * 2];
+        case 2:
+            return 100.0 - asked;
+        case 3:
+            return 100.0 + asked;
+        default:
+            return -1e-3 * std::pow(std::log(std::fabs(x[0]) + 1e-30), 2);
+        }
+    }
+
+    int kind;
+    RandomSource& random;
+    int asked = 0;
+    bool finite = true;
+};
+
+// Ever lower answers under wide tolerances used to keep a search for ever.
+TEST(VELT_NelMead, EndsOnAnyAnswersUnderAnySettingsAndNeverAsksForWhatIsNoNumber)
+{
+    RandomSource random(1);
+    const auto oneOf = [&random](std::initializer_list<double> list) {
+        return list.begin()[static_cast<std::size_t>(random.Next() * static_cast<double>(list.size()))];
+    };
+    for (int search = 0; search < 5000; ++search) {
+        Unruly answers(search % 5, random);
+        VELT_NelMead minimiser;
+        const auto parameters = static_cast<std::int16_t>(1 + search % 3);
+        minimiser.Create(answers, parameters);
+        minimiser.MaxIts(static_cast<std::int16_t>(oneOf({-1, 0, 1, 10, 500})));
+        minimiser.XTOL(static_cast<float>(oneOf({1e-4, 0.05, 0.0, 1e30, NAN, -1.0})));
+        minimiser.FTOL(static_cast<float>(oneOf({1e-7, 1.0, 0.0, 1e30, NAN, -1.0})));
+        minimiser.ConvergeOn(static_cast<std::int32_t>(oneOf({0, 3})));
+        minimiser.HowCarefully(oneOf({0, 1}) > 0.0 ? Care::Final : Care::Replicate);
+        minimiser.VisibleRise(oneOf({0.0, 0.01, 1e-300, 1e300, INFINITY, NAN, -1.0}));
+        for (std::int16_t i = 1; i <= parameters; ++i)
+            minimiser.SetParameter(i, oneOf({1.0, 0.0, -1.0, 1e-310, 3e8, INFINITY}),
+                                   oneOf({4.0 / 3.0, 2.0, 0.0, 1e300}), oneOf({0.0, 1e-300, -5.0, -INFINITY}),
+                                   oneOf({1e20, 5.0, 1.0000001, INFINITY}));
+
+        ASSERT_NO_THROW(minimiser.Minimise()) << search;
+        EXPECT_TRUE(answers.finite) << search;
+        EXPECT_FALSE(!minimiser.Converged() && minimiser.ConvergedOnFunction() &&
+                     minimiser.ConvergedOnParameter())
+            << search;
+    }
 }
 
 TEST(VELT_NelMead, StepsThatWereUsedUpSayWhichTestsWereMet)
