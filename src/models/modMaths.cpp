@@ -9,14 +9,6 @@ namespace
 {
 
 constexpr double kLargestSeriesShape = 200.0; // above it the normal approximation
-constexpr double kAsymptotic = 8.5;           // from here on the asymptotic series of digamma
-
-double AsymptoticSeries(double x)
-{
-    const double reciprocal = 1.0 / x;
-    const double y = reciprocal * reciprocal;
-    return 0.5 * reciprocal + y * (1.0 / 12.0 - y * (1.0 / 120.0 - y * (1.0 / 252.0)));
-}
 
 double WilsonHilfertyTail(double a, double x)
 {
@@ -79,21 +71,7 @@ double Digamma(double x)
         r -= 1.0 / x;
         x += 1.0;
     }
-    return checked::Finite(r + std::log(x) - AsymptoticSeries(x));
-}
-
-double LnMinusDigamma(double x)
-{
-    if (x < kAsymptotic)
-        return checked::Ln(x) - Digamma(x);
-    return checked::Finite(AsymptoticSeries(x));
-}
-
-double AsymLnMinusDigamma(double x)
-{
-    if (x == 0.0)
-        RaiseDivisionByZero();
-    return checked::Finite(AsymptoticSeries(x));
+    return checked::Finite(r + std::log(x) - AsymLnMinusDigamma(x));
 }
 
 std::int16_t Magnitude(double x)
