@@ -28,7 +28,7 @@ inline constexpr std::uint32_t kOutOfMemory = 7;
 inline constexpr std::uint32_t kSubscript = 9;
 inline constexpr std::uint32_t kDivisionByZero = 11;
 inline constexpr std::uint32_t kInternal = 51; ///< raised by none of the program's own operations
-inline constexpr std::uint32_t kDevice = 57; // a file that cannot be written
+inline constexpr std::uint32_t kDevice = 57;   // a file that cannot be written
 inline constexpr std::uint32_t kHourGlass = 13001;
 } // namespace errors
 
