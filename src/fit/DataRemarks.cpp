@@ -201,8 +201,8 @@ Said ZeroCatch(const IMethod& method, const clsVeltData& data)
     const bool index = !method.UsingNos() && data.ColPresent(columns::AbundIndex);
     const bool one = rows.size() == 1;
     return Remark{"ZeroCatch", std::string("The log error model needs the logarithm of every ") +
-                                   (index ? "index" : "catch") + ", and " + Labels(rows, data) +
-                                   (one ? " has" : " have") + " none above 0. Exclude " +
+                                   (index ? "index" : "catch") + ", and " + (one ? "period " : "periods ") +
+                                   Labels(rows, data) + (one ? " has" : " have") + " none above 0. Exclude " +
                                    (one ? "this period by leaving its " : "these periods by leaving their ") +
                                    (index ? "index" : "effort") + " empty; to toggle " +
                                    (one ? "it" : "them") + " out is not enough."};

@@ -119,7 +119,7 @@ Said AtBound(const FitReading& fit, const FitSurface& surface)
             edges.push_back(name + " (" + Short(estimate) + ")");
     };
     if (!held[0] && fit.method.Details().atBorder)
-        edges.push_back(fit.StockName() + " (" + Short(fit.stock) + ", hardly enough for the catches)");
+        edges.push_back(fit.StockName() + " (" + Short(fit.stock) + ", beside values without a likelihood)");
     else if (!held[0])
         look(fit.StockName(), fit.stock, usual.stock);
     look(fit.data.TheRun().globals.Q, fit.q, usual.q);

@@ -108,7 +108,7 @@ TEST(BatchRemarks, AFailedFitTellsItsCauseAndTheWayOut)
     EXPECT_EQ(failed.status, 4);
     EXPECT_EQ(failed.Json().at("Status"), "failed");
     EXPECT_EQ(Codes(failed), Words{"ZeroCatch"});
-    EXPECT_TRUE(Has(TextOf(failed, "ZeroCatch"), "and 14 has none above 0"));
+    EXPECT_TRUE(Has(TextOf(failed, "ZeroCatch"), "and period 14 has none above 0"));
     EXPECT_TRUE(Has(failed.Json().at("Message"), "\n\n" + TextOf(failed, "ZeroCatch")));
     EXPECT_TRUE(Has(failed.err, "\nvelt-batch: remark: " + TextOf(failed, "ZeroCatch") + "\n")) << failed.err;
 

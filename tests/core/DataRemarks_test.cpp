@@ -240,7 +240,7 @@ TEST(ZeroCatch, NamesThePeriodsOfALogFitThatHaveNoLogarithm)
     auto reading = Cohort({5, 0, 7, 0});
     reading.model.FitOp(fit_op::kLog);
     const Said said = data_remarks::ZeroCatch(reading.model, reading.data);
-    EXPECT_TRUE(Says(said, "logarithm of every catch, and 2002 and 2004 have none above 0"));
+    EXPECT_TRUE(Says(said, "logarithm of every catch, and periods 2002 and 2004 have none above 0"));
     EXPECT_TRUE(Says(said, "Exclude these periods by leaving their effort empty"));
 
     reading.model.FitOp(fit_op::kLeastSquares);
@@ -255,8 +255,8 @@ TEST(ZeroCatch, NamesThePeriodsOfALogFitThatHaveNoLogarithm)
     Looked<clsProduction> index(
         TableBuilder().Effort({1, 1, 1}).AbundIndex({5, 0, 7}).CatchWt({5, 0, 7}).TotalWt({9, 9, 9}));
     index.model.FitOp(fit_op::kLog);
-    EXPECT_TRUE(
-        Says(data_remarks::ZeroCatch(index.model, index.data), "every index, and 2002 has none above 0"));
+    EXPECT_TRUE(Says(data_remarks::ZeroCatch(index.model, index.data),
+                     "every index, and period 2002 has none above 0"));
 }
 
 TEST(RemarkText, ShortNumbersHaveFourDigitsAndLongListsEnd)

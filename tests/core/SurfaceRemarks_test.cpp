@@ -215,7 +215,7 @@ TEST(AtBound, IsSaidWhereTheSearchEndedOnTheBorderOfTheStocksThatSurvive)
     EXPECT_FALSE(bench.Edges());
     bench.model.m.atBorder = true;
     const std::string k = remark_text::Short(bench.model.FinalEsts().at(0));
-    EXPECT_TRUE(Says(bench.Edges(), "K (" + k + ", hardly enough for the catches) lies at the edge"));
+    EXPECT_TRUE(Says(bench.Edges(), "K (" + k + ", beside values without a likelihood) lies at the edge"));
     bench.user.onStartVals = [](StartVals& starts) { return starts.Fixed1 = true; };
     bench.model.InputStartingEsts();
     EXPECT_FALSE(bench.Edges()) << "a stock that the user holds was not searched";
@@ -233,7 +233,7 @@ TEST(AtBound, IsSaidOfAGammaFitThatPointsAtLessThanWasCaught)
     EXPECT_TRUE(bench.model.Details().atBorder);
     FitSurface surface = bench.model.Surface();
     EXPECT_TRUE(Says(surface_remarks::AtBound(ReadFit(bench.model, bench.data), surface),
-                     "hardly enough for the catches) lies at the edge"));
+                     "beside values without a likelihood) lies at the edge"));
 }
 
 TEST(Oscillating, IsSaidAboveTwoAndNamesTheBestSteadyFit)
