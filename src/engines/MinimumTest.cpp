@@ -20,8 +20,9 @@ constexpr double kLeastQuarter = 1.0 / 12.0;
 constexpr double kMostQuarter = 1.0 / 2.4;
 } // namespace
 
-void MinimumTest::Create(std::size_t dimensions)
+void MinimumTest::Create(std::size_t dimensions, bool thorough)
 {
+    m_thorough = thorough || dimensions == 1;
     m_axes.resize(dimensions);
     for (Line& axis : m_axes)
         axis.step.assign(dimensions, 0.0);
@@ -57,7 +58,7 @@ MinimumTest::Shape MinimumTest::Examine()
     for (std::size_t i = 0; i < m_axes.size() && worst != Shape::Slope; ++i) {
         Line& axis = m_axes[i];
         axis.step[i] = axis.length = kFirstStep;
-        worst = std::max(worst, Look(axis));
+        worst = std::max(worst, m_thorough ? Look(axis) : FindVisibleStep(axis));
     }
     for (std::size_t i = 0; i < m_axes.size() && worst == Shape::Bowl; ++i)
         for (std::size_t j = i + 1; j < m_axes.size() && worst == Shape::Bowl; ++j)

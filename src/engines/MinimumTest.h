@@ -30,8 +30,9 @@ public:
     /// Of a visible rise: what is lower by that is better.
     static constexpr double kQuarter = 0.25;
 
-    /// For searches with that many free parameters.
-    void Create(std::size_t dimensions);
+    /// For searches with that many free parameters. \param thorough  judge several axes too, and not only
+    /// take their steps for the diagonals from them: refits of nearly the same data need no second opinion
+    void Create(std::size_t dimensions, bool thorough);
 
     /// Examines the best point of `space` and on a bowl of one or two parameters moves it to the vertices of
     /// the parabolas, their skew taken out by the half steps (Richardson 1911), not to the deepest dent that
@@ -64,6 +65,7 @@ private:
     SearchSpace::Point m_point; ///< that is examined, its value and the rise that counts
     double m_value = 0.0;
     double m_visible = 0.0;
+    bool m_thorough = true;
     std::vector<Line> m_axes;
     Line m_diagonal;
     std::vector<double> m_vertex; ///< from the point to the vertex of the parabolas

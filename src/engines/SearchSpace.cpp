@@ -89,6 +89,8 @@ double SearchSpace::Evaluate(const Point& u)
         m_x[m_free[f]] = ValueOf(FreeParameter(f), u[f]);
     double value = m_callback->INelMead_MinFunc(m_x);
     value = std::isfinite(value) ? std::clamp(value, -kWorst, kWorst) : kWorst;
+    m_last = u;
+    m_lastValue = value;
     if (value < bestValue) {
         bestValue = value;
         if (&u != &best)

@@ -51,6 +51,9 @@ public:
     /// Value at `from` moved by `factor` times `direction`, within the limits; the point is At() then.
     double EvaluateBeside(const Point& from, std::span<const double> direction, double factor);
     const Point& At() const { return m_at; }
+    /// Whether the best point is the one that was evaluated last, so that what the callback keeps belongs to
+    /// it.
+    bool BestIsLast() const { return m_evaluations > 0 && best == m_last && bestValue == m_lastValue; }
 
     /// The point evaluated last as the callback saw it, parameter 1 first.
     std::span<const double> LastPoint() const { return m_x; }
@@ -68,5 +71,7 @@ private:
     std::vector<std::size_t> m_free; ///< the parameters that are searched
     std::vector<double> m_x;
     Point m_at;
+    Point m_last; ///< evaluated, with its value
+    double m_lastValue = 0.0;
     std::int32_t m_evaluations = 0;
 };

@@ -73,14 +73,15 @@ void VELT_NelMead::Minimise()
     const std::size_t n = m_space.Free();
     for (Point* point : {&m_centroid, &m_trial, &m_kept})
         point->assign(n, 0.0);
-    m_test.Create(n);
+    m_test.Create(n, m_care == Care::Final);
     m_steps = 0;
     m_atBorder = false;
     m_spread = m_size = 0.0;
     m_coarse = m_care == Care::Replicate;
     BuildFirstSimplex();
     m_end = n > 0 ? Search() : End::Converged;
-    m_space.bestValue = m_space.Evaluate(m_space.best);
+    if (!m_space.BestIsLast())
+        m_space.bestValue = m_space.Evaluate(m_space.best);
     if (m_space.bestValue >= kPenalty)
         m_end = End::OutsideDomain;
 }

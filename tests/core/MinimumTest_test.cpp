@@ -15,7 +15,8 @@ constexpr double kPenalty = SearchSpace::kPenalty;
 
 /// Settles at u = 0 of a surface; the start itself is not among the points asked for.
 struct Settled : RecordedSurface {
-    Settled(std::function<double(const Point&)> f, std::size_t dimensions, double visible)
+    Settled(std::function<double(const Point&)> f, std::size_t dimensions, double visible,
+            bool thorough = true)
         : RecordedSurface(std::move(f))
     {
         space.Create(*this, dimensions);
@@ -25,7 +26,7 @@ struct Settled : RecordedSurface {
         space.Evaluate(space.best);
         asked.clear();
         MinimumTest test;
-        test.Create(dimensions);
+        test.Create(dimensions, thorough);
         shape = test.Settle(space, visible);
     }
 
@@ -258,6 +259,22 @@ TEST(MinimumTest, ConjugateDiagonalsFindTheBottomOfANarrowValley)
     EXPECT_EQ(settled.shape, Shape::Bowl);
     EXPECT_NEAR(settled.space.best[0], 2e-4, 1e-9);
     EXPECT_NEAR(settled.space.best[1], -1e-4, 1e-9);
+}
+
+// Both axes have a step and its half, both diagonals too, then comes the vertex: 4 * 4 + 1. Without judging
+// the axes their halves are saved, and the bottom is the same.
+TEST(MinimumTest, ARefitTakesOnlyTheStepsFromTheAxes)
+{
+    const auto bowl = [](const Point& u) { return std::pow(u[0] - 2e-4, 2) + std::pow(u[1] + 1e-4, 2); };
+    const Settled thorough(bowl, 2, 9e-7);
+    const Settled refit(bowl, 2, 9e-7, false);
+
+    EXPECT_EQ(thorough.asked.size(), 17U);
+    EXPECT_EQ(refit.asked.size(), 13U);
+    EXPECT_EQ(refit.shape, Shape::Bowl);
+    EXPECT_NEAR(refit.space.best[0], 2e-4, 1e-9);
+    EXPECT_NEAR(refit.space.best[1], -1e-4, 1e-9);
+    EXPECT_EQ(Settled([](const Point& u) { return std::fabs(u[0]); }, 1, 1e-3, false).shape, Shape::Edge);
 }
 
 TEST(MinimumTest, AValleyThatRisesAlongBothAxesAndFallsAlongADiagonalIsASlope)

@@ -571,8 +571,8 @@ TEST(VELT_NelMead, ARiseIsVisibleFromAnTenThousandthOfTheValueOnOrFromWhereTheMo
         Recorded fit([curvature](const RecordedSurface::Point& u) { return 1.0 + curvature * u[0] * u[0]; });
         fit.visible = visible;
         fit.From({{1.0, 2.0}}, Care::Replicate, 0);
-        return (fit.Last(7) - fit.Last(6)) /
-               (fit.Last(5) - fit.Last(4)); // first step against the one that serves
+        return (fit.Last(6) - fit.Last(5)) /
+               (fit.Last(4) - fit.Last(3)); // first step against the one that serves
     };
 
     EXPECT_NEAR(stepsOf(12.5, 0.0), 0.25, 1e-5);
@@ -1027,6 +1027,18 @@ TEST(VELT_NelMead, StepsThatWereUsedUpSayWhichTestsWereMet)
     EXPECT_EQ(fit.minimiser.HowItEnded(), End::StepsUsed);
     EXPECT_FALSE(fit.minimiser.ConvergedOnFunction());
     EXPECT_FALSE(fit.minimiser.ConvergedOnParameter());
+}
+
+// A replicate's parabola ends at the vertex that becomes the estimate: its bootstraps would pay for asking
+// again.
+TEST(VELT_NelMead, APointThatWasAskedForLastIsNotAskedForAgain)
+{
+    Recorded fit(Bowl);
+    fit.From({{1.3, 1.7}}, Care::Replicate, 0);
+
+    const std::size_t last = fit.asked.size() - 1;
+    EXPECT_EQ(std::exp(fit.asked[last][0]), fit.minimiser.Estimate(1));
+    EXPECT_NE(fit.asked[last], fit.asked[last - 1]);
 }
 
 } // namespace
