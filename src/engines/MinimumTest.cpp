@@ -18,11 +18,14 @@ constexpr double kCoarserBy = 3.0;
 // sixteenth.
 constexpr double kLeastQuarter = 1.0 / 12.0;
 constexpr double kMostQuarter = 1.0 / 2.4;
+constexpr double kNear = 0.1; // steps from the vertex
+constexpr int kRounds = 4;    // of parabolas, each at the vertex of the one before
 } // namespace
 
 void MinimumTest::Create(std::size_t dimensions, bool thorough)
 {
     m_thorough = thorough || dimensions == 1;
+    m_rounds = thorough ? kRounds : 1;
     m_axes.resize(dimensions);
     for (Line& axis : m_axes)
         axis.step.assign(dimensions, 0.0);
@@ -34,26 +37,33 @@ MinimumTest::Shape MinimumTest::Settle(SearchSpace& space, double visible)
 {
     m_space = &space;
     m_visible = visible;
-    m_point = space.best;
-    m_value = space.bestValue;
-    const Shape shape = Examine();
-    if (shape == Shape::Slope)
-        return shape;
-    space.best = m_point;
-    space.bestValue = m_value;
-    if (shape != Shape::Bowl)
-        return shape;
-    const double lowest = space.EvaluateBeside(m_point, m_vertex, 1.0);
-    if (lowest < m_value + kQuarter * visible) {
-        space.best = space.At();
-        space.bestValue = lowest;
+    for (int round = 0; round < m_rounds; ++round) {
+        m_point = space.best;
+        m_value = space.bestValue;
+        const Shape shape = Examine();
+        if (shape == Shape::Slope)
+            return shape;
+        space.best = m_point;
+        space.bestValue = m_value;
+        if (shape != Shape::Bowl)
+            return shape;
+        const double lowest = space.EvaluateBeside(m_point, m_vertex, 1.0);
+        if (lowest < m_value + kQuarter * visible) {
+            space.best = space.At();
+            space.bestValue = lowest;
+        }
+        if (m_distance <= kNear || space.best == m_point) // there, or held back by a limit
+            return shape;
     }
-    return Shape::Bowl;
+    if (m_rounds == 1)
+        return Shape::Bowl;
+    return Shape::Ragged; // a bowl whose bottom runs on: the bend of a valley, not its lowest place
 }
 
 MinimumTest::Shape MinimumTest::Examine()
 {
     std::fill(m_vertex.begin(), m_vertex.end(), 0.0);
+    m_distance = 0.0;
     Shape worst = Shape::Bowl;
     for (std::size_t i = 0; i < m_axes.size() && worst != Shape::Slope; ++i) {
         Line& axis = m_axes[i];
@@ -171,4 +181,5 @@ void MinimumTest::AddVertex(const Line& line)
     const double steps = (4.0 * half - whole) / 3.0;
     for (std::size_t i = 0; i < m_vertex.size(); ++i)
         m_vertex[i] += steps * line.step[i];
+    m_distance = std::max(m_distance, std::fabs(steps));
 }

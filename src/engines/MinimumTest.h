@@ -22,7 +22,8 @@ public:
         Edge,   ///< rises on every side, but as no parabola does: a cusp
         Border, ///< the domain ends nearer than the surface rises; along a slanted border it may still fall
         Flat,   ///< no visible rise within half a unit of a coordinate in some direction
-        Ragged, ///< rises and falls with the step: no point of such a surface is a minimum that means
+        Ragged, ///< rises and falls with the step, or a bowl whose bottom runs on: no minimum that means
+                ///< anything
                 ///< anything
         Slope,  ///< something beside the point is lower by a quarter of a visible rise
     };
@@ -66,7 +67,9 @@ private:
     double m_value = 0.0;
     double m_visible = 0.0;
     bool m_thorough = true;
+    int m_rounds = 1; ///< of parabolas; one is taken for what it is
     std::vector<Line> m_axes;
     Line m_diagonal;
     std::vector<double> m_vertex; ///< from the point to the vertex of the parabolas
+    double m_distance = 0.0;      ///< largest part of it along a line, in steps
 };

@@ -223,7 +223,35 @@ TEST(MinimumTest, ABowlMovesToTheVertexOfItsParabola)
 
     EXPECT_EQ(settled.shape, Shape::Bowl);
     EXPECT_NEAR(settled.space.best[0], 4e-4, 1e-12);
-    EXPECT_EQ(settled.asked.size(), 5U);
+    EXPECT_EQ(settled.asked.size(), 10U); // 0.4 steps away: looked at again, and there it is
+    EXPECT_EQ(Along([](double u) { return (u - 0.9e-4) * (u - 0.9e-4); }, 9e-7).asked.size(), 5U);
+    EXPECT_EQ(Along([](double u) { return (u - 1.1e-4) * (u - 1.1e-4); }, 9e-7).asked.size(), 10U);
+}
+
+// Whenever a bowl has been measured its bottom is 0.4 steps further on: the bend of a valley, not its lowest
+// place.
+TEST(MinimumTest, ABowlWhoseBottomRunsOnIsFollowedFourTimesAndNoMinimum)
+{
+    struct Runaway : INelMead {
+        double INelMead_MinFunc(std::span<const double> x) override
+        {
+            const double bottom = 4e-4 * (1 + (asked++ - 1) / 5);
+            return std::pow(std::log(x[0]) - bottom, 2);
+        }
+        int asked = 0;
+    } runaway;
+    SearchSpace space;
+    space.Create(runaway, 1);
+    space.SetParameter(0, 1.0, 2.0, 0.0, 1e20);
+    space.Prepare();
+    space.Evaluate(space.best);
+    MinimumTest test;
+    test.Create(1, true);
+
+    EXPECT_EQ(test.Settle(space, 9e-7), Shape::Ragged);
+
+    EXPECT_GT(runaway.asked, 1 + 3 * 5); // more than three looks of five points
+    EXPECT_LE(runaway.asked, 1 + 4 * 7); // at most four, of which a step was lengthened
 }
 
 // The parabola says that the vertex is lower; where the surface there is not, the point stays.
@@ -265,15 +293,15 @@ TEST(MinimumTest, ConjugateDiagonalsFindTheBottomOfANarrowValley)
 // the axes their halves are saved, and the bottom is the same.
 TEST(MinimumTest, ARefitTakesOnlyTheStepsFromTheAxes)
 {
-    const auto bowl = [](const Point& u) { return std::pow(u[0] - 2e-4, 2) + std::pow(u[1] + 1e-4, 2); };
+    const auto bowl = [](const Point& u) { return std::pow(u[0] - 4e-5, 2) + std::pow(u[1] + 2e-5, 2); };
     const Settled thorough(bowl, 2, 9e-7);
     const Settled refit(bowl, 2, 9e-7, false);
 
     EXPECT_EQ(thorough.asked.size(), 17U);
     EXPECT_EQ(refit.asked.size(), 13U);
     EXPECT_EQ(refit.shape, Shape::Bowl);
-    EXPECT_NEAR(refit.space.best[0], 2e-4, 1e-9);
-    EXPECT_NEAR(refit.space.best[1], -1e-4, 1e-9);
+    EXPECT_NEAR(refit.space.best[0], 4e-5, 1e-9);
+    EXPECT_NEAR(refit.space.best[1], -2e-5, 1e-9);
     EXPECT_EQ(Settled([](const Point& u) { return std::fabs(u[0]); }, 1, 1e-3, false).shape, Shape::Edge);
 }
 
