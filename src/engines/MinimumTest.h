@@ -24,7 +24,6 @@ public:
         Flat,   ///< no visible rise within half a unit of a coordinate in some direction
         Ragged, ///< rises and falls with the step, or a bowl whose bottom runs on: no minimum that means
                 ///< anything
-                ///< anything
         Slope,  ///< something beside the point is lower by a quarter of a visible rise
     };
 
@@ -37,9 +36,10 @@ public:
 
     /// Examines the best point of `space` and on a bowl of one or two parameters moves it to the vertices of
     /// the parabolas, their skew taken out by the half steps (Richardson 1911), not to the deepest dent that
-    /// rounding left in it: the answer must not hang on the way that led here. On a slope the best point is
-    /// the lower one that was met; otherwise it stays. \param visible the smallest rise that rounding cannot
-    /// feign
+    /// rounding left in it: the answer must not hang on the way that led here. A thorough test takes the
+    /// parabolas anew there, until it stands within a tenth of a step of their vertex. On a slope the best
+    /// point is the lower one that was met; otherwise it stays. \param visible the smallest rise that
+    /// rounding cannot feign
     Shape Settle(SearchSpace& space, double visible);
 
 private:
