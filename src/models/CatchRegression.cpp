@@ -10,7 +10,7 @@ using checked::Div;
 using checked::Sqrt;
 using checked::ToFloat;
 
-void CatchRegression::Row(int i, const std::array<double, kMaxColumns>& x, double y, double w)
+void CatchRegression::Row(int i, const Regressors& x, double y, double w)
 {
     for (std::size_t c = 0; c < m_x.size(); ++c)
         m_x[c](i) = x[c];

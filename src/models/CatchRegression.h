@@ -13,11 +13,12 @@ class CatchRegression
 {
 public:
     static constexpr int kMaxColumns = 3;
+    using Regressors = std::array<double, kMaxColumns>; ///< unused ones 0
 
     explicit CatchRegression(int columns) : m_columns(columns) {}
 
-    /// Row of period i. \param x regressors, unused ones 0 \param y catch \param w weight
-    void Row(int i, const std::array<double, kMaxColumns>& x, double y, double w);
+    /// Row of period i. \param x regressors \param y catch \param w weight
+    void Row(int i, const Regressors& x, double y, double w);
 
     /// Solves over the periods in the fit. \return whether a solution exists
     bool Solve(const ModelState& m);

@@ -28,8 +28,7 @@ constexpr double kInsideLimit = 0.999;
 } // namespace
 
 FitSurface::FitSurface(ISurfaceModel& model)
-    : m_model(model), m_kept(std::make_unique<ModelState>(model.State())), m_keptWorking(model.Working()),
-      m_searched(model.Searched())
+    : m_model(model), m_kept(std::make_unique<ModelState>(model.State())), m_searched(model.Searched())
 {
     model.State().PlotEvaluations = false; // the path of the search is drawn already
     for (int i = 1; i <= m_kept->NAPoints(); ++i)
@@ -39,7 +38,6 @@ FitSurface::FitSurface(ISurfaceModel& model)
 FitSurface::~FitSurface()
 {
     m_model.State() = *m_kept;
-    m_model.Working(m_keptWorking);
 }
 
 double FitSurface::At(std::span<const double> x)

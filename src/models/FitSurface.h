@@ -21,15 +21,11 @@ struct SearchedParameters {
 class ISurfaceModel
 {
 public:
-    using WorkingEstimates = std::array<double, 4>;
     using Start = std::array<double, 2>;
 
     virtual ~ISurfaceModel() = default;
     virtual ModelState& State() = 0;
     virtual SearchedParameters Searched() const = 0;
-    /// The estimates that the trajectory reads, in an order of the model's own; only to be put back.
-    virtual WorkingEstimates Working() const = 0;
-    virtual void Working(const WorkingEstimates& estimates) = 0;
     /// The objective at the searched parameters `x`; 1e20 or more is outside the domain.
     /// \throws VeltError 5, 6, 11 where the arithmetic fails
     virtual double SurfaceValue(std::span<const double> x) = 0;
@@ -84,7 +80,6 @@ private:
 
     ISurfaceModel& m_model;
     std::unique_ptr<ModelState> m_kept;
-    ISurfaceModel::WorkingEstimates m_keptWorking;
     SearchedParameters m_searched;
     int m_periods = 0;
     std::optional<double> m_atEstimate;

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/MethodCommon.h"
 
-#include "base/Checked.h"
 #include "base/MeterScope.h"
-#include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "models/LognormalFit.h"
 #include "models/ModelGraphs.h"
-#include "models/ModelTable.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
+
+using model_table::Quantity;
 
 std::string ConvergenceText(const VELT_NelMead& minimiser, bool someValue,
                             const modVeltGlobals::Globals& globals)
@@ -97,6 +94,43 @@ bool MethodCommon::CalcFinalEstimates()
     return true;
 }
 
+std::vector<double> MethodCommon::FinalEsts()
+{
+    CopyFinalToWorkEsts();
+    CalcPopTraj();
+    std::vector<double> values;
+    for (const Quantity quantity : m.Table().estimates)
+        values.push_back(ValueOf(quantity, m.FinalEsts));
+    return values;
+}
+
+double MethodCommon::ValueOf(Quantity quantity, const Estimates& of) const
+{
+    return model_table::IsDerived(quantity) ? Derived(quantity, of) : of[quantity];
+}
+
+double MethodCommon::Derived(Quantity quantity, const Estimates&) const
+{
+    if (quantity != Quantity::FinalPopulation && quantity != Quantity::FinalBiomass)
+        RaiseInvalidArgument();
+    return static_cast<double>(m.Nt(m.NDPoints()));
+}
+
+void MethodCommon::CopyQANDFinalToWorkEsts()
+{
+    for (const Quantity quantity : m.Table().searched)
+        if (quantity != Quantity::Lambda)
+            m.WorkEsts[quantity] = m.FinalEsts[quantity];
+    m.WorkEsts.Q = m.QValue = m.FinalEsts.Q;
+}
+
+void MethodCommon::CopyBStrapsToWorkEsts(std::int16_t n)
+{
+    for (const Quantity quantity : m.Table().estimates)
+        if (!model_table::IsDerived(quantity))
+            m.WorkEsts[quantity] = static_cast<double>(BootStrap(model_table::InfoOf(quantity).bsParam, n));
+}
+
 namespace
 {
 /// Shape and rate belong to the fit: replicates overwrite them, and a second run, also after Cancel, must
@@ -174,8 +208,11 @@ void MethodCommon::CalcBootStrapHistos(float low, float high)
 FitDetails MethodCommon::Details() const
 {
     FitDetails details;
-    details.initEsts = InitEstimateValues();
-    details.var = FinalVar();
+    for (const Quantity quantity : m.Table().estimates)
+        if (!model_table::IsDerived(quantity))
+            details.initEsts.push_back(
+                {std::string(model_table::InfoOf(quantity).key), m.InitEsts[quantity]});
+    details.var = m.FinalEsts.Var;
     details.objective = m.objective;
     details.atBorder = m.atBorder;
     details.notArrivedAt = m.notArrivedAt;
@@ -187,162 +224,4 @@ FitDetails MethodCommon::Details() const
     details.resid.assign(resid.begin(), resid.end());
     details.fittedExists = m.FitOp != fit_op::kGamma;
     return details;
-}
-
-double MethodCommon::INelMead_MinFunc(std::span<const double> x)
-{
-    m.CatchUnexpected = m.ProfileFailed = false;
-    try {
-        double value = Objective(x);
-        if (m.ProfileFailed)
-            value = OnceMoreFromHome(x, value);
-        return std::isnan(value) || m.CatchUnexpected ? FailedEvaluation() : value;
-    } catch (const VeltError& error) {
-        if (!error.IsNumeric())
-            throw;
-        return FailedEvaluation();
-    }
-}
-
-double MethodCommon::SurfaceValue(std::span<const double> x)
-{
-    if (models::IsProduction(m.WhichMeth) || !fit_op::IsLeastSquares(m.FitOp))
-        return Objective(x);
-    RunTrajectoryAt(x);
-    if (m.PopUnderflow)
-        return static_cast<double>(kPenalty);
-    return WeightedSumSq(m, RegressionWeights());
-}
-
-// An evaluation starts its profile where the last one ended. From far out, where a search looks around, no
-// bracket of 20 steps reaches home again: without this one excursion would strand every evaluation after it.
-double MethodCommon::OnceMoreFromHome(std::span<const double> x, double failed)
-{
-    const double nu = m.GammaNu;
-    if (nu == m.HomeNu || !(m.HomeNu > 0.0))
-        return failed;
-    m.GammaNu = m.HomeNu;
-    const double value = Objective(x);
-    if (m.ProfileFailed)
-        m.GammaNu = nu;
-    return value;
-}
-
-void MethodCommon::SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters)
-{
-    minimiser.Create(*this, parameters);
-    minimiser.MaxIts(Settings().intMaxIts);
-    minimiser.FTOL(Settings().sngFTOL);
-    minimiser.XTOL(Settings().sngXTOL);
-    minimiser.ConvergeOn(Settings().ConvergeOn);
-    if (m.FitOp == fit_op::kGamma)
-        minimiser.VisibleRise(kVisibleLogLikelihood);
-}
-
-void MethodCommon::SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t parameters)
-{
-    SetUpFinal(minimiser, parameters);
-    minimiser.ConvergeOn(Settings().BootStrapConvergeOn);
-    minimiser.HowCarefully(VELT_NelMead::Care::Replicate);
-}
-
-void MethodCommon::KeepReport(double minValue, std::int32_t evaluations, bool atBorder)
-{
-    m.atBorder = atBorder;
-    m.objective = minValue;
-    m.evaluations = evaluations;
-    TheRun().globals.settings.LastEvaluations = evaluations;
-}
-
-void MethodCommon::RaiseNotConverged(const std::string& text, const std::string& source)
-{
-    m.Excuse = excuse::kNotConverged;
-    throw ProgramError(errors::kMinimisationFailed, text, source);
-}
-
-double MethodCommon::StartSumSq(double q) const
-{
-    double sum = 0.0;
-    for (int i = 1; i <= m.NAPoints(); ++i) {
-        if (!m.InFit(i))
-            continue;
-        const double r = m.CatchVector(i) - q * m.EffMidPop(i);
-        sum += r * r;
-    }
-    return sum;
-}
-
-bool MethodCommon::DoubleUntilItSurvives(const std::function<void()>& doubleStart)
-{
-    constexpr int kMostDoublings = 99;
-    int doublings = 0;
-    for (; m.PopUnderflow && doublings < kMostDoublings; ++doublings)
-        doubleStart();
-    return doublings < kMostDoublings;
-}
-
-bool MethodCommon::StartFromRegression(CatchRegression& regression, double& first, double& q,
-                                       const std::function<void(double, double)>& run,
-                                       const std::function<void()>& afterFirstRun)
-{
-    const auto fail = [this](std::int32_t why) {
-        m.Excuse = why;
-        return false;
-    };
-    if (!regression.Solve(m))
-        return fail(excuse::kNoStart);
-    q = -regression.Coefficient(2);
-    first = checked::Div(regression.Coefficient(1), q);
-    const double byRegression = first;
-    m.replacedStart.reset();
-    run(first, q);
-    afterFirstRun();
-    m.LsqSumSq = StartSumSq(q);
-    if (first < 0.0) {
-        if (fit_op::IsLeastSquares(m.FitOp))
-            return fail(excuse::kPopulationUnderflow);
-        first = static_cast<double>(m.TotCatchSum);
-        m.StartEstKind = 3;
-        m.replacedStart = byRegression;
-    }
-    double start = first; // a box for starting values must not stand at 99 doublings that did not help
-    run(start, q);
-    const bool survives = DoubleUntilItSurvives([&] {
-        start *= 2.0;
-        m.StartEstKind = 3;
-        m.replacedStart = byRegression;
-        run(start, q);
-    });
-    if (!survives)
-        return fail(excuse::kNoStart);
-    first = start;
-    if (q < 0.0)
-        q = LnFitComputeQ(m);
-    return true;
-}
-
-void MethodCommon::FillPositionsFromStartOfPeriod()
-{
-    FillGammaPositions(
-        m, [this](int i) { return m.Effort(i) * m.GammaNu * m.Nt(i); },
-        [this](int i) { return m.CatchVector(i) > m.Effort(i) * m.QValue * m.Nt(i) ? 1.0F : 0.0F; });
-}
-
-bool MethodCommon::AskStartingValue(const std::string& prompt, double suggestion,
-                                    const std::function<bool(double)>& survives)
-{
-    const std::string title = LoadResString(1601);
-    for (;;) {
-        const auto reply = TheRun().user.InputBox(prompt, title, number_text::Plain(suggestion));
-        if (!reply || reply->empty())
-            return false;
-        const auto value = number_text::ParseTyped(*reply);
-        if (!value) {
-            TheRun().user.Show({.text = LoadResString(1924)});
-            return false;
-        }
-        if (survives(*value))
-            return true;
-        TheRun().user.Show({.text = LoadResString(1923)});
-    }
 }

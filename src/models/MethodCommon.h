@@ -3,12 +3,13 @@
 
 #include "engines/VELT_NelMead.h"
 #include "models/Bootstraps.h"
-#include "models/CatchRegression.h"
+#include "models/ContourGrid.h"
 #include "models/GammaFit.h"
 #include "models/IMethod.h"
 #include "models/ModelState.h"
 #include "models/clsBootStrap.h"
 
+#include <array>
 #include <memory>
 #include <span>
 #include <string>
@@ -18,6 +19,14 @@
 /// and is told as failed
 std::string ConvergenceText(const VELT_NelMead& minimiser, bool someValue,
                             const modVeltGlobals::Globals& globals);
+
+/// Where a search starts, the second points of its simplex, and its upper limits; the lower ones are 0. Only
+/// the searched parameters are read; one that is held stays at its start.
+struct SearchRange {
+    Estimates start;
+    Estimates second;
+    std::array<double, 2> upper{};
+};
 
 /// The part of a model that has no biology in it: the properties over the shared state, the order of a
 /// bootstrap run, the set-up of a search, and the way a failure gets its source. What a model computes stands
@@ -64,6 +73,12 @@ public:
     float Z() const override { return 0.0F; } ///< only a production model and the recruitment index keep one
     void Z(float) override {}
 
+    std::vector<double> FinalEsts() override;
+    void CopyFinalToWorkEsts() override { m.WorkEsts = m.FinalEsts; }
+    /// Leaves a Lambda of the working estimates as it was. Deliberate.
+    void CopyQANDFinalToWorkEsts() override;
+    void CopyBStrapsToWorkEsts(std::int16_t n) override;
+
     void CalcThetaVec() override { CalcThetaVecOf(m); }
     void CalcDiscCatches() override;
     void SetColumnRefs() override;
@@ -72,8 +87,9 @@ public:
     void CalcCPUEVectors() override;
     bool CalcFinalEstimates() override;
     void CalcBootStraps() override;
-    bool SetContourRanges() override { return false; }
-    bool PlotInitContours() override { return false; }
+    bool SetContourRanges() override;
+    bool PlotInitContours() override;
+    bool InputStartingEsts() override;
     bool BuildModelGraphs() override;
     void CalcBootStrapHistos(float low, float high) override;
     void Create(clsVeltData& data) override;
@@ -81,6 +97,15 @@ public:
     FitSurface Surface() override { return FitSurface(*this); }
     std::optional<double> ReplacedStart() const override { return m.replacedStart; }
     int ReplicatesDrawnAgain() const override { return m.replicatesDrawnAgain; }
+
+    /// The estimates that the trajectory reads.
+    const Estimates& Work() const { return m.WorkEsts; }
+    void Work(const Estimates& estimates) { m.WorkEsts = estimates; }
+    float MinPop() const { return m.MinPop; }
+    bool PopUnderflow() const { return m.PopUnderflow; }
+    float MidPop(int i) const { return m.MidPop(i); }
+    double EffMidPop(int i) const { return m.EffMidPop(i); }
+    double EffMidPopSum() const { return m.EffMidPopSum; }
 
     double INelMead_MinFunc(std::span<const double> x) final;
 
@@ -105,33 +130,70 @@ protected:
     virtual void LnFinalEstimates() = 0;
     virtual void GammaFinalEstimates() = 0;
     virtual void LSQBootStraps() = 0;
-    virtual void LnBootStraps() = 0;
-    virtual void GammaBootStraps() = 0;
     /// The objective of the current FitOp; may fail numerically.
     virtual double Objective(std::span<const double> x) = 0;
     /// What a numeric failure inside an evaluation counts as.
     virtual double FailedEvaluation() const { return static_cast<double>(kPenalty); }
     /// Mean population of period i behind the expected catch rate.
     virtual double ExpectedMeanPop(int i) const = 0;
+    /// A quantity that follows from estimates and the current trajectory. The base knows the final stock.
+    virtual double Derived(model_table::Quantity quantity, const Estimates& of) const;
     /// The class's further graph, if it has one.
     virtual void AddYieldGraph() {}
-    virtual std::vector<NamedValue> InitEstimateValues() const = 0;
-    virtual double FinalVar() const = 0;
 
-    // The surface around a fit. Only a regression, which minimises nothing, needs the last two.
+    /// Shape and rate of the gamma model from the moments of the starting estimates' trajectory.
+    virtual void TakeMoments();
+
+    // A replicate by refitting: a new catch is drawn, the search starts from the fit, and what it found is
+    // kept or drawn again.
+    virtual void DrawLogCatch() = 0;
+    virtual void DrawGammaCatch();
+    virtual SearchRange RefitRange() const { return RangeFrom(m.FinalEsts); }
+    /// The searched parameters of WorkEsts are what the refit found; the trajectory is that of its last
+    /// evaluation. \return false to draw the replicate again
+    virtual bool KeepRefit(int b);
+    virtual void AfterReplicates(int /*drawnAgain*/) {}
+
+    // The likelihood surface of a model with two searched parameters.
+    struct ContourWords {
+        std::string title, emptySource;
+    };
+    virtual ContourWords WordsOfContours() const { return {}; }
+    virtual void PrepareContours();
+    virtual double GridValue(double first, double second);
+
+    // The surface around a fit.
     ModelState& State() override { return m; }
-    double SurfaceValue(std::span<const double> x) override;
+    SearchedParameters Searched() const override;
+    double SurfaceValue(std::span<const double> x) override { return Objective(x); }
     std::optional<Start> SurfaceStart(std::size_t) override { return std::nullopt; }
-    virtual void RunTrajectoryAt(std::span<const double>) {}
-    virtual std::span<const double> RegressionWeights() const { return {}; }
+
+    /// Follows the trajectory of the starting estimates and takes shape and rate from it.
+    void MomentStart();
+    /// Takes the searched parameters, the first one first, into the working estimates, and follows the
+    /// trajectory.
+    void FollowAt(std::span<const double> x);
+    void TakeSearched(Estimates& estimates, const VELT_NelMead& found) const;
+    void MarkOnSurface(ContourMark kind, const Estimates& at);
+    /// The smallest first parameter that survives, the others as the start has them; the trajectory is that
+    /// of the start then. \param maxRounds 0 for no limit but that of the numbers
+    void SearchMinPop(int maxRounds);
+    /// Runs refits of the catches that `draw` makes.
+    void RefitReplicates(const char* procedure, const std::function<void()>& draw);
+    /// Catchability of a refit, from its last evaluation.
+    double RefittedQ() const;
+    /// Keeps the working estimates, and what is derived from them at the current trajectory, as replicate b.
+    void StoreReplicate(int b);
 
     Run& TheRun() const { return *m.run; }
     const modVeltGlobals::Settings& Settings() const { return m.run->globals.settings; }
     std::string Source(const std::string& procedure) const { return m_className + procedure; }
 
+    /// The start simplex that reaches a third beyond `start`.
+    SearchRange RangeFrom(const Estimates& start) const;
     /// A minimiser on this model with the settings of a final fit, or of a bootstrap fit.
-    void SetUpFinal(VELT_NelMead& minimiser, std::int16_t parameters);
-    void SetUpBootStrap(VELT_NelMead& minimiser, std::int16_t parameters);
+    void SetUpFinal(VELT_NelMead& minimiser, const SearchRange& range);
+    void SetUpBootStrap(VELT_NelMead& minimiser, const SearchRange& range);
     /// Keeps the objective and the count of evaluations of a search that arrived.
     void KeepReport(double minValue, std::int32_t evaluations, bool atBorder);
     [[noreturn]] void RaiseNotConverged(const std::string& text, const std::string& source);
@@ -142,23 +204,6 @@ protected:
     /// Runs `doubleStart` (which doubles the start and runs its trajectory) while the trajectory underflows.
     /// The counter ends it, not the flag: 98 doublings can help, the 99th cannot. \return whether it survives
     bool DoubleUntilItSurvives(const std::function<void()>& doubleStart);
-
-    /// Starting estimates of a depletion model with one searched parameter: b1 = q `first` and b2 = -q by the
-    /// regression, repaired until the trajectory survives. Fills both; on false Excuse says why, and both are
-    /// what the regression gave (the total catch for a negative `first`).
-    /// \param run takes both into the working estimates and runs the trajectory
-    /// \param afterFirstRun what the model does at the regression's own trajectory
-    bool StartFromRegression(CatchRegression& regression, double& first, double& q,
-                             const std::function<void(double first, double q)>& run,
-                             const std::function<void()>& afterFirstRun);
-
-    /// Fills the gamma positions from the population at the start of each period, not its mean. Deliberate:
-    /// the two models that use it differ here from the recruitment index model.
-    void FillPositionsFromStartOfPeriod();
-
-    /// Asks for one starting value until it survives or the user gives up. \param survives takes the value
-    bool AskStartingValue(const std::string& prompt, double suggestion,
-                          const std::function<bool(double)>& survives);
 
     /// Runs `work`; a failure that names no source gets this class and `procedure`.
     template <typename Work>
@@ -176,8 +221,14 @@ protected:
     ModelState m;
     clsBootStrap m_boot;
     GammaCatchMatrix m_gammaCatch;
+    ContourGrid m_contours; ///< of two searched parameters
 
 private:
+    void LnBootStraps();
+    void GammaBootStraps();
+    bool AskStartingValue();
+    bool AskStartVals();
+    double ValueOf(model_table::Quantity quantity, const Estimates& of) const;
     void SortBootstraps();
     double OnceMoreFromHome(std::span<const double> x, double failed);
 

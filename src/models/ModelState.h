@@ -3,6 +3,7 @@
 
 #include "base/Array1.h"
 #include "data/clsVeltData.h"
+#include "models/Estimates.h"
 #include "models/IMethod.h"
 
 #include <cstdint>
@@ -33,7 +34,15 @@ struct ModelState {
     Series ExpCatchVec;  ///< expected catch as it goes to the data set
     Array1<double, clsVeltData::kRows> EffMidPop; ///< X(i): expected catch divided by q
 
+    Estimates WorkEsts;  ///< what the trajectory reads
+    Estimates InitEsts;  ///< where a search starts
+    Estimates FinalEsts; ///< the fit
+    bool Fixed1 = false; ///< the first searched parameter is held at its start
+    bool Fixed2 = false;
+
     bool UsingNosFlag = true; ///< catches are numbers, not weights
+    /// The stock ran out in the current trajectory: behind some period nothing was left (below nothing, in a
+    /// production model). Period 1 counts where it starts below nothing.
     bool PopUnderflow = false;
     bool DIYTCatch = false;
     bool SetStartingEsts = false;
@@ -86,9 +95,13 @@ struct ModelState {
     double TimeLabel(int i) const { return static_cast<double>(data->MinTimeP() + (i - 1)); }
     bool HasVariances() const { return data->ColPresent(columns::VarAbundIndex); }
 
-    /// Number of the last period of a trajectory, checked against the room for it, so that hot loops may
-    /// work on raw spans. \throws VeltError 9 when 200 periods are filled, as the state one period on has no
-    /// room, and before the periods have been counted
+    const model_table::Model& Table() const { return model_table::Of(WhichMeth); }
+    std::size_t Searched() const { return Table().searched.size(); }
+    bool Held(std::size_t parameter) const { return parameter == 0 ? Fixed1 : Fixed2; }
+
+    /// Number of the last state of a trajectory, one behind the last period, checked against the room for it,
+    /// so that hot loops may work on raw spans. \throws VeltError 9 when 200 periods are filled, and before
+    /// the periods have been counted
     int LastState() const;
 };
 

@@ -14,8 +14,8 @@ namespace
 {
 using enum Quantity;
 
-constexpr std::array<QuantityInfo, kQuantities> kInfos{{{"N1", 1890, bs_param::kN1},
-                                                        {"K", 1896, bs_param::kK},
+constexpr std::array<QuantityInfo, kQuantities> kInfos{{{"N1", 1890, bs_param::kN1, 1602},
+                                                        {"K", 1896, bs_param::kK, 1603},
                                                         {"Q", 1891, bs_param::kQ},
                                                         {"Lambda", 1893, bs_param::kLambda},
                                                         {"R", 1897, bs_param::kR},

@@ -9,14 +9,19 @@
 /// command line walk it, so that a further model is a row here and a class.
 namespace model_table
 {
-/// What a fit estimates or derives.
+/// What a fit estimates, and behind it what is derived from the estimates.
 enum class Quantity { N1, K, Q, Lambda, R, MSY, RYield, FinalPopulation, FinalBiomass };
 inline constexpr int kQuantities = 9;
+constexpr bool IsDerived(Quantity quantity)
+{
+    return quantity >= Quantity::MSY;
+}
 
 struct QuantityInfo {
     std::string_view key; ///< in JSON, tables and on the command line
     int captionId;        ///< string id of its name in the report
     int bsParam;          ///< its number in the table of bootstraps; 0 where none is kept
+    int promptId = 0;     ///< string id of the question for its starting value, where it may stand alone
 };
 const QuantityInfo& InfoOf(Quantity quantity);
 

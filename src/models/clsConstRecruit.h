@@ -1,37 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "models/CatchRegression.h"
-#include "models/MethodCommon.h"
+#include "models/DepletionMethod.h"
 
-/// Constant recruitment: recruits replace each period what natural mortality takes from the unexploited stock
-/// K, so that without fishing the population stays at K; at the start of the data it is InitDep K. The catch
-/// leaves in the middle of each period (Pope 1972).
-class clsConstRecruit : public MethodCommon
+/// Constant recruitment: recruits replace each period what natural mortality M, per period, takes from the
+/// unexploited stock K, so that without fishing the population stays at K. At the start of the data it is
+/// `InitDep` K. The total catch T leaves in the middle of each period (Pope 1972):
+///
+///     N(1)   = InitDep K,  r = K (exp(M) - 1)               numbers; r recruits a period
+///     N(t+1) = exp(-M) (N(t) + r) - exp(-M/2) T(t)          stock at the start of a period
+///     B(t)   = exp(-M/2) (N(t) + r) - T(t) / 2              mean stock of the period
+///     C(t)   = q E(t) B(t)                                  expected catch, E effort
+///
+/// K is searched. Rearranged, C(t) = q K x1(t) - q x2(t) with S(t) = T(t) + exp(-M) S(t-1):
+///
+///     x1 = E exp(M/2) (1 - (1 - InitDep) exp(-M t)),  x2 = E S - E T / 2
+class clsConstRecruit : public DepletionMethod
 {
 public:
-    struct Estimates {
-        double K = 0.0; ///< unexploited stock
-        double Q = 0.0; ///< catchability per unit of effort
-        double Var = 0.0;
-    };
-
     clsConstRecruit();
 
     std::string MethTitle() const override { return "Constant Recruitment"; }
-    std::vector<double> FinalEsts() override;
     void CalcPopTraj() override;
     void CalcMinPop() override;
-    bool InputStartingEsts() override;
-    void CopyFinalToWorkEsts() override { WorkEsts = FinalEstimates; }
-    void CopyQANDFinalToWorkEsts() override;
-    void CopyBStrapsToWorkEsts(std::int16_t n) override;
-
-    /// The estimates that the trajectory reads.
-    const Estimates& Work() const { return WorkEsts; }
-    void Work(const Estimates& estimates) { WorkEsts = estimates; }
-    float MinPop() const { return m.MinPop; }
-    bool PopUnderflow() const { return m.PopUnderflow; }
 
     // This model keeps no time lag.
     std::int16_t LAG() const override { return 0; }
@@ -39,40 +30,19 @@ public:
     void Create(clsVeltData& data) override;
 
 protected:
-    bool InitEstimates() override;
-    void LSQFinalEstimates() override;
+    void BuildRegression() override;
+    void AtRegressionStart() override;
+    float MinLogFunction(float k, float) override;
+    float MinGammaFunction(float k, float) override;
     void LnFinalEstimates() override;
-    void GammaFinalEstimates() override;
-    void LSQBootStraps() override;
-    void LnBootStraps() override;
-    void GammaBootStraps() override;
-    double Objective(std::span<const double> x) override;
+    bool KeepRegression(int b) override;
+    bool KeepRefit(int b) override;
     double ExpectedMeanPop(int i) const override;
-    std::vector<NamedValue> InitEstimateValues() const override;
-    double FinalVar() const override { return FinalEstimates.Var; }
-    SearchedParameters Searched() const override { return {.count = 1, .estimate = {FinalEstimates.K}}; }
-    WorkingEstimates Working() const override { return {WorkEsts.K, WorkEsts.Q, 0.0, WorkEsts.Var}; }
-    void Working(const WorkingEstimates& w) override { WorkEsts = {.K = w[0], .Q = w[1], .Var = w[3]}; }
-    void RunTrajectoryAt(std::span<const double> x) override
-    {
-        WorkEsts.K = x[0];
-        CalcPopTraj();
-    }
-    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
+    /// The replacement yield is the catch that keeps the stock where it ends:
+    /// Y = exp(M/2) (1 - exp(-M)) (K - N behind the last period), cut to 32 bits.
+    double Derived(model_table::Quantity quantity, const Estimates& of) const override;
 
 private:
-    void BuildRegression();
-    float MinLogFunction(float x);
-    float MinGammaFunction(float x);
-    /// Minimises over K from `start`; leaves the estimate in FinalEstimates.K.
-    void Search(double start, const char* procedure);
-    /// Catch that keeps the stock where it ends: Y = exp(M/2) (1 - exp(-M)) (K - N at the end).
-    float ReplacementYield(double k) const;
     double Recruits(double k) const; ///< each period's, K (exp(M) - 1)
-    void StoreReplicate(int b, double k, double q);
-
-    Estimates WorkEsts;
-    Estimates InitEsts;
-    Estimates FinalEstimates;
-    CatchRegression m_regression{2};
+    void StoreAtCutStock(int b);
 };

@@ -4,12 +4,11 @@
 #include "base/Checked.h"
 #include "graphs/ModelGraph.h"
 #include "models/LognormalFit.h"
-#include "models/StartVals.h"
+#include "models/Trajectory.h"
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <tuple>
 
 using checked::Div;
 using checked::Ln;
@@ -37,7 +36,7 @@ namespace
 
 /// Fox (1970): r N ln(K / N)
 struct FoxGrowth {
-    explicit FoxGrowth(const clsProduction::Estimates& ests) : r(ests.R), lnK(Ln(ests.K)) {}
+    explicit FoxGrowth(const Estimates& ests) : r(ests.R), lnK(Ln(ests.K)) {}
     float operator()(float biomass) const
     {
         const double n = static_cast<double>(biomass);
@@ -48,7 +47,7 @@ struct FoxGrowth {
 
 /// Schaefer (1954): r N (1 - N / K)
 struct SchaeferGrowth {
-    explicit SchaeferGrowth(const clsProduction::Estimates& ests) : r(ests.R), rOverK(ests.R / ests.K) {}
+    explicit SchaeferGrowth(const Estimates& ests) : r(ests.R), rOverK(ests.R / ests.K) {}
     float operator()(float biomass) const
     {
         const double n = static_cast<double>(biomass);
@@ -59,10 +58,7 @@ struct SchaeferGrowth {
 
 /// Pella and Tomlinson (1969): r N (1 - (N / K)^z)
 struct PellaGrowth {
-    PellaGrowth(const clsProduction::Estimates& ests, float z)
-        : r(ests.R), k(ests.K), shape(static_cast<double>(z))
-    {
-    }
+    PellaGrowth(const Estimates& ests, float z) : r(ests.R), k(ests.K), shape(static_cast<double>(z)) {}
     float operator()(float biomass) const
     {
         const double n = static_cast<double>(biomass);
@@ -73,7 +69,7 @@ struct PellaGrowth {
 
 /// Calls `use` with the production function of that model; a number that is none of the three has no growth.
 template <typename Use>
-auto WithGrowth(std::int32_t whichMeth, const clsProduction::Estimates& ests, float z, Use use)
+auto WithGrowth(std::int32_t whichMeth, const Estimates& ests, float z, Use use)
 {
     switch (whichMeth) {
     case models::kFox:
@@ -95,12 +91,12 @@ float clsProduction::Production(float N, const Estimates& ests) const
 
 float clsProduction::ProductionFunction(float N) const
 {
-    return N < 0.0F ? 0.0F : Production(N, WorkEsts);
+    return N < 0.0F ? 0.0F : Production(N, m.WorkEsts);
 }
 
 float clsProduction::YieldOfBiomass(const float& N) const
 {
-    return Production(N, FinalEstimates);
+    return Production(N, m.FinalEsts);
 }
 
 float clsProduction::MSYOf(const Estimates& record) const
@@ -120,31 +116,14 @@ float clsProduction::MSYOf(const Estimates& record) const
     }
 }
 
-std::vector<double> clsProduction::FinalEsts()
+double clsProduction::Derived(model_table::Quantity quantity, const Estimates& of) const
 {
-    WorkEsts = FinalEstimates;
-    CalcPopTraj();
-    const float replacementYield = ProductionFunction(m.Nt(m.NDPoints() - m.LAG));
-    return {FinalEstimates.K,
-            FinalEstimates.Q,
-            FinalEstimates.R,
-            static_cast<double>(MSYOf(FinalEstimates)),
-            static_cast<double>(replacementYield),
-            static_cast<double>(m.Nt(m.NDPoints()))};
-}
-
-void clsProduction::CopyQANDFinalToWorkEsts()
-{
-    WorkEsts.K = FinalEstimates.K;
-    WorkEsts.R = FinalEstimates.R;
-    WorkEsts.Q = m.QValue = FinalEstimates.Q;
-}
-
-void clsProduction::CopyBStrapsToWorkEsts(std::int16_t n)
-{
-    WorkEsts.K = static_cast<double>(BootStrap(bs_param::kK, n));
-    WorkEsts.Q = static_cast<double>(BootStrap(bs_param::kQ, n));
-    WorkEsts.R = static_cast<double>(BootStrap(bs_param::kR, n));
+    using enum model_table::Quantity;
+    if (quantity == MSY)
+        return static_cast<double>(MSYOf(of));
+    if (quantity == RYield)
+        return static_cast<double>(ProductionFunction(m.Nt(m.NDPoints() - m.LAG)));
+    return MethodCommon::Derived(quantity, of);
 }
 
 void clsProduction::CalcPopTraj()
@@ -154,15 +133,14 @@ void clsProduction::CalcPopTraj()
 
 void clsProduction::Follow(MeanStock meanStock)
 {
-    m.PopUnderflow = WorkEsts.K < 0.0;
-    m.EffMidPopSum = 0.0;
-    m.Nt(1) = m.PopUnderflow ? 0.0F : ToFloat(m.InitDep * WorkEsts.K);
-    const bool withMean = meanStock == MeanStock::Computed || m.DIYTCatch;
-    if (m.PopUnderflow) {
+    if (m.WorkEsts.K < 0.0) {
+        m.PopUnderflow = true;
+        m.EffMidPopSum = 0.0;
         std::fill_n(m.Nt.All().begin(), m.LastState(), 0.0F);
         return;
     }
-    WithGrowth(m.WhichMeth, WorkEsts, m_z,
+    const bool withMean = meanStock == MeanStock::Computed || m.DIYTCatch;
+    WithGrowth(m.WhichMeth, m.WorkEsts, m_z,
                [this, withMean](const auto& growth) { FollowBy(growth, withMean); });
     CalcThetaVecOf(m); // does nothing after an underflow
 }
@@ -170,81 +148,60 @@ void clsProduction::Follow(MeanStock meanStock)
 template <typename Growth>
 void clsProduction::FollowBy(const Growth& growth, bool withMean)
 {
-    const auto last = static_cast<std::size_t>(m.LastState());
-    const auto effort = m.data->Effort().All();
-    const auto toggledIn = m.data->ToggledIn().All();
-    const auto total = m.ObsTCatchRef.All();
-    const auto nt = m.Nt.All();
-    const auto mid = m.MidPop.All();
-    const auto x = m.EffMidPop.All();
-    const auto measured = static_cast<std::size_t>(m.data->OrigNAPoints());
+    Trajectory t(m);
     const auto lag = static_cast<std::size_t>(std::max<std::int16_t>(m.LAG, 0));
-    const double q = WorkEsts.Q;
-
-    float biomass = nt[0];
-    double expected = 0.0;
-    for (std::size_t t = 1; t < last; ++t) { // t is the state behind period p, both counted from 0
-        const std::size_t p = t - 1;
+    const double q = m.WorkEsts.Q;
+    t.stock[0] = ToFloat(m.InitDep * m.WorkEsts.K);
+    float biomass = t.stock[0];
+    for (std::size_t p = 0; p < t.periods; ++p) {
         // The growth is the same in both uses: nothing that it reads changes between them.
-        const double grown = growth(lag == 0 ? biomass : nt[p > lag ? p - lag : 0]);
-        if (withMean) { // what the effort alone would leave, by the trapezium; it serves only a projected
-                        // catch
-            const double qE = q * effort[p];
+        const double grown = growth(lag == 0 ? biomass : t.stock[p > lag ? p - lag : 0]);
+        if (withMean) { // what the effort alone would leave, by the trapezium; only a projected catch reads
+                        // it
+            const double qE = q * t.effort[p];
             const double byEffort = Div(biomass * (2.0 - qE) + 2.0 * grown, 2.0 + qE);
-            mid[p] = ToFloat((byEffort + biomass) / 2.0);
-            if (m.DIYTCatch && t > measured)
-                total[p] = ToFloat(qE * mid[p]);
+            t.meanStock[p] = ToFloat((byEffort + biomass) / 2.0);
+            if (t.Projected(p))
+                t.totalCatch[p] = ToFloat(qE * t.meanStock[p]);
         }
-        const float next = ToFloat(grown + (static_cast<double>(biomass) - total[p]));
+        const float next = ToFloat(grown + (static_cast<double>(biomass) - t.totalCatch[p]));
         if (next < 0.0F) { // exactly 0 is no underflow here, unlike in the depletion models
             m.PopUnderflow = true;
-            std::fill(nt.begin() + static_cast<std::ptrdiff_t>(t),
-                      nt.begin() + static_cast<std::ptrdiff_t>(last), 0.0F);
-            break;
+            std::fill_n(t.stock.begin() + static_cast<std::ptrdiff_t>(p) + 1, t.periods - p, 0.0F);
+            return;
         }
-        if (toggledIn[p]) {
-            x[p] = effort[p] * (static_cast<double>(next) + biomass) / 2.0;
-            expected += x[p];
-        }
-        nt[t] = biomass = next;
+        t.ExpectCatch(p, (static_cast<double>(next) + biomass) / 2.0);
+        t.stock[p + 1] = biomass = next;
     }
-    m.EffMidPopSum = expected;
 }
 
 void clsProduction::CalcMinPop()
 {
-    WorkEsts = InitEsts;
-    m.MinPop = ToFloat(SmallestSurvivingStart(InitEsts.K, 0, [this](double k) {
-        WorkEsts.K = k;
-        CalcPopTraj();
-        return !m.PopUnderflow;
-    }));
-    WorkEsts = InitEsts;
-    CalcPopTraj();
+    SearchMinPop(0);
 }
 
 bool clsProduction::SolveStartK(Estimates& record)
 {
-    WorkEsts = record;
+    m.WorkEsts = record;
     CalcPopTraj();
     const bool survives = DoubleUntilItSurvives([this] {
-        WorkEsts.K *= 2.0;
+        m.WorkEsts.K *= 2.0;
         CalcPopTraj();
     });
     if (!survives)
         return false;
-    float hi = ToFloat(WorkEsts.K); // the bisection is in 32 bits throughout
+    float hi = ToFloat(m.WorkEsts.K); // the bisection is in 32 bits throughout
     float lo = 0.0F;
     for (int round = 0; round < kMostHalvings<float> && 0.01F * hi < hi - lo; ++round) {
         const float middle = (hi + lo) / 2.0F;
-        WorkEsts.K = static_cast<double>(middle);
+        m.WorkEsts.K = static_cast<double>(middle);
         CalcPopTraj();
         (m.PopUnderflow ? lo : hi) = middle;
     }
-    WorkEsts.K = static_cast<double>(hi);
+    m.WorkEsts.K = static_cast<double>(hi);
     CalcPopTraj();
-    WorkEsts.Q = LnFitComputeQ(m);
-    record = WorkEsts;
+    m.WorkEsts.Q = LnFitComputeQ(m);
+    record = m.WorkEsts;
     return true;
 }
 
@@ -253,38 +210,15 @@ double clsProduction::ExpectedMeanPop(int i) const
     return (static_cast<double>(m.Nt(i)) + m.Nt(i + 1)) / 2.0;
 }
 
-std::vector<NamedValue> clsProduction::InitEstimateValues() const
-{
-    return {{"K", InitEsts.K}, {"Q", InitEsts.Q}, {"R", InitEsts.R}};
-}
-
-bool clsProduction::InputStartingEsts()
-{
-    const modVeltGlobals::Globals& texts = TheRun().globals;
-    StartVals starts{.Param1Name = texts.K,
-                     .Param2Name = texts.R,
-                     .param1 = InitEsts.K,
-                     .param2 = InitEsts.R,
-                     .Fixed1 = Fixed1,
-                     .Fixed2 = Fixed2};
-    if (!TheRun().user.AskStartVals(starts))
-        return false;
-    Fixed1 = starts.Fixed1;
-    Fixed2 = starts.Fixed2;
-    InitEsts.K = starts.param1;
-    InitEsts.R = starts.param2;
-    return true;
-}
-
 void clsProduction::SetContourBounds()
 {
     constexpr double kFastGrowth = 1.5;
     constexpr double kSlowGrowth = 0.05;
     ContourRange& range = m_contours.range;
-    Estimates fast = InitEsts;
+    Estimates fast = m.InitEsts;
     fast.R = kFastGrowth;
     SolveStartK(fast);
-    Estimates slow = InitEsts;
+    Estimates slow = m.InitEsts;
     slow.R = kSlowGrowth;
     SolveStartK(slow);
     range.Param1Lo = ContourGrid::DecadeAround(fast.K).first;
@@ -300,21 +234,21 @@ bool clsProduction::InitEstimates()
     for (int t = 1; t <= m.NAPoints(); ++t)
         m.CatchVector(t) = m.data->CatchWt(t);
     SumDiscountedCatches(m);
-    InitEsts.R = 0.1;
-    InitEsts.K = static_cast<double>(m.TotCatchSum);
-    if (!SolveStartK(InitEsts)) {
+    m.InitEsts.R = 0.1;
+    m.InitEsts.K = static_cast<double>(m.TotCatchSum);
+    if (!SolveStartK(m.InitEsts)) {
         m.Excuse = excuse::kNoStart;
         return false;
     }
-    WorkEsts = InitEsts;
+    m.WorkEsts = m.InitEsts;
     CalcPopTraj();
-    WorkEsts.Q = LnFitComputeQ(m);
-    InitEsts = WorkEsts;
+    m.WorkEsts.Q = LnFitComputeQ(m);
+    m.InitEsts = m.WorkEsts;
     CalcMinPop();
     SetContourBounds();
-    WorkEsts = InitEsts;
+    m.WorkEsts = m.InitEsts;
     CalcPopTraj();
-    m.LsqSumSq = StartSumSq(InitEsts.Q);
+    m.LsqSumSq = StartSumSq(m.InitEsts.Q);
     return true;
 }
 
@@ -324,7 +258,7 @@ void clsProduction::AddYieldGraph()
     std::vector<double> x;
     std::vector<double> y;
     for (int i = 0; i < kPoints; ++i) {
-        x.push_back(i * FinalEstimates.K / (kPoints - 1));
+        x.push_back(i * m.FinalEsts.K / (kPoints - 1));
         const float biomass = ToFloat(x.back());
         // Under Fox the logarithm has no value at zero biomass; the curve starts at 0.
         y.push_back(biomass > 0.0F ? std::max(0.0, static_cast<double>(YieldOfBiomass(biomass))) : 0.0);

@@ -2,36 +2,31 @@
 #pragma once
 
 #include "engines/OriginRegress.h"
-#include "models/ContourGrid.h"
 #include "models/MethodCommon.h"
 
 #include <string>
 
-/// Surplus production: a biomass grows by a function of its own size and loses the catch. One class serves
-/// Fox (1970), Schaefer (1954) and Pella and Tomlinson (1969), told apart by WhichMeth 4, 5, 6. All catches
-/// are weights; natural mortality plays no part. K and R are searched together; Q has a closed form.
+/// Surplus production: a biomass grows by a function g of its own size, `LAG` periods ago, and loses the
+/// total catch T, both in weight; natural mortality plays no part. One class serves three models, told apart
+/// by WhichMeth 4, 5, 6:
+///
+///     N(1)   = InitDep K                              biomass at the start of a period
+///     N(t+1) = N(t) + g(N(t - LAG)) - T(t)
+///     C(t)   = q E(t) (N(t) + N(t+1)) / 2             expected catch, E effort
+///
+///     Fox 1970                      g(N) = r N ln(K / N)
+///     Schaefer 1954                 g(N) = r N (1 - N / K)
+///     Pella and Tomlinson 1969      g(N) = r N (1 - (N / K)^Z)
+///
+/// K and r, per period, are searched together; q has a closed form.
 class clsProduction : public MethodCommon
 {
 public:
-    struct Estimates {
-        double K = 0.0; ///< carrying capacity
-        double Q = 0.0; ///< catchability per unit of effort
-        double R = 0.0; ///< intrinsic growth rate per period
-        double Var = 0.0;
-    };
-
     clsProduction();
 
     std::string MethTitle() const override { return "PRODUCTION MODEL"; }
-    std::vector<double> FinalEsts() override;
     void CalcPopTraj() override;
     void CalcMinPop() override;
-    bool InputStartingEsts() override;
-    bool SetContourRanges() override { return m_contours.AskRanges(TheRun().user); }
-    bool PlotInitContours() override;
-    void CopyFinalToWorkEsts() override { WorkEsts = FinalEstimates; }
-    void CopyQANDFinalToWorkEsts() override;
-    void CopyBStrapsToWorkEsts(std::int16_t n) override;
     float Z() const override { return m_z; }
     void Z(float value) override { m_z = value; }
     void Create(clsVeltData& data) override;
@@ -52,13 +47,7 @@ public:
     /// \return false, with the record unchanged, when 99 doublings of K do not help
     bool SolveStartK(Estimates& record);
 
-    const Estimates& Work() const { return WorkEsts; }
-    void Work(const Estimates& estimates) { WorkEsts = estimates; }
-    void Final(const Estimates& estimates) { FinalEstimates = estimates; }
-    float MinPop() const { return m.MinPop; }
-    float MidPop(int i) const { return m.MidPop(i); }
-    double EffMidPop(int i) const { return m.EffMidPop(i); }
-    bool PopUnderflow() const { return m.PopUnderflow; }
+    void Final(const Estimates& estimates) { m.FinalEsts = estimates; }
     const ContourRange& Contours() const { return m_contours.range; }
 
     /// The three objectives, as the minimiser and the contour grid call them.
@@ -72,23 +61,19 @@ protected:
     void LnFinalEstimates() override;
     void GammaFinalEstimates() override;
     void LSQBootStraps() override;
-    void LnBootStraps() override;
-    void GammaBootStraps() override;
+    void DrawLogCatch() override;
+    void DrawGammaCatch() override;
+    SearchRange RefitRange() const override;
+    bool KeepRefit(int b) override;
+    void TakeMoments() override;
+    ContourWords WordsOfContours() const override;
+    void PrepareContours() override;
+    double GridValue(double K, double R) override;
     double Objective(std::span<const double> x) override;
     double FailedEvaluation() const override;
     double ExpectedMeanPop(int i) const override;
     void AddYieldGraph() override;
-    std::vector<NamedValue> InitEstimateValues() const override;
-    double FinalVar() const override { return FinalEstimates.Var; }
-    SearchedParameters Searched() const override
-    {
-        return {.count = 2, .estimate = {FinalEstimates.K, FinalEstimates.R}, .held = {Fixed1, Fixed2}};
-    }
-    WorkingEstimates Working() const override { return {WorkEsts.K, WorkEsts.Q, WorkEsts.R, WorkEsts.Var}; }
-    void Working(const WorkingEstimates& w) override
-    {
-        WorkEsts = {.K = w[0], .Q = w[1], .R = w[2], .Var = w[3]};
-    }
+    double Derived(model_table::Quantity quantity, const Estimates& of) const override;
     std::optional<Start> SurfaceStart(std::size_t number) override;
 
 private:
@@ -114,28 +99,22 @@ private:
     enum class MeanStock { Computed, LeftOut };
 
     void Follow(MeanStock meanStock);
+    /// Follows the trajectory of K and R. \return whether both are inside the domain of an objective
+    bool SurvivesAt(double K, double R);
     template <typename Growth>
     void FollowBy(const Growth& growth, bool withMean);
     float Production(float N, const Estimates& ests) const;
     void FillWeights();
-    void MomentStart();
     BestFit Search(const Scheme& scheme);
     void RunStart(int number, const Scheme& scheme, BestFit& best, std::string& whyNot);
-    double GridValue(double K, double R);
-    bool Refit(VELT_NelMead& minimiser, double secondR);
-    void StoreReplicate(int b, bool keepR);
+    SearchRange RangeOfStart(const Estimates& start, const Scheme& scheme) const;
+    void DrawLSQCatch();
     void SetContourBounds();
 
-    Estimates WorkEsts;
-    Estimates InitEsts;
-    Estimates FinalEstimates;
     static constexpr double RStarts[] = {0.1, 0.5, 1.0}; ///< values of R from which a search starts
-    bool Fixed1 = false;
-    bool Fixed2 = false;
     float m_z = 1.0F;
     OriginRegress m_line;
     Array1<double, clsVeltData::kRows> WeightVec, m_lineX, m_lineY;
     double m_startNu = 0.0; ///< moment start, restored by every bootstrap replicate
     double m_startBeta = 0.0;
-    ContourGrid m_contours;
 };

@@ -5,7 +5,6 @@
 #include "models/clsProduction.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
 
@@ -15,6 +14,8 @@ using checked::ToFloat;
 
 namespace
 {
+constexpr double kStepOfR = 0.5; // from a start to its second point
+
 /// Puts a value back at the end of a scope, also when the user cancels in it.
 class Restored
 {
@@ -43,15 +44,20 @@ void clsProduction::FillWeights()
     }
 }
 
+bool clsProduction::SurvivesAt(double K, double R)
+{
+    m_contours.PlotStep(m, K, R);
+    m.WorkEsts.K = K;
+    m.WorkEsts.R = R;
+    Follow(MeanStock::LeftOut);
+    return R > 0.0 && !m.PopUnderflow;
+}
+
 double clsProduction::MinLSQFunction(double K, double R)
 {
     if (K > kUpperLimit) // in 64 bits, unlike the other two
         return static_cast<double>(kFarPenalty);
-    m_contours.PlotStep(m, K, R);
-    WorkEsts.K = K;
-    WorkEsts.R = R;
-    Follow(MeanStock::LeftOut);
-    if (R <= 0.0 || m.PopUnderflow)
+    if (!SurvivesAt(K, R))
         return static_cast<double>(kPenalty);
     const auto periods = static_cast<std::size_t>(m.NAPoints());
     for (int t = 1; t <= m.NAPoints(); ++t) {
@@ -73,11 +79,7 @@ float clsProduction::MinLogFunction(float K, float R)
 {
     if (BeyondLimit(K))
         return kFarPenalty;
-    m_contours.PlotStep(m, K, R);
-    WorkEsts.K = static_cast<double>(K);
-    WorkEsts.R = static_cast<double>(R);
-    Follow(MeanStock::LeftOut);
-    if (R <= 0.0F || m.PopUnderflow)
+    if (!SurvivesAt(static_cast<double>(K), static_cast<double>(R)))
         return kFarPenalty;
     const float value = LnVarOfEvaluation(m);
     m.MinOK = true;
@@ -88,11 +90,7 @@ float clsProduction::MinGammaFunction(float K, float R)
 {
     if (BeyondLimit(K))
         return kFarPenalty;
-    m_contours.PlotStep(m, K, R);
-    WorkEsts.K = static_cast<double>(K);
-    WorkEsts.R = static_cast<double>(R);
-    Follow(MeanStock::LeftOut);
-    if (!(R > 0.0F) || m.PopUnderflow)
+    if (!SurvivesAt(static_cast<double>(K), static_cast<double>(R)))
         return kPenalty;
     const GammaProfile profile = GammaMinimisation(m);
     if (profile.failed)
@@ -121,21 +119,30 @@ double clsProduction::FailedEvaluation() const
     return static_cast<double>(m.FitOp == fit_op::kLog ? kFarPenalty : kPenalty);
 }
 
+/// r steps by a half whatever its size; a parameter that is held stays where the start was given.
+SearchRange clsProduction::RangeOfStart(const Estimates& start, const Scheme& scheme) const
+{
+    SearchRange range = RangeFrom(start);
+    range.second.R = start.R + kStepOfR;
+    range.upper = {scheme.upperK, scheme.upperR};
+    if (m.Fixed1)
+        range.start.K = m.InitEsts.K;
+    if (m.Fixed2)
+        range.start.R = m.InitEsts.R;
+    return range;
+}
+
 void clsProduction::RunStart(int number, const Scheme& scheme, BestFit& best, std::string& whyNot)
 {
     m.MinOK = false;
-    Estimates start = InitEsts;
+    Estimates start = m.InitEsts;
     if (!m.SetStartingEsts) {
         start.R = RStarts[number - 1];
         SolveStartK(start); // also where it fails the search starts from what the record holds
     }
-    m_contours.Mark(m, static_cast<ContourMark>(number), start.K, start.R);
+    MarkOnSurface(static_cast<ContourMark>(number), start);
     VELT_NelMead minimiser;
-    SetUpFinal(minimiser, 2);
-    minimiser.SetParameter(1, Fixed1 ? InitEsts.K : start.K, Fixed1 ? InitEsts.K : start.K * kSecondPoint,
-                           0.0, scheme.upperK);
-    minimiser.SetParameter(2, Fixed2 ? InitEsts.R : start.R, Fixed2 ? InitEsts.R : start.R + 0.5, 0.0,
-                           scheme.upperR);
+    SetUpFinal(minimiser, RangeOfStart(start, scheme));
     minimiser.Minimise();
     if (!minimiser.Converged() || !m.MinOK) {
         whyNot = ConvergenceText(minimiser, m.MinOK, TheRun().globals);
@@ -159,7 +166,7 @@ void clsProduction::RunStart(int number, const Scheme& scheme, BestFit& best, st
 
 clsProduction::BestFit clsProduction::Search(const Scheme& scheme)
 {
-    const int starts = !m.SetStartingEsts && !Fixed2 ? static_cast<int>(std::size(RStarts)) : 1;
+    const int starts = !m.SetStartingEsts && !m.Fixed2 ? static_cast<int>(std::size(RStarts)) : 1;
     BestFit best;
     std::string whyNot;
     for (int number = 1; number <= starts; ++number)
@@ -169,10 +176,10 @@ clsProduction::BestFit clsProduction::Search(const Scheme& scheme)
     KeepReport(best.value, best.evaluations, best.atBorder);
     if (best.notArrivedAt < best.value)
         m.notArrivedAt = best.notArrivedAt;
-    FinalEstimates = best.estimates;
-    m.QValue = FinalEstimates.Q;
-    m_contours.Mark(m, ContourMark::Final, FinalEstimates.K, FinalEstimates.R);
-    WorkEsts = FinalEstimates;
+    m.FinalEsts = best.estimates;
+    m.QValue = m.FinalEsts.Q;
+    MarkOnSurface(ContourMark::Final, m.FinalEsts);
+    m.WorkEsts = m.FinalEsts;
     CalcPopTraj();
     return best;
 }
@@ -183,7 +190,7 @@ void clsProduction::LSQFinalEstimates()
     const BestFit best = Search({.upperK = static_cast<double>(kFarPenalty),
                                  .upperR = static_cast<double>(kFarPenalty),
                                  .procedure = "_CalcLSQFinalEstimates"});
-    FinalEstimates.Var = best.value;
+    m.FinalEsts.Var = best.value;
     for (int t = 1; t <= m.NAPoints(); ++t) { // every period, whether included or not
         m.FittedVec(t) = ToFloat(m.EffMidPop(t) * m.QValue);
         m.ResidVec(t) =
@@ -196,17 +203,14 @@ void clsProduction::LnFinalEstimates()
     for (int t = 1; t <= m.NAPoints(); ++t)
         m.CatchVector(t) = m.data->CatchWt(t);
     Search({.upperK = kUpperLimit, .upperR = kUpperLimit, .procedure = "_CalcLnFinalEstimates"});
-    FinalEstimates.Q = m.QValue = LnFitComputeQ(m);
-    FinalEstimates.Var = static_cast<double>(LnVarForMinimisation(m));
-    FillLogResiduals(m, FinalEstimates.Q, [this](int i) { return ExpectedMeanPop(i); });
+    m.FinalEsts.Q = m.QValue = LnFitComputeQ(m);
+    m.FinalEsts.Var = static_cast<double>(LnVarForMinimisation(m));
+    FillLogResiduals(m, m.FinalEsts.Q, [this](int i) { return ExpectedMeanPop(i); });
 }
 
-void clsProduction::MomentStart()
+void clsProduction::TakeMoments()
 {
-    WorkEsts = InitEsts;
-    CalcPopTraj();
-    SumDiscountedCatches(m);
-    GammaMomentStart(m, InitEsts.Q, m.LsqSumSq);
+    MethodCommon::TakeMoments();
     m_startNu = m.GammaNu;
     m_startBeta = m.GammaBeta;
 }
@@ -215,24 +219,36 @@ void clsProduction::GammaFinalEstimates()
 {
     MomentStart();
     // The upper limits differ from those of the log search. Deliberate.
-    const BestFit best = Search({.upperK = Fixed1 ? kUpperLimit : static_cast<double>(kFarPenalty),
-                                 .upperR = Fixed2 ? kUpperLimit : static_cast<double>(kFarPenalty),
+    const BestFit best = Search({.upperK = m.Fixed1 ? kUpperLimit : static_cast<double>(kFarPenalty),
+                                 .upperR = m.Fixed2 ? kUpperLimit : static_cast<double>(kFarPenalty),
                                  .procedure = "_CalcGammaFinalEstimates"});
     m.GammaNu = best.nu;
     m.GammaBeta = best.beta;
-    FinalEstimates.Q = m.QValue = Div(m.GammaNu, m.GammaBeta);
-    FinalEstimates.Var = Div(1.0, m.GammaBeta);
-    WorkEsts = FinalEstimates;
+    m.FinalEsts.Q = m.QValue = Div(m.GammaNu, m.GammaBeta);
+    m.FinalEsts.Var = Div(1.0, m.GammaBeta);
+    m.WorkEsts = m.FinalEsts;
     CalcPopTraj();
     // A period toggled out gets 0 whichever way its catch lies, unlike in the depletion models. Deliberate.
     FillGammaPositions(
         m, [this](int i) { return m.EffMidPop(i) * m.GammaNu; }, [](int) { return 0.0F; });
 }
 
+MethodCommon::ContourWords clsProduction::WordsOfContours() const
+{
+    return {TheRun().globals.Minimisation, "_IMethod_PlotInitContours"};
+}
+
+void clsProduction::PrepareContours()
+{
+    MethodCommon::PrepareContours();
+    if (fit_op::IsLeastSquares(m.FitOp))
+        FillWeights();
+}
+
 double clsProduction::GridValue(double K, double R)
 {
     if (m.FitOp != fit_op::kWeightedLeastSquares)
-        return INelMead_MinFunc(std::array{K, R});
+        return MethodCommon::GridValue(K, R);
     // The grid has a surface for weighted least squares, although its search has none.
     try {
         return MinLSQFunction(K, R);
@@ -243,114 +259,68 @@ double clsProduction::GridValue(double K, double R)
     }
 }
 
-bool clsProduction::PlotInitContours()
+SearchRange clsProduction::RefitRange() const
 {
-    constexpr const char* kProcedure = "_IMethod_PlotInitContours";
-    if (!m_contours.HasRange())
-        return false;
-    return Traced(kProcedure, [this] {
-        if (m.FitOp == fit_op::kGamma)
-            MomentStart();
-        if (fit_op::IsLeastSquares(m.FitOp))
-            FillWeights();
-        const double nu = m.GammaNu;
-        const auto objective = [this, nu](double k, double r) {
-            m.GammaNu = nu; // every cell of the grid starts from the same shape
-            return GridValue(k, r);
-        };
-        m_contours.Draw(m, objective, TheRun().globals.Minimisation, kProcedure, Source(kProcedure));
-        m_contours.StartPath(InitEsts.K, InitEsts.R);
-        return true;
-    });
+    SearchRange range = RangeFrom(m.FinalEsts);
+    if (!fit_op::IsLeastSquares(m.FitOp))
+        range.second.R = m.FinalEsts.R + kStepOfR;
+    return range;
 }
 
-bool clsProduction::Refit(VELT_NelMead& minimiser, double secondR)
+void clsProduction::DrawLSQCatch()
 {
-    SetUpBootStrap(minimiser, 2);
-    const double k = FinalEstimates.K;
-    const double r = FinalEstimates.R;
-    minimiser.SetParameter(1, k, Fixed1 ? k : k * kSecondPoint, 0.0, kUpperLimit);
-    minimiser.SetParameter(2, r, Fixed2 ? r : secondR, 0.0, kUpperLimit);
-    minimiser.Minimise();
-    WorkEsts.K = minimiser.Estimate(1);
-    WorkEsts.R = minimiser.Estimate(2);
-    return minimiser.Converged();
-}
-
-void clsProduction::StoreReplicate(int b, bool keepR)
-{
-    if (WorkEsts.Q < 0.0) { // such a replicate stays in the sample, with these values
-        WorkEsts.Q = 0.0;
-        WorkEsts.K = static_cast<double>(kFarPenalty);
-        if (!keepR)
-            WorkEsts.R = 0.0;
+    for (int t = 1; t <= m.NAPoints(); ++t) {
+        if (!m.ToggledIn(t))
+            continue;
+        // The residual alone is divided by the root of the weight, unlike in the depletion models.
+        // Deliberate.
+        const float drawn = m.ResidVec(GetValidPtNo(m));
+        m.CatchVector(t) = ToFloat(Div(drawn, Sqrt(WeightVec(t))) + m.FittedVec(t));
     }
-    CalcPopTraj();
-    m_boot.BS(bs_param::kK, b, ToFloat(WorkEsts.K));
-    m_boot.BS(bs_param::kQ, b, ToFloat(WorkEsts.Q));
-    m_boot.BS(bs_param::kR, b, ToFloat(WorkEsts.R));
-    m_boot.BS(bs_param::kMSY, b, MSYOf(WorkEsts));
-    m_boot.BS(bs_param::kRYield, b, ProductionFunction(m.Nt(m.NDPoints() - m.LAG)));
+}
+
+void clsProduction::DrawLogCatch()
+{
+    ResampleLogCatch(m, Resample::ToggledIn);
+}
+
+void clsProduction::DrawGammaCatch()
+{
+    MethodCommon::DrawGammaCatch();
+    m.GammaNu = m_startNu;
+    m.GammaBeta = m_startBeta;
 }
 
 void clsProduction::LSQBootStraps()
 {
     FillWeights();
     const Restored q(m.QValue);
-    VELT_NelMead minimiser;
     // A cancel carries the name of the log routine. Deliberate.
-    RunReplicates(m, Source("_CalcLnBootStraps"), [this, &minimiser](int b) {
-        for (int t = 1; t <= m.NAPoints(); ++t) {
-            if (!m.ToggledIn(t))
-                continue;
-            // The residual alone is divided by the root of the weight, unlike in the depletion models.
-            // Deliberate.
-            const float drawn = m.ResidVec(GetValidPtNo(m));
-            m.CatchVector(t) = ToFloat(Div(drawn, Sqrt(WeightVec(t))) + m.FittedVec(t));
-        }
-        if (!Refit(minimiser, FinalEstimates.R * kSecondPoint))
-            return false;
-        WorkEsts.Q = m.QValue;
-        StoreReplicate(b, true);
-        return true;
-    });
+    RefitReplicates("_CalcLnBootStraps", [this] { DrawLSQCatch(); });
 }
 
-void clsProduction::LnBootStraps()
+bool clsProduction::KeepRefit(int b)
 {
-    VELT_NelMead minimiser;
-    RunReplicates(m, Source("_CalcLnBootStraps"), [this, &minimiser](int b) {
-        ResampleLogCatch(m, Resample::ToggledIn);
-        if (!Refit(minimiser, FinalEstimates.R + 0.5))
-            return false;
-        CalcPopTraj();
-        WorkEsts.Q = LnFitComputeQ(m);
-        StoreReplicate(b, false);
-        return true;
-    });
-}
-
-void clsProduction::GammaBootStraps()
-{
-    VELT_NelMead minimiser;
-    RunReplicates(m, Source("_CalcGammaBootStraps"), [this, &minimiser](int b) {
-        ResampleGammaCatch(m, m_gammaCatch);
-        SumDiscountedCatches(m);
-        m.GammaNu = m_startNu;
-        m.GammaBeta = m_startBeta;
-        if (!Refit(minimiser, FinalEstimates.R + 0.5))
-            return false;
-        WorkEsts.Q = Div(m.GammaNu, m.GammaBeta);
-        StoreReplicate(b, true);
-        return true;
-    });
+    const bool byLog = m.FitOp == fit_op::kLog;
+    if (byLog)
+        CalcPopTraj(); // q belongs to the estimates in 64 bits, not to the last evaluation
+    m.WorkEsts.Q = fit_op::IsLeastSquares(m.FitOp) ? m.QValue : RefittedQ();
+    if (m.WorkEsts.Q < 0.0) { // such a replicate stays in the sample, with these values
+        m.WorkEsts.Q = 0.0;
+        m.WorkEsts.K = static_cast<double>(kFarPenalty);
+        if (byLog)
+            m.WorkEsts.R = 0.0;
+    }
+    CalcPopTraj();
+    StoreReplicate(b);
+    return true;
 }
 
 std::optional<ISurfaceModel::Start> clsProduction::SurfaceStart(std::size_t number)
 {
     if (number >= std::size(RStarts))
         return std::nullopt;
-    Estimates start = InitEsts;
+    Estimates start = m.InitEsts;
     start.R = RStarts[number];
     SolveStartK(start); // where it fails the search starts from what the record holds, as a fit does
     return Start{start.K, start.R};

@@ -1,70 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "models/CatchRegression.h"
-#include "models/MethodCommon.h"
+#include "models/DepletionMethod.h"
 
-/// No recruitment: one closed cohort of N1 animals loses animals to natural mortality and to the recorded
-/// total catch, taken in the middle of each period (Pope 1972); the catch is q E(i) times the mean population
-/// of the period.
-class clsSingleCohort : public MethodCommon
+/// No recruitment: a closed cohort of N1 animals loses animals to natural mortality M, per period, and to the
+/// recorded total catch T, taken in the middle of each period (Pope 1972):
+///
+///     N(1)   = N1
+///     N(t+1) = exp(-M) N(t) - exp(-M/2) T(t)          stock at the start of a period, numbers
+///     B(t)   = exp(-M/2) N(t) - T(t) / 2              mean stock of the period
+///     C(t)   = q E(t) B(t)                            expected catch, E effort
+///
+/// N1 is searched. Rearranged, C(t) = q N1 x1(t) - q x2(t) with S(t) = T(t) + exp(-M) S(t-1):
+///
+///     x1 = E exp(-M (t - 1/2)),  x2 = E S - E T / 2   with M = 0 as Leslie and Davis 1939
+class clsSingleCohort : public DepletionMethod
 {
 public:
-    struct Estimates {
-        double N1 = 0.0; ///< population at the start of period 1
-        double Q = 0.0;  ///< catchability per unit of effort
-        double Var = 0.0;
-    };
-
     clsSingleCohort();
 
     std::string MethTitle() const override { return "NO RECRUITMENT MODEL"; }
-    std::vector<double> FinalEsts() override;
     void CalcPopTraj() override;
     void CalcMinPop() override;
-    bool InputStartingEsts() override;
-    void CopyFinalToWorkEsts() override { WorkEsts = FinalEstimates; }
-    void CopyQANDFinalToWorkEsts() override;
-    void CopyBStrapsToWorkEsts(std::int16_t n) override;
-
-    /// The estimates that the trajectory reads.
-    const Estimates& Work() const { return WorkEsts; }
-    void Work(const Estimates& estimates) { WorkEsts = estimates; }
-    float MinPop() const { return m.MinPop; }
-    bool PopUnderflow() const { return m.PopUnderflow; }
 
 protected:
-    bool InitEstimates() override;
-    void LSQFinalEstimates() override;
-    void LnFinalEstimates() override;
-    void GammaFinalEstimates() override;
-    void LSQBootStraps() override;
-    void LnBootStraps() override;
-    void GammaBootStraps() override;
-    double Objective(std::span<const double> x) override;
+    void BuildRegression() override;
+    float MinLogFunction(float n1, float) override;
+    float MinGammaFunction(float n1, float) override;
+    SearchRange RefitRange() const override;
+    bool KeepRegression(int b) override;
     double ExpectedMeanPop(int i) const override;
-    std::vector<NamedValue> InitEstimateValues() const override;
-    double FinalVar() const override { return FinalEstimates.Var; }
-    SearchedParameters Searched() const override { return {.count = 1, .estimate = {FinalEstimates.N1}}; }
-    WorkingEstimates Working() const override { return {WorkEsts.N1, WorkEsts.Q, 0.0, WorkEsts.Var}; }
-    void Working(const WorkingEstimates& w) override { WorkEsts = {.N1 = w[0], .Q = w[1], .Var = w[3]}; }
-    void RunTrajectoryAt(std::span<const double> x) override
-    {
-        WorkEsts.N1 = x[0];
-        CalcPopTraj();
-    }
-    std::span<const double> RegressionWeights() const override { return m_regression.Weights(); }
-
-private:
-    void BuildRegression();
-    float MinLogFunction(float x);
-    float MinGammaFunction(float x);
-    /// Minimises over N1 from `start`; leaves the estimate in WorkEsts.N1.
-    void Search(double start, const char* procedure);
-
-    Estimates WorkEsts;
-    Estimates InitEsts;
-    Estimates FinalEstimates;
-    CatchRegression m_regression{2};
-    VELT_NelMead m_bootMinimiser; ///< one for all replicates of a run
 };

@@ -57,10 +57,10 @@ struct Fitted : ModelBench<Model> {
 template <typename Model>
 struct Everything {
     explicit Everything(Fitted<Model>& bench)
-        : state(bench.model.m), working(bench.model.Working()),
-          settings(bench.run.globals.settings.LastEvaluations), naPoints(bench.data.NAPoints()),
-          nntPoints(bench.data.NNtPoints()), ndPoints(bench.data.NDPoints()), included(bench.data.Included()),
-          toggledIn(bench.data.ToggledIn()), dirty(bench.data.IsDirty()), graphs(bench.window.graphs.size())
+        : state(bench.model.m), settings(bench.run.globals.settings.LastEvaluations),
+          naPoints(bench.data.NAPoints()), nntPoints(bench.data.NNtPoints()), ndPoints(bench.data.NDPoints()),
+          included(bench.data.Included()), toggledIn(bench.data.ToggledIn()), dirty(bench.data.IsDirty()),
+          graphs(bench.window.graphs.size())
     {
         for (int column = columns::kFirst; column <= columns::kLast; ++column)
             table(column) = bench.data.Column(column);
@@ -68,7 +68,6 @@ struct Everything {
     bool operator==(const Everything&) const = default;
 
     ModelState state;
-    ISurfaceModel::WorkingEstimates working;
     Array1<clsVeltData::Series, columns::kLast> table;
     std::int32_t settings, naPoints, nntPoints, ndPoints;
     clsVeltData::Flags included, toggledIn;

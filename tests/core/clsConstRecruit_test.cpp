@@ -48,7 +48,7 @@ void Walk(ConstBench& bench, double k, double mort, double initDep = 1.0, double
 {
     bench.model.Mort(static_cast<float>(mort));
     bench.model.InitDep(static_cast<float>(initDep));
-    bench.model.Work({k, q, 0.0});
+    bench.model.Work({.K = k, .Q = q});
     bench.model.CalcPopTraj();
 }
 
@@ -159,7 +159,7 @@ TEST(clsConstRecruit, WithoutMortalityItIsTheClosedModelOfTheStartingProportion)
     ModelBench<clsSingleCohort> closed(table);
 
     Walk(recruited, 40000.0, 0.0, 0.5);
-    closed.model.Work({20000.0, 0.1, 0.0});
+    closed.model.Work({.N1 = 20000.0, .Q = 0.1});
     closed.model.CalcPopTraj();
     for (std::int16_t i = 1; i <= 13; ++i)
         EXPECT_EQ(recruited.model.Nt(i), closed.model.Nt(i)) << i;

@@ -271,7 +271,7 @@ TEST_F(Production, AModelNumberOutside4To6ProducesNothing)
 // Fox 400 / e = 147.151776; Schaefer 400 / 4 = 100; Pella-Tomlinson at Z = 1 the same.
 TEST_F(Production, TheMaximumSustainableYieldOfEachModel)
 {
-    const clsProduction::Estimates record{.K = 1000.0, .R = 0.4};
+    const Estimates record{.K = 1000.0, .R = 0.4};
     const double expected[] = {147.151776, 100.0, 100.0};
     for (std::size_t i = 0; i < kModels.size(); ++i) {
         model.WhichMeth(kModels[i]);
@@ -283,7 +283,7 @@ TEST_F(Production, TheMaximumSustainableYieldOfEachModel)
 // 400 m (1 - m^2) = 153.9601. Deliberate.
 TEST_F(Production, ThePellaTomlinsonYieldDiffersFromThePeakOfItsProductionFunctionUnlessZIs1)
 {
-    const clsProduction::Estimates record{.K = 1000.0, .R = 0.4};
+    const Estimates record{.K = 1000.0, .R = 0.4};
     model.WhichMeth(models::kPellaTomlinson);
     model.Z(2.0F);
     EXPECT_NEAR(model.MSYOf(record), 97.6068, 1e-4);
@@ -302,7 +302,7 @@ TEST_F(Production, PellaTomlinsonWithZ1EqualsSchaeferToTheBit)
         Table(std::vector<float>(catches.size(), 10.0F), catches);
         Prepare(models::kSchaefer, fit_op::kLeastSquares, static_cast<std::int16_t>(set % 4), 1.0F,
                 static_cast<float>(unit(draw)));
-        const clsProduction::Estimates record{
+        const Estimates record{
             .K = 200.0 + 2000.0 * unit(draw), .Q = 0.01 * unit(draw), .R = 1.5 * unit(draw)};
         model.Work(record);
         model.CalcPopTraj();
@@ -333,8 +333,7 @@ TEST_F(Production, MoreCatchNeverGivesMoreBiomassWhereTheStepIsMonotone)
         const double z = 0.2 + 2.0 * unit(draw);
         const std::int32_t whichMeth = kModels[static_cast<std::size_t>(set) % 3];
         const double limit = whichMeth == models::kPellaTomlinson ? std::min(1.0, 1.0 / z) : 1.0;
-        const clsProduction::Estimates record{
-            .K = 500.0 + 1000.0 * unit(draw), .Q = 0.001, .R = 0.95 * limit * unit(draw)};
+        const Estimates record{.K = 500.0 + 1000.0 * unit(draw), .Q = 0.001, .R = 0.95 * limit * unit(draw)};
         std::vector<float> less;
         std::vector<float> more;
         for (int t = 0; t < periods; ++t) {
@@ -367,7 +366,7 @@ TEST_F(Production, TheStartIsTheSmallestKThatSurvivesToOnePercent)
         for (const double r : {0.05, 0.1, 0.5, 1.0}) {
             Table(std::vector<float>(catches.size(), 10.0F), catches);
             Prepare(whichMeth, fit_op::kLeastSquares, 1, 2.0F);
-            clsProduction::Estimates record{.K = 10.0, .R = r};
+            Estimates record{.K = 10.0, .R = r};
             ASSERT_TRUE(model.SolveStartK(record));
             const double smallest =
                 KnownStock{.whichMeth = whichMeth, .R = r, .Z = 2.0, .lag = 1}.SmallestK(catches);
@@ -383,7 +382,7 @@ TEST_F(Production, TheCatchabilityOfTheStartIsTheGeometricMean)
     Table({10.0F, 20.0F, 40.0F}, {50.0F, 70.0F, 90.0F});
     Prepare(models::kSchaefer);
     data.ToggledIn(3, false);
-    clsProduction::Estimates record{.K = 1000.0, .R = 0.3};
+    Estimates record{.K = 1000.0, .R = 0.3};
     ASSERT_TRUE(model.SolveStartK(record));
     EXPECT_NEAR(record.Q, std::sqrt(50.0 / model.EffMidPop(1) * 70.0 / model.EffMidPop(2)), 1e-9 * record.Q);
 }
@@ -391,7 +390,7 @@ TEST_F(Production, TheCatchabilityOfTheStartIsTheGeometricMean)
 TEST_F(Production, NinetyNineDoublingsThatDoNotHelpLeaveTheRecordAsItWas)
 {
     HundredAPeriod(models::kSchaefer, 0, 1.0F, 0.0F); // without a start no K survives
-    clsProduction::Estimates record{.K = 3.0, .Q = 4.0, .R = 0.5, .Var = 6.0};
+    Estimates record{.K = 3.0, .Q = 4.0, .R = 0.5, .Var = 6.0};
     EXPECT_FALSE(model.SolveStartK(record));
     EXPECT_EQ(record.K, 3.0);
     EXPECT_EQ(record.Q, 4.0);
@@ -403,12 +402,12 @@ TEST_F(Production, TheNinetyEighthDoublingCanHelpAndTheNinetyNinthCannot)
 {
     HundredAPeriod(models::kSchaefer);
     const double smallest = KnownStock{.R = 0.5}.SmallestK({100.0F, 100.0F, 100.0F, 100.0F});
-    clsProduction::Estimates helped{.K = std::ldexp(1.5 * smallest, -98), .R = 0.5};
+    Estimates helped{.K = std::ldexp(1.5 * smallest, -98), .R = 0.5};
     EXPECT_TRUE(model.SolveStartK(helped));
     EXPECT_NEAR(helped.K, smallest, 0.0101 * smallest);
 
     const double before = std::ldexp(1.5 * smallest, -99);
-    clsProduction::Estimates late{.K = before, .R = 0.5};
+    Estimates late{.K = before, .R = 0.5};
     EXPECT_FALSE(model.SolveStartK(late));
     EXPECT_EQ(late.K, before);
 }
@@ -439,7 +438,7 @@ TEST_F(Production, CatchesNearTheSmallestFloatEndTheSearchForAStart)
     const float smallest = std::numeric_limits<float>::denorm_min();
     Table(std::vector<float>(4, 1.0F), std::vector<float>(4, smallest));
     Prepare(models::kSchaefer);
-    clsProduction::Estimates record{.K = static_cast<double>(8.0F * smallest), .R = 0.1};
+    Estimates record{.K = static_cast<double>(8.0F * smallest), .R = 0.1};
     ASSERT_TRUE(model.SolveStartK(record));
     EXPECT_GE(record.K, static_cast<double>(4.0F * smallest)); // four catches of 1.4e-45, and no growth left
     EXPECT_LE(record.K, static_cast<double>(8.0F * smallest));
@@ -451,7 +450,7 @@ TEST_F(Production, WithoutCatchesTheSmallestKIsNothingAndThatHasNoGrowth)
 {
     Table({1.0F, 1.0F, 1.0F}, {0.0F, 0.0F, 0.0F});
     Prepare(models::kSchaefer);
-    clsProduction::Estimates record{.K = static_cast<double>(std::numeric_limits<float>::max()), .R = 0.0};
+    Estimates record{.K = static_cast<double>(std::numeric_limits<float>::max()), .R = 0.0};
     EXPECT_EQ(NumberRaised([&] { model.SolveStartK(record); }), errors::kInvalidArgument);
     EXPECT_EQ(model.Work().K, 0.0);
 }

@@ -59,7 +59,7 @@ TableBuilder FleetOf(double n1, double q, double lambda, std::vector<double> tot
 void Walk(IndexBench& bench, double n1, double lambda, double mort = kLn4, double q = 0.5)
 {
     bench.model.Mort(static_cast<float>(mort));
-    bench.model.Work({n1, q, lambda, 0.0});
+    bench.model.Work({.N1 = n1, .Q = q, .Lambda = lambda});
     bench.model.CalcPopTraj();
 }
 
@@ -472,7 +472,7 @@ TEST(clsRecruitINdex, TheMomentStartOfTheShapeDiffersFromTheOtherModels)
     ASSERT_TRUE(bench.model.InputStartingEsts());
     EXPECT_NE(FailureOf([&] { bench.Finish(); }), 0U);
     const double q = bench.model.Details().initEsts.at(1).value;
-    bench.model.Work({6000.0, q, 1500.0, 0.0});
+    bench.model.Work({.N1 = 6000.0, .Q = q, .Lambda = 1500.0});
     bench.model.CalcPopTraj();
     EXPECT_DOUBLE_EQ(bench.model.m.GammaNu, q * (bench.model.EffMidPopSum() * q / bench.model.m.LsqSumSq));
 

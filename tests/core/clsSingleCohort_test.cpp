@@ -38,7 +38,7 @@ TableBuilder Simulated(double scatter = 0.0)
 void Walk(SingleBench& bench, double n1, double mort = 0.0, double q = 0.1)
 {
     bench.model.Mort(static_cast<float>(mort));
-    bench.model.Work({n1, q, 0.0});
+    bench.model.Work({.N1 = n1, .Q = q});
     bench.model.CalcPopTraj();
 }
 

@@ -109,7 +109,6 @@ public:
     using Model::m_gammaCatch;
     using Model::Objective;
     using Model::Searched;
-    using Model::Working;
 };
 
 /// One model on one data set, with all the ports.
