@@ -1,29 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A user may bring catch in weight, in numbers or as an index, with or without mean weight. The models want
 // catch, effort and total catch in one form; what can be derived is derived here.
+#include "data/ColumnConversions.h"
+
 #include "base/Checked.h"
 #include "base/StringTable.h"
-#include "data/clsVeltData.h"
 
 #include <cmath>
 #include <string>
 
 namespace
 {
-using Series = clsVeltData::Series;
-using Flags = clsVeltData::Flags;
-constexpr float kMissing = clsVeltData::kMissing;
-constexpr int kRows = clsVeltData::kRows;
+using Series = DataTable::Series;
+constexpr float kMissing = DataTable::kMissing;
 constexpr int kGridTitles = 1844; // the title of column 1 is the next text
-
-/// The table as the steps work on it, apart from the data set.
-struct Table {
-    Array1<Series, columns::kLast> db;
-    Array1<bool, columns::kLast> present;
-
-    bool Has(int column) const { return present(column); }
-    bool HasBoth(int a, int b) const { return present(a) && present(b); }
-};
 
 float Times(float a, float b)
 {
@@ -38,10 +28,10 @@ float Over(float a, float b)
 /// Marks `column` present and sets every row of it to derive(row). \throws VeltError what the arithmetic
 /// raised, with the column and the row named.
 template <typename Derive>
-void Fill(Table& t, int column, const Derive& derive)
+void Fill(DataTable& t, int column, const Derive& derive)
 {
     t.present(column) = true;
-    for (int row = 1; row <= kRows; ++row) {
+    for (int row = 1; row <= DataTable::kRows; ++row) {
         try {
             t.db(column)(row) = derive(row);
         } catch (const VeltError& error) {
@@ -54,21 +44,21 @@ void Fill(Table& t, int column, const Derive& derive)
 }
 
 /// An index is a catch taken with one unit of effort; it replaces what stood in those two columns.
-void IndexAsCatchRate(Table& t)
+void IndexAsCatchRate(DataTable& t)
 {
     using namespace columns;
-    if (!t.Has(AbundIndex))
+    if (!t.present(AbundIndex))
         return;
     const Series& index = t.db(AbundIndex);
     Fill(t, CatchWt, [&](int r) { return index(r); });
     Fill(t, Effort, [&](int r) { return index(r) == kMissing ? kMissing : 1.0F; });
 }
 
-void CatchInNumbers(Table& t)
+void CatchInNumbers(DataTable& t)
 {
     using namespace columns;
-    const bool byWeight = t.HasBoth(CatchWt, MeanWt);
-    if (!(byWeight || t.Has(TotCatchNums)) || !t.Has(Effort) || t.Has(CatchNums))
+    const bool byWeight = t.present(CatchWt) && t.present(MeanWt);
+    if (!(byWeight || t.present(TotCatchNums)) || !t.present(Effort) || t.present(CatchNums))
         return;
     if (byWeight) {
         // Deliberately without a look at missing values: two of them give 1.
@@ -79,11 +69,11 @@ void CatchInNumbers(Table& t)
     }
 }
 
-void CatchInWeight(Table& t)
+void CatchInWeight(DataTable& t)
 {
     using namespace columns;
-    const bool byNumbers = t.HasBoth(CatchNums, MeanWt);
-    if (!(t.Has(TotCatchWt) || byNumbers) || t.Has(CatchWt))
+    const bool byNumbers = t.present(CatchNums) && t.present(MeanWt);
+    if (!(t.present(TotCatchWt) || byNumbers) || t.present(CatchWt))
         return;
     if (byNumbers)
         Fill(t, CatchWt, [&](int r) { return Times(t.db(MeanWt)(r), t.db(CatchNums)(r)); });
@@ -91,10 +81,10 @@ void CatchInWeight(Table& t)
         Fill(t, CatchWt, [&](int r) { return t.db(TotCatchWt)(r); });
 }
 
-void WeightOfCatchInNumbers(Table& t)
+void WeightOfCatchInNumbers(DataTable& t)
 {
     using namespace columns;
-    if (!t.Has(CatchNums) || t.Has(CatchWt))
+    if (!t.present(CatchNums) || t.present(CatchWt))
         return;
     Fill(t, CatchWt, [&](int r) {
         const float numbers = t.db(CatchNums)(r);
@@ -102,10 +92,10 @@ void WeightOfCatchInNumbers(Table& t)
     });
 }
 
-void NumbersOfCatchInWeight(Table& t)
+void NumbersOfCatchInWeight(DataTable& t)
 {
     using namespace columns;
-    if (!t.Has(CatchWt) || t.Has(CatchNums))
+    if (!t.present(CatchWt) || t.present(CatchNums))
         return;
     Fill(t, CatchNums, [&](int r) {
         const float weight = t.db(CatchWt)(r);
@@ -114,10 +104,10 @@ void NumbersOfCatchInWeight(Table& t)
     });
 }
 
-void TotalCatchInWeight(Table& t)
+void TotalCatchInWeight(DataTable& t)
 {
     using namespace columns;
-    if (!t.Has(TotCatchNums) || t.Has(TotCatchWt))
+    if (!t.present(TotCatchNums) || t.present(TotCatchWt))
         return;
     // Deliberate: the total in numbers decides which rows count, the weight is that of CatchNums.
     Fill(t, TotCatchWt, [&](int r) {
@@ -125,10 +115,10 @@ void TotalCatchInWeight(Table& t)
     });
 }
 
-void TotalCatchInNumbers(Table& t)
+void TotalCatchInNumbers(DataTable& t)
 {
     using namespace columns;
-    if (!t.Has(TotCatchWt) || t.Has(TotCatchNums))
+    if (!t.present(TotCatchWt) || t.present(TotCatchNums))
         return;
     Fill(t, TotCatchNums, [&](int r) {
         const float weight = t.db(TotCatchWt)(r);
@@ -137,12 +127,12 @@ void TotalCatchInNumbers(Table& t)
 }
 
 /// The steps in their order; each sees what those before it made present.
-void DeriveColumns(Table& t)
+void DeriveColumns(DataTable& t)
 {
     IndexAsCatchRate(t);
     CatchInNumbers(t);
     CatchInWeight(t);
-    if (!t.Has(columns::MeanWt))
+    if (!t.present(columns::MeanWt))
         return;
     WeightOfCatchInNumbers(t);
     NumbersOfCatchInWeight(t);
@@ -151,24 +141,19 @@ void DeriveColumns(Table& t)
 }
 
 /// Rows with usable effort are included, also those with an effort of 0; the others leave the fit.
-/// \return number of rows that stay toggled in
-std::int32_t SelectRows(const Series& effort, Flags& included, Flags& toggledIn)
+void SelectRows(DataTable& t)
 {
-    std::int32_t rows = 0;
-    for (int r = 1; r <= kRows; ++r) {
-        included(r) = std::isfinite(effort(r)) && effort(r) >= 0.0F;
-        toggledIn(r) = toggledIn(r) && included(r);
-        rows += toggledIn(r) ? 1 : 0;
+    t.nntPoints = 0;
+    for (int r = 1; r <= DataTable::kRows; ++r) {
+        const float effort = t.db(columns::Effort)(r);
+        t.Include(r, std::isfinite(effort) && effort >= 0.0F);
+        t.nntPoints += t.toggledIn(r) ? 1 : 0;
     }
-    return rows;
 }
 } // namespace
 
-void clsVeltData::DoColumnConversions()
+void ConvertColumns(DataTable& table)
 {
-    Table table{.db = m_db, .present = m_colPresent};
     DeriveColumns(table);
-    m_db = table.db;
-    m_colPresent = table.present;
-    m_nntPoints = SelectRows(m_db(columns::Effort), m_included, m_toggledIn);
+    SelectRows(table);
 }

@@ -4,82 +4,82 @@
 #include "base/Checked.h"
 #include "base/StringTable.h"
 #include "base/Utilities.h"
+#include "data/ColumnConversions.h"
 
 #include <algorithm>
 
-clsVeltData::clsVeltData(Run& run)
-    : m_run(run), m_db(Series(kMissing)), m_colFormat(std::string("0")), m_toggledIn(true)
-{
-}
+clsVeltData::clsVeltData(Run& run) : m_run(run) {}
 
 float clsVeltData::DB(int column, int row) const
 {
     if (column < columns::kFirst || column > columns::kLast)
         return 0.0F; // deliberate: an unknown column is no failure here
-    return m_db(column)(row);
+    return m_table.db(column)(row);
 }
 
 void clsVeltData::DB(int column, int row, float value)
 {
     if (column < columns::kFirst || column > columns::kLast)
         return;
-    m_db(column)(row) = value;
+    m_table.db(column)(row) = value;
     m_isDirty = true;
 }
 
 const clsVeltData::Series& clsVeltData::Column(int column) const
 {
-    return m_db(column);
+    return m_table.db(column);
 }
 
 std::string clsVeltData::ColFormat(int column) const
 {
-    return Trim(m_colFormat(column));
+    return Trim(m_table.format(column));
 }
 
 void clsVeltData::ColFormat(int column, const std::string& format)
 {
-    Set(m_colFormat(column), PadString(format, kFormatWidth));
+    Set(m_table.format(column), PadString(format, kFormatWidth));
 }
 
 std::int16_t clsVeltData::NumDPs(int row) const
 {
-    return checked::ToInt16(m_numDPs(row));
+    return checked::ToInt16(m_table.numDPs(row));
 }
 
 void clsVeltData::NumDPs(int row, std::int16_t value)
 {
-    Set(m_numDPs(row), std::int32_t{value});
+    Set(m_table.numDPs(row), std::int32_t{value});
 }
 
 void clsVeltData::DecPlaces(int column, std::int32_t value)
 {
-    Set(m_decPlaces(column), value);
+    Set(m_table.decPlaces(column), value);
 }
 
 void clsVeltData::Reset()
 {
     for (int column = columns::kFirst; column <= columns::kLast; ++column) {
         if (DBSysOnly(column))
-            m_colPresent(column) = false;
+            m_table.present(column) = false;
     }
 }
 
 void clsVeltData::ClearSystemColumn(int column)
 {
-    m_colPresent(column) = false;
-    m_db(column).Fill(0.0F);
+    m_table.present(column) = false;
+    m_table.db(column).Fill(0.0F);
 }
 
 bool clsVeltData::CheckRqCols(std::span<const int> wanted) const
 {
     return !wanted.empty() &&
-           std::all_of(wanted.begin(), wanted.end(), [this](int column) { return m_colPresent(column); });
+           std::all_of(wanted.begin(), wanted.end(), [this](int column) { return m_table.present(column); });
 }
 
-int clsVeltData::ShownRows() const
+void clsVeltData::DoColumnConversions()
 {
-    return std::clamp(static_cast<int>(m_timeInts), 0, kRows);
+    DataTable converted = m_table; // aside: a conversion that fails changes nothing
+    ConvertColumns(converted);
+    m_table = std::move(converted);
 }
 
 void clsVeltData::AddProjScenario(clsProjScenario scenario, std::string_view key)

@@ -3,7 +3,7 @@
 
 #include "base/Array1.h"
 #include "base/Run.h"
-#include "data/Columns.h"
+#include "data/DataTable.h"
 #include "data/KeyedList.h"
 #include "data/Moment.h"
 #include "data/clsFit.h"
@@ -27,17 +27,22 @@
 class clsVeltData
 {
 public:
-    static constexpr int kRows = 200;
-    static constexpr float kMissing = -1.0F; ///< the one mark of an absent value; a true -1 cannot be stored
+    static constexpr int kRows = DataTable::kRows;
+    static constexpr float kMissing = DataTable::kMissing;
     static constexpr std::size_t kFormatWidth = 20;
     static constexpr std::size_t kDescriptionWidth = 40; ///< characters that survive a save
 
-    using Series = Array1<float, kRows>;
-    using Flags = Array1<bool, kRows>;
+    using Series = DataTable::Series;
+    using Flags = DataTable::Flags;
     using LoggedFits = KeyedList<clsFit, clsFit::kNameWidth>;
     using ProjScenarios = KeyedList<clsProjScenario, clsProjScenario::kTitleWidth>;
 
     explicit clsVeltData(Run& run);
+
+    /// The table as a value. Putting another in its place does not mark the data set as changed: whoever does
+    /// it knows whether it is a change.
+    const DataTable& Table() const { return m_table; }
+    void Table(DataTable table) { m_table = std::move(table); }
 
     // By number. A column outside 1 to 15 reads 0 and takes nothing.
     float DB(int column, int row) const;
@@ -49,225 +54,84 @@ public:
     static bool DBSysOnly(int column) { return columns::IsSystem(column); }
     std::int16_t NumDPs(int row) const;
     void NumDPs(int row, std::int16_t value);
-    std::int32_t DecPlaces(int column) const { return m_decPlaces(column); }
+    std::int32_t DecPlaces(int column) const { return m_table.decPlaces(column); }
     void DecPlaces(int column, std::int32_t value);
-    bool ColPresent(int column) const { return m_colPresent(column); }
-    void ColPresent(int column, bool present) { m_colPresent(column) = present; }
+    bool ColPresent(int column) const { return m_table.present(column); }
+    void ColPresent(int column, bool present) { m_table.present(column) = present; }
 
     // Which rows take part: Included, the data allow it; ToggledIn, the user lets it.
-    bool Included(int row) const { return m_included(row); }
-    void Included(int row, bool value) { m_included(row) = value; }
-    const Flags& Included() const { return m_included; }
-    bool ToggledIn(int row) const { return m_toggledIn(row); }
-    void ToggledIn(int row, bool value) { m_toggledIn(row) = value; }
-    const Flags& ToggledIn() const { return m_toggledIn; }
-
-    // By name. These do not mark the data set as changed, so that a fit leaves it as it was.
-#define VELT_SERIES(Name)                                                                                    \
-    float Name(int row) const                                                                                \
-    {                                                                                                        \
-        return m_db(columns::Name)(row);                                                                     \
-    }                                                                                                        \
-    void Name(int row, float value)                                                                          \
-    {                                                                                                        \
-        m_db(columns::Name)(row) = value;                                                                    \
-    }                                                                                                        \
-    const Series& Name() const                                                                               \
-    {                                                                                                        \
-        return m_db(columns::Name);                                                                          \
-    }
-    VELT_SERIES(PopNums)
-    VELT_SERIES(PopWt)
-    VELT_SERIES(ExpCatchNums)
-    VELT_SERIES(ExpCatchWt)
-    VELT_SERIES(ObsCPUE)
-    VELT_SERIES(ExpCPUE)
-    VELT_SERIES(RecruitIndex)
-    VELT_SERIES(VarAbundIndex)
-    VELT_SERIES(AbundIndex)
-    VELT_SERIES(CatchNums)
-    VELT_SERIES(CatchWt)
-    VELT_SERIES(Effort)
-    VELT_SERIES(MeanWt)
-    VELT_SERIES(TotCatchNums)
-    VELT_SERIES(TotCatchWt)
-#undef VELT_SERIES
+    bool Included(int row) const { return m_table.included(row); }
+    void Included(int row, bool value) { m_table.included(row) = value; }
+    const Flags& Included() const { return m_table.included; }
+    bool ToggledIn(int row) const { return m_table.toggledIn(row); }
+    void ToggledIn(int row, bool value) { m_table.toggledIn(row) = value; }
+    const Flags& ToggledIn() const { return m_table.toggledIn; }
+    /// See DataTable; the user's own choice, so no change of the data.
+    void Include(int row, bool usable) { m_table.Include(row, usable); }
+    void Toggle(int row) { m_table.Toggle(row); }
+    void ToggleOut(int row) { m_table.ToggleOut(row); }
 
     // Counters and labels; "dirty" behind those that mark the data set as changed when set.
-    std::int32_t TimeInts() const
-    {
-        return m_timeInts;
-    }
-    void TimeInts(std::int32_t value)
-    {
-        Set(m_timeInts, value);
-    } // dirty
-    std::int32_t ProjNum() const
-    {
-        return m_projNum;
-    }
-    void ProjNum(std::int32_t value)
-    {
-        Set(m_projNum, value);
-    } // dirty
-    std::int32_t MaxTimeP() const
-    {
-        return m_maxTimeP;
-    }
-    void MaxTimeP(std::int32_t value)
-    {
-        Set(m_maxTimeP, value);
-    } // dirty
-    std::int32_t MinTimeP() const
-    {
-        return m_minTimeP;
-    }
-    void MinTimeP(std::int32_t value)
-    {
-        Set(m_minTimeP, value);
-    } // dirty
-    const std::string& DSDesc() const
-    {
-        return m_dsDesc;
-    }
-    void DSDesc(std::string text)
-    {
-        Set(m_dsDesc, std::move(text));
-    } // dirty
-    const std::string& DSFName() const
-    {
-        return m_dsFName;
-    }
-    void DSFName(std::string path)
-    {
-        m_dsFName = std::move(path);
-    }
-    std::int32_t NAPoints() const
-    {
-        return m_naPoints;
-    }
-    void NAPoints(std::int32_t value)
-    {
-        m_naPoints = value;
-    }
-    /// Setting it marks the data set as changed, so that a projection alone leads to the question on Close.
-    std::int32_t OrigNAPoints() const
-    {
-        return m_origNAPoints;
-    }
-    void OrigNAPoints(std::int32_t value)
-    {
-        Set(m_origNAPoints, value);
-    } // dirty
-    std::int32_t NNtPoints() const
-    {
-        return m_nntPoints;
-    }
-    void NNtPoints(std::int32_t value)
-    {
-        m_nntPoints = value;
-    }
-    std::int32_t NumScens() const
-    {
-        return m_numScens;
-    }
-    void NumScens(std::int32_t value)
-    {
-        Set(m_numScens, value);
-    } // dirty
-    std::int32_t NumPts() const
-    {
-        return m_numPts;
-    }
-    void NumPts(std::int32_t value)
-    {
-        m_numPts = value;
-    }
-    std::int32_t NDPoints() const
-    {
-        return m_ndPoints;
-    }
-    void NDPoints(std::int32_t value)
-    {
-        m_ndPoints = value;
-    }
+    std::int32_t TimeInts() const { return m_table.timeInts; }
+    void TimeInts(std::int32_t value) { Set(m_table.timeInts, value); } // dirty
+    std::int32_t ProjNum() const { return m_projNum; }
+    void ProjNum(std::int32_t value) { Set(m_projNum, value); } // dirty
+    std::int32_t MaxTimeP() const { return m_table.maxTimeP; }
+    void MaxTimeP(std::int32_t value) { Set(m_table.maxTimeP, value); } // dirty
+    std::int32_t MinTimeP() const { return m_table.minTimeP; }
+    void MinTimeP(std::int32_t value) { Set(m_table.minTimeP, value); } // dirty
+    const std::string& DSDesc() const { return m_dsDesc; }
+    void DSDesc(std::string text) { Set(m_dsDesc, std::move(text)); } // dirty
+    const std::string& DSFName() const { return m_dsFName; }
+    void DSFName(std::string path) { m_dsFName = std::move(path); }
+    std::int32_t NAPoints() const { return m_table.naPoints; }
+    void NAPoints(std::int32_t value) { m_table.naPoints = value; }
+    std::int32_t OrigNAPoints() const { return m_table.origNAPoints; }
+    /// Marks the data set as changed, so that a projection alone leads to the question on Close.
+    void OrigNAPoints(std::int32_t value) { Set(m_table.origNAPoints, value); }
+    std::int32_t NNtPoints() const { return m_table.nntPoints; }
+    void NNtPoints(std::int32_t value) { m_table.nntPoints = value; }
+    std::int32_t NumScens() const { return m_numScens; }
+    void NumScens(std::int32_t value) { Set(m_numScens, value); } // dirty
+    std::int32_t NumPts() const { return m_numPts; }
+    void NumPts(std::int32_t value) { m_numPts = value; }
+    std::int32_t NDPoints() const { return m_table.ndPoints; }
+    void NDPoints(std::int32_t value) { m_table.ndPoints = value; }
 
-    bool IsDirty() const
-    {
-        return m_isDirty;
-    }
+    bool IsDirty() const { return m_isDirty; }
+    /// What stands on disk is what stands here.
+    void MarkSaved() { m_isDirty = false; }
 
     // As the project file told them; nothing in the program changes them.
-    std::int32_t NumLoggedRuns() const
-    {
-        return m_stored.numLoggedRuns;
-    }
-    std::int32_t V2KLoggedFits() const
-    {
-        return m_stored.loggedFits;
-    }
-    std::int32_t V2kProjScens() const
-    {
-        return m_stored.projScens;
-    }
+    std::int32_t NumLoggedRuns() const { return m_stored.numLoggedRuns; }
+    std::int32_t V2KLoggedFits() const { return m_stored.loggedFits; }
+    std::int32_t V2kProjScens() const { return m_stored.projScens; }
 
     /// True: the next file operation handles the body of a logged fit, not the project's own data.
-    void LogOrReload(bool value)
-    {
-        m_logOrReload = value;
-    }
+    void LogOrReload(bool value) { m_logOrReload = value; }
 
     // Projection scenarios, in the order of adding, from 1. Titles are told apart by their first 30
-    // characters.
-    ProjScenarios& ProjScens()
-    {
-        return m_projScens;
-    }
-    const ProjScenarios& ProjScens() const
-    {
-        return m_projScens;
-    }
-    std::int32_t NumProjScenarios() const
-    {
-        return m_projScens.Count();
-    }
+    // characters. Null where there is none.
+    ProjScenarios& ProjScens() { return m_projScens; }
+    const ProjScenarios& ProjScens() const { return m_projScens; }
+    std::int32_t NumProjScenarios() const { return m_projScens.Count(); }
     /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
     /// change. Who adds at the user's wish sets NumScens. \throws VeltError 5 when the key is taken.
     void AddProjScenario(clsProjScenario scenario, std::string_view key);
-    clsProjScenario* ProjScenario(std::int32_t index) ///< null when there is none
-    {
-        return m_projScens.Find(index);
-    }
-    const clsProjScenario* ProjScenario(std::int32_t index) const
-    {
-        return m_projScens.Find(index);
-    }
-    clsProjScenario* ProjScenario(std::string_view title) ///< null when there is none
-    {
-        return m_projScens.Find(title);
-    }
-    const clsProjScenario* ProjScenario(std::string_view title) const
-    {
-        return m_projScens.Find(title);
-    }
+    clsProjScenario* ProjScenario(std::int32_t index) { return m_projScens.Find(index); }
+    const clsProjScenario* ProjScenario(std::int32_t index) const { return m_projScens.Find(index); }
+    clsProjScenario* ProjScenario(std::string_view title) { return m_projScens.Find(title); }
+    const clsProjScenario* ProjScenario(std::string_view title) const { return m_projScens.Find(title); }
 
     // Logged fits, in the order of adding, from 1. Names are told apart by their 50 characters. A reference
     // to a fit holds until that fit is deleted or the data set goes.
-    std::int32_t NumLoggedFits() const
-    {
-        return m_loggedFits.Count();
-    }
+    std::int32_t NumLoggedFits() const { return m_loggedFits.Count(); }
     /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
     /// change. \throws VeltError 5 when the name is taken.
     void AddLoggedFit(clsFit fit);
-    clsFit& LoggedFit(std::int32_t index) ///< \throws VeltError 9 when there is none
-    {
-        return m_loggedFits.At(index);
-    }
-    const clsFit& LoggedFit(std::int32_t index) const
-    {
-        return m_loggedFits.At(index);
-    }
+    /// \throws VeltError 9 when there is none
+    clsFit& LoggedFit(std::int32_t index) { return m_loggedFits.At(index); }
+    const clsFit& LoggedFit(std::int32_t index) const { return m_loggedFits.At(index); }
     void DeleteLoggedFit(std::string_view name); ///< dirty. \throws VeltError 5 when there is none
 
     /// A new logged fit, made at the moment `now` gives once its name stands; marks the data set as changed.
@@ -295,13 +159,9 @@ public:
     /// data set is then empty. \return whether a table was imported.
     bool ImportASCIIFile(const std::string& path);
 
-    /// Rows that exist: TimeInts, but never more than 200 and never below 0.
-    int ShownRows() const;
+    int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 
-    Run& TheRun() const
-    {
-        return m_run;
-    }
+    Run& TheRun() const { return m_run; }
 
 private:
     template <typename T>
@@ -322,15 +182,8 @@ private:
     std::string AskFitName(std::string name) const;
 
     std::reference_wrapper<Run> m_run; // not a plain reference: a data set built aside is moved in whole
-    Array1<Series, columns::kLast> m_db;
-    Array1<bool, columns::kLast> m_colPresent;
-    Array1<std::string, columns::kLast> m_colFormat;
-    Array1<std::int32_t, columns::kLast> m_decPlaces;
-    Array1<std::int32_t, kRows> m_numDPs;
-    Flags m_included;
-    Flags m_toggledIn;
-    std::int32_t m_ndPoints = 0, m_numPts = 0, m_numScens = 0, m_nntPoints = 0, m_origNAPoints = 0,
-                 m_naPoints = 0, m_minTimeP = 0, m_maxTimeP = 0, m_timeInts = 0, m_projNum = 0;
+    DataTable m_table;
+    std::int32_t m_numPts = 0, m_numScens = 0, m_projNum = 0;
     StoredCounts m_stored;
     LoggedFits m_loggedFits;
     ProjScenarios m_projScens;
@@ -338,4 +191,30 @@ private:
     std::string m_dsDesc;
     std::string m_dsFName;
     bool m_isDirty = false;
+
+    // Last, as the formatter does not see through it.
+public:
+    // By name. These do not mark the data set as changed, so that a fit leaves it as it was.
+    // clang-format off
+#define VELT_SERIES(Name)                                                   \
+    float Name(int row) const { return m_table.db(columns::Name)(row); }    \
+    void Name(int row, float value) { m_table.db(columns::Name)(row) = value; } \
+    const Series& Name() const { return m_table.db(columns::Name); }
+    VELT_SERIES(PopNums)
+    VELT_SERIES(PopWt)
+    VELT_SERIES(ExpCatchNums)
+    VELT_SERIES(ExpCatchWt)
+    VELT_SERIES(ObsCPUE)
+    VELT_SERIES(ExpCPUE)
+    VELT_SERIES(RecruitIndex)
+    VELT_SERIES(VarAbundIndex)
+    VELT_SERIES(AbundIndex)
+    VELT_SERIES(CatchNums)
+    VELT_SERIES(CatchWt)
+    VELT_SERIES(Effort)
+    VELT_SERIES(MeanWt)
+    VELT_SERIES(TotCatchNums)
+    VELT_SERIES(TotCatchWt)
+#undef VELT_SERIES
+    // clang-format on
 };

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <numbers>
 #include <span>
+#include <utility>
 
 namespace surface_remarks
 {
@@ -161,29 +162,21 @@ class KeptSelection
 {
 public:
     explicit KeptSelection(clsVeltData& data)
-        : m_data(data), m_naPoints(data.NAPoints()), m_ndPoints(data.NDPoints()),
-          m_nntPoints(data.NNtPoints()), m_evaluations(data.TheRun().globals.settings.LastEvaluations),
-          m_included(data.Included()), m_toggledIn(data.ToggledIn())
+        : m_data(data), m_table(data.Table()), m_evaluations(data.TheRun().globals.settings.LastEvaluations)
     {
     }
     ~KeptSelection()
     {
-        m_data.NAPoints(m_naPoints);
-        m_data.NDPoints(m_ndPoints);
-        m_data.NNtPoints(m_nntPoints);
+        m_data.Table(std::move(m_table));
         m_data.TheRun().globals.settings.LastEvaluations = m_evaluations;
-        for (int row = 1; row <= clsVeltData::kRows; ++row) {
-            m_data.Included(row, m_included(row));
-            m_data.ToggledIn(row, m_toggledIn(row));
-        }
     }
     KeptSelection(const KeptSelection&) = delete;
     KeptSelection& operator=(const KeptSelection&) = delete;
 
 private:
     clsVeltData& m_data;
-    std::int32_t m_naPoints, m_ndPoints, m_nntPoints, m_evaluations;
-    clsVeltData::Flags m_included, m_toggledIn;
+    DataTable m_table;
+    std::int32_t m_evaluations;
 };
 
 /// A model like the one that was fitted, with its inputs but none of its starts. Null when its own starts

@@ -31,9 +31,7 @@ void LoadColumnRefs(ModelState& m)
         if (m.ObsTCatchRef(i) == clsVeltData::kMissing)
             continue;
         ++periods;
-        data.Included(i, std::isfinite(data.Effort(i)) && data.Effort(i) > 0.0F);
-        if (!data.Included(i))
-            data.ToggledIn(i, false);
+        data.Include(i, std::isfinite(data.Effort(i)) && data.Effort(i) > 0.0F);
         if (data.ToggledIn(i))
             ++inFit;
     }
