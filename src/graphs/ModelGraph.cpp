@@ -6,6 +6,7 @@
 #include "base/VeltError.h"
 
 #include <cmath>
+#include <utility>
 
 void ModelGraph::Create(int points)
 {
@@ -19,6 +20,39 @@ void ModelGraph::Take(std::vector<double>& series, std::span<const double> value
     if (values.size() != static_cast<std::size_t>(m_points))
         RaiseSubscript();
     series.assign(values.begin(), values.end());
+}
+
+std::size_t ModelGraph::IndexOf(int point) const
+{
+    if (point < 1 || point > m_points)
+        RaiseSubscript();
+    return static_cast<std::size_t>(point - 1);
+}
+
+void ModelGraph::TogglePoint(int point)
+{
+    if (TakesClicks())
+        std::swap(m_y[IndexOf(point)], m_y2[IndexOf(point)]);
+}
+
+void ModelGraph::HighlightPoint(int set, int point)
+{
+    if (!TakesClicks() || set == kExpected)
+        return;
+    const std::size_t index = IndexOf(point);
+    if (m_highlight && m_highlight->point == point) {
+        m_highlight.reset();
+        return;
+    }
+    // Graphs of one fit hold a period in the same set; where one does not, the period lights up all the same.
+    const double value = set == kExcluded ? m_y2[index] : m_y[index];
+    m_highlight = Highlight{point, Shown(value) ? value : set == kExcluded ? m_y[index] : m_y2[index]};
+}
+
+void ModelGraph::StopInterrogate()
+{
+    if (TakesClicks())
+        m_highlight.reset();
 }
 
 std::optional<ModelGraph::TimeAxis> ModelGraph::YearAxis() const

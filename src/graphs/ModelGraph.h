@@ -61,6 +61,25 @@ public:
     const std::vector<double>& YData2() const { return m_y2; }
     const std::vector<double>& OverlayLine() const { return m_overlay; }
 
+    /// Takes a point into the fit or out of it, on the picture: its value moves to the other observed set.
+    /// Points count from 1. Nothing in a plain line, or in a graph without toggling. \throws VeltError 9
+    /// outside 1 to NumPoints
+    void TogglePoint(int point);
+
+    /// Lights up the point, at the value that it has in `set`, and no other; the same point once more goes
+    /// out. Nothing for the expected line, in a plain line, or without toggling. \throws VeltError 9 outside
+    /// 1 to NumPoints
+    void HighlightPoint(int set, int point);
+    void StopInterrogate(); ///< no point is lit up
+
+    /// The point that is lit up.
+    struct Highlight {
+        int point = 0; ///< from 1
+        double value = InvalidData;
+        bool operator==(const Highlight&) const = default;
+    };
+    const std::optional<Highlight>& Highlighted() const { return m_highlight; }
+
     /// Whether a value is to be drawn.
     static bool Shown(double value) { return value != InvalidData; }
 
@@ -81,6 +100,8 @@ public:
 
 private:
     void Take(std::vector<double>& series, std::span<const double> values);
+    bool TakesClicks() const { return m_withToggs && m_type != GraphType::Line; }
+    std::size_t IndexOf(int point) const;
 
     std::string m_title = "Title", m_userTitle = "Title", m_xTitle = "X_Title", m_yTitle = "Y_Title";
     GraphType m_type = GraphType::PointsAndLine;
@@ -89,4 +110,5 @@ private:
     float m_lci = 0.0F;
     int m_points = 0;
     std::vector<double> m_x, m_y, m_y2, m_overlay;
+    std::optional<Highlight> m_highlight;
 };

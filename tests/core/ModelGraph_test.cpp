@@ -117,3 +117,86 @@ TEST(ModelGraph, ASingleYearStillHasARange)
     EXPECT_EQ(axis->maximum, 1995.0);
     EXPECT_EQ(axis->step, 1.0);
 }
+
+namespace
+{
+/// Three points, the second out of the fit.
+ModelGraph ClickableGraph(GraphType type = GraphType::PointsAndLine)
+{
+    ModelGraph graph = GraphFrom(1, 3);
+    graph.Type(type);
+    graph.WithToggs(true);
+    graph.YData(std::vector{10.0, ModelGraph::InvalidData, 30.0});
+    graph.YData2(std::vector{ModelGraph::InvalidData, 20.0, ModelGraph::InvalidData});
+    return graph;
+}
+} // namespace
+
+TEST(ModelGraph, TogglingAPointMovesItToTheOtherSetAndTogglingItAgainBringsItBack)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.TogglePoint(1);
+    EXPECT_EQ(graph.YData(), (std::vector{ModelGraph::InvalidData, ModelGraph::InvalidData, 30.0}));
+    EXPECT_EQ(graph.YData2(), (std::vector{10.0, 20.0, ModelGraph::InvalidData}));
+
+    graph.TogglePoint(1);
+    EXPECT_EQ(graph.YData(), ClickableGraph().YData());
+    EXPECT_EQ(graph.YData2(), ClickableGraph().YData2());
+}
+
+TEST(ModelGraph, APlainLineAndAGraphWithoutTogglingStayAsTheyAre)
+{
+    ModelGraph line = ClickableGraph(GraphType::Line);
+    ModelGraph quiet = ClickableGraph();
+    quiet.WithToggs(false);
+    for (ModelGraph* graph : {&line, &quiet}) {
+        graph->TogglePoint(1);
+        graph->HighlightPoint(ModelGraph::kIncluded, 3);
+        EXPECT_EQ(graph->YData(), ClickableGraph().YData());
+        EXPECT_FALSE(graph->Highlighted());
+    }
+}
+
+TEST(ModelGraph, OnePointIsLitUpAtATimeAndTheSameOnceMoreGoesOut)
+{
+    ModelGraph graph = ClickableGraph(GraphType::Residuals);
+    graph.HighlightPoint(ModelGraph::kIncluded, 3);
+    EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{3, 30.0}));
+
+    graph.HighlightPoint(ModelGraph::kExcluded, 2);
+    EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{2, 20.0}));
+
+    graph.HighlightPoint(ModelGraph::kHighlight, 2); // a click on the mark itself
+    EXPECT_FALSE(graph.Highlighted());
+}
+
+TEST(ModelGraph, APeriodLightsUpAlsoWhereItStandsInTheOtherSet)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kIncluded, 2);
+    EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{2, 20.0}));
+}
+
+TEST(ModelGraph, TheExpectedLineLightsNothingUp)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kExpected, 1);
+    EXPECT_FALSE(graph.Highlighted());
+}
+
+TEST(ModelGraph, StopInterrogatePutsTheLightOut)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kIncluded, 1);
+    graph.StopInterrogate();
+    EXPECT_FALSE(graph.Highlighted());
+}
+
+TEST(ModelGraph, APointThatDoesNotExistIsASubscript)
+{
+    ModelGraph graph = ClickableGraph();
+    for (const int point : {0, 4}) {
+        EXPECT_THROW(graph.TogglePoint(point), VeltError);
+        EXPECT_THROW(graph.HighlightPoint(ModelGraph::kIncluded, point), VeltError);
+    }
+}

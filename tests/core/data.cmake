@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 velt_core_test(data SOURCES
   ColumnConversions_test.cpp
+  DataTable_test.cpp
   ImportText_test.cpp
   NumberFormat_test.cpp
   clsFit_test.cpp
