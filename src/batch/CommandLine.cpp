@@ -258,8 +258,10 @@ void TakeOutput(const Typed& typed, FitRequest& request)
     request.contours = Take<std::int16_t>("--contours", ReadContourPoints(typed.contours));
     if (request.contours == 1)
         Refuse("--contours: a surface has at least 2 points along each axis.");
-    const InputFields fields =
-        FieldsOf({.WhichMeth = request.model, .modelTitle = {}, .FitOp = request.errorModel});
+    InputParams params;
+    params.WhichMeth = request.model;
+    params.FitOp = request.errorModel;
+    const InputFields fields = FieldsOf(params);
     if (!fields.viewMinShown || !fields.viewMinEnabled)
         Refuse("--contours: this model under this error model searches no two parameters, so it has no "
                "surface.");

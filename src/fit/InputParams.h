@@ -7,11 +7,8 @@
 #include <string>
 #include <string_view>
 
-/// What the Input Parameters dialog edits just before a fit.
-struct InputParams {
-    std::int32_t WhichMeth = 1;
-    std::string modelTitle;    ///< for the window's title
-    bool hasVariances = false; ///< the data set has a Var. Abund. Index column
+/// The inputs of a fit, as the user gives them; a further fit starts from those of the last.
+struct FitInputs {
     std::int32_t FitOp = 1;
     float InitProp = 1.0F;    ///< stock at the start as a proportion of the unexploited one, 0 to 1
     float Mort = 0.2F;        ///< natural mortality per period
@@ -19,6 +16,13 @@ struct InputParams {
     std::int16_t TimeLag = 0; ///< periods
     bool SetStartingEstimates = false;
     bool PlotEvaluations = false;
+};
+
+/// What the Input Parameters dialog edits just before a fit.
+struct InputParams : FitInputs {
+    std::int32_t WhichMeth = 1;
+    std::string modelTitle;    ///< for the window's title
+    bool hasVariances = false; ///< the data set has a Var. Abund. Index column
 };
 
 /// What the dialog shows and enables for a model and a chosen error model.

@@ -3,12 +3,11 @@
 
 #include "base/Checked.h"
 #include "base/StringTable.h"
+#include "fit/DataPlots.h"
 #include "fit/FailureHints.h"
-#include "fit/InputParams.h"
 #include "fit/MinimiserOptions.h"
 #include "fit/ParameterReport.h"
 #include "fit/Remarks.h"
-#include "graphs/ModelGraph.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,11 +44,7 @@ std::optional<VeltError> FailureOf(const std::function<void()>& work)
     return std::nullopt;
 }
 
-constexpr float kDefaultMortality = 0.2F;
-constexpr float kDefaultProportion = 1.0F;
-constexpr float kDefaultZ = 1.0F;
 constexpr int kHelpTooFewPoints = 20;
-constexpr std::int32_t kCPUECode = 16; // the column code of catch / effort in data plots
 
 /// A level as it is kept. \throws VeltError 9 for one that is no number or too large: it has no position
 float LevelOf(double entered)
@@ -83,7 +78,8 @@ void clsMethManager::Reset()
     m_modelAvailable.Fill(false);
     m_data->Reset();
     m_availableModels.clear();
-    m_methDefined = m_plotEvaluations = m_setStartingEstimates = m_fitLogged = false;
+    m_methDefined = m_fitLogged = false;
+    m_inputs.PlotEvaluations = m_inputs.SetStartingEstimates = false;
     m_method.reset();
     m_fitRemarks.clear();
     if (m_displayParameters)
@@ -153,37 +149,28 @@ void clsMethManager::CreateModel()
 
 bool clsMethManager::AskInputs()
 {
-    InputParams params{.WhichMeth = m_currMethType,
-                       .modelTitle = m_run.globals.ModelTitles(m_currMethType),
-                       .hasVariances = m_data->ColPresent(columns::VarAbundIndex),
-                       .FitOp = m_errorModel,
-                       .InitProp = m_initialProportion,
-                       .Mort = m_naturalMortality,
-                       .Z = m_z,
-                       .TimeLag = checked::ToInt16(static_cast<double>(m_lag)),
-                       .SetStartingEstimates = m_setStartingEstimates,
-                       .PlotEvaluations = m_plotEvaluations};
+    InputParams params{m_inputs, m_currMethType, m_run.globals.ModelTitles(m_currMethType),
+                       m_data->ColPresent(columns::VarAbundIndex)};
     if (!m_run.user.AskInputParams(params))
         return false;
-    m_initialProportion = params.InitProp;
-    m_z = params.Z;
-    m_naturalMortality = params.Mort;
-    m_lag = static_cast<float>(params.TimeLag);
-    m_errorModel = params.FitOp;
-    m_plotEvaluations = params.PlotEvaluations;
-    m_setStartingEstimates = params.SetStartingEstimates;
+    m_inputs = static_cast<const FitInputs&>(params);
     return true;
 }
 
 void clsMethManager::PushInputParameters()
 {
-    m_method->FitOp(m_errorModel);
-    m_method->Z(m_z);
-    m_method->LAG(checked::ToInt16(static_cast<double>(m_lag)));
-    m_method->InitDep(m_initialProportion);
-    m_method->Mort(m_naturalMortality);
-    m_method->SetStartingEsts(m_setStartingEstimates);
-    m_method->PlotEvaluations(m_plotEvaluations);
+    m_method->FitOp(m_inputs.FitOp);
+    m_method->Z(m_inputs.Z);
+    m_method->LAG(m_inputs.TimeLag);
+    m_method->InitDep(m_inputs.InitProp);
+    m_method->Mort(m_inputs.Mort);
+    m_method->SetStartingEsts(m_inputs.SetStartingEstimates);
+    m_method->PlotEvaluations(m_inputs.PlotEvaluations);
+}
+
+void clsMethManager::LAG(float value)
+{
+    m_inputs.TimeLag = checked::ToInt16(static_cast<double>(value));
 }
 
 bool clsMethManager::Start()
@@ -225,19 +212,18 @@ void clsMethManager::PrepareContours()
 
 void clsMethManager::PullResults()
 {
-    m_naturalMortality = m_method->Mort();
-    m_errorModel = m_method->FitOp();
-    m_z = m_method->Z();
-    m_initialProportion = m_method->InitDep();
-    m_setStartingEstimates = m_method->SetStartingEsts();
-    m_plotEvaluations = m_method->PlotEvaluations();
-    m_lag = static_cast<float>(m_method->LAG());
+    m_inputs = {.FitOp = m_method->FitOp(),
+                .InitProp = m_method->InitDep(),
+                .Mort = m_method->Mort(),
+                .Z = m_method->Z(),
+                .TimeLag = m_method->LAG(),
+                .SetStartingEstimates = m_method->SetStartingEsts(),
+                .PlotEvaluations = m_method->PlotEvaluations()};
     const std::vector<double> estimates = m_method->FinalEsts();
-    m_rSqr = m_method->RSqr();
-
+    m_results.RSqr = m_method->RSqr();
     std::size_t at = 0;
     for (const model_table::Quantity quantity : model_table::Of(m_currMethType).estimates)
-        m_results[static_cast<std::size_t>(quantity)] = checked::ToFloat(estimates.at(at++));
+        m_results.values[static_cast<std::size_t>(quantity)] = checked::ToFloat(estimates.at(at++));
 }
 
 void clsMethManager::Fit()
@@ -257,24 +243,11 @@ void clsMethManager::Fit()
     m_run.window.HourglassOff();
 }
 
-void clsMethManager::TakeDefaultInputs()
-{
-    m_naturalMortality = kDefaultMortality;
-    m_errorModel = fit_op::kLeastSquares;
-    m_lag = 0.0F;
-    m_initialProportion = kDefaultProportion;
-    m_z = kDefaultZ;
-}
-
 void clsMethManager::RunFit(bool keepInputs)
 {
-    const bool setStartingEstimates = keepInputs && m_setStartingEstimates;
-    const bool plotEvaluations = keepInputs && m_plotEvaluations;
-    if (!keepInputs)
-        TakeDefaultInputs();
+    const FitInputs inputs = keepInputs ? m_inputs : FitInputs();
     Reset();
-    m_setStartingEstimates = setStartingEstimates;
-    m_plotEvaluations = plotEvaluations;
+    m_inputs = inputs;
 
     BuildModelList();
     if (m_availableModels.empty()) {
@@ -455,47 +428,11 @@ std::vector<Remark> clsMethManager::Remarks() const
 
 std::int32_t clsMethManager::GetUserDataPlot()
 {
-    Selection selection{.caption = "Plot Data", .prompt = "Select Data Series To Plot"};
-    std::vector<std::int32_t> codes;
-    for (int column = columns::kFirst; column <= columns::kLast; ++column) {
-        if (!m_data->ColPresent(column))
-            continue;
-        selection.items.push_back(m_run.globals.ColumnDisplayNames(column));
-        codes.push_back(column);
-    }
-    if (m_data->ColPresent(columns::CatchWt) && m_data->ColPresent(columns::Effort)) {
-        selection.items.push_back(m_run.globals.CPUETitle);
-        codes.push_back(kCPUECode);
-    }
-    if (!m_run.user.AskSelection(selection) || selection.chosen == 0)
-        return 0;
-    return codes.at(selection.chosen - 1);
+    return AskDataPlot(*m_data);
 }
 
 void clsMethManager::PlotData(std::int32_t code)
 {
-    const bool cpue = code == kCPUECode;
-    if (!cpue && !m_data->ColPresent(code))
-        return;
-    std::vector<double> x;
-    std::vector<double> y;
-    for (int i = 1; i <= m_data->ShownRows(); ++i) {
-        x.push_back(m_data->MinTimeP() + i - 1);
-        double value = ModelGraph::InvalidData;
-        if (m_data->Included(i) && !cpue)
-            value = m_data->DB(code, i);
-        else if (m_data->Included(i) && m_data->Effort(i) != 0.0F) // no catch rate without effort: a gap
-            value = checked::Div(m_data->CatchWt(i), m_data->Effort(i));
-        y.push_back(value);
-    }
-    auto graph = std::make_shared<ModelGraph>();
-    graph->Create(m_data->ShownRows());
-    graph->XData(x);
-    graph->YData(y);
-    graph->Title(cpue ? m_run.globals.CPUETitle : m_run.globals.ColumnDisplayNames(code));
-    graph->YTitle(graph->Title());
-    graph->XTitle(m_run.globals.TimeTitle);
-    graph->WithToggs(false);
-    graph->Type(GraphType::Line);
-    m_run.window.AddModelGraph(std::move(graph));
+    if (code == kCPUECode || m_data->ColPresent(code))
+        m_run.window.AddModelGraph(DataPlot(*m_data, code));
 }

@@ -3,6 +3,7 @@
 
 #include "base/Array1.h"
 #include "data/clsVeltData.h"
+#include "fit/InputParams.h"
 #include "fit/Remark.h"
 #include "models/IMethod.h"
 #include "models/ModelTable.h"
@@ -70,7 +71,7 @@ public:
     // Copies of the results, filled when a fit is done; a value the model does not have keeps what it held.
     float Result(model_table::Quantity quantity) const
     {
-        return m_results[static_cast<std::size_t>(quantity)];
+        return m_results.values[static_cast<std::size_t>(quantity)];
     }
     float Lambda() const { return Result(model_table::Quantity::Lambda); }
     float N1() const { return Result(model_table::Quantity::N1); }
@@ -81,26 +82,26 @@ public:
     float MSY() const { return Result(model_table::Quantity::MSY); }
     float RYield() const { return Result(model_table::Quantity::RYield); }
     float FinalBiomass() const { return Result(model_table::Quantity::FinalBiomass); }
-    float RSqr() const { return m_rSqr; }
+    float RSqr() const { return m_results.RSqr; }
 
     std::int32_t NumBootStraps() const;
     void NumBootStraps(std::int32_t value);
     std::int32_t CurrMethType() const { return m_currMethType; }
     void CurrMethType(std::int32_t value) { m_currMethType = value; }
-    bool PlotEvaluations() const { return m_plotEvaluations; }
-    void PlotEvaluations(bool on) { m_plotEvaluations = on; }
-    bool SetStartingEstimates() const { return m_setStartingEstimates; }
-    void SetStartingEstimates(bool on) { m_setStartingEstimates = on; }
-    std::int32_t ErrorModel() const { return m_errorModel; }
-    void ErrorModel(std::int32_t value) { m_errorModel = value; }
-    float NaturalMortality() const { return m_naturalMortality; }
-    void NaturalMortality(float value) { m_naturalMortality = value; }
-    float InitialProportion() const { return m_initialProportion; }
-    void InitialProportion(float value) { m_initialProportion = value; }
-    float LAG() const { return m_lag; } ///< always a whole number of periods
-    void LAG(float value) { m_lag = value; }
-    float Z() const { return m_z; }
-    void Z(float value) { m_z = value; }
+    bool PlotEvaluations() const { return m_inputs.PlotEvaluations; }
+    void PlotEvaluations(bool on) { m_inputs.PlotEvaluations = on; }
+    bool SetStartingEstimates() const { return m_inputs.SetStartingEstimates; }
+    void SetStartingEstimates(bool on) { m_inputs.SetStartingEstimates = on; }
+    std::int32_t ErrorModel() const { return m_inputs.FitOp; }
+    void ErrorModel(std::int32_t value) { m_inputs.FitOp = value; }
+    float NaturalMortality() const { return m_inputs.Mort; }
+    void NaturalMortality(float value) { m_inputs.Mort = value; }
+    float InitialProportion() const { return m_inputs.InitProp; }
+    void InitialProportion(float value) { m_inputs.InitProp = value; }
+    float LAG() const { return static_cast<float>(m_inputs.TimeLag); }
+    void LAG(float value); ///< rounded to a whole number of periods
+    float Z() const { return m_inputs.Z; }
+    void Z(float value) { m_inputs.Z = value; }
     float CIHigh() const { return m_ciHigh; }
     void CIHigh(float level) { m_ciHigh = level; }
     float CILow() const { return m_ciLow; }
@@ -120,6 +121,10 @@ private:
         float low;
         float high;
     };
+    struct FitResults {
+        std::array<float, model_table::kQuantities> values{}; ///< by Quantity
+        float RSqr = 0.0F;
+    };
 
     void BuildModelList();
     bool HasEnoughPoints(std::int32_t needed) const;
@@ -131,7 +136,6 @@ private:
     void PushInputParameters();
     void PullResults();
     void Fit();
-    void TakeDefaultInputs();
     void RunFit(bool keepInputs);
     std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;
@@ -149,15 +153,8 @@ private:
     float m_ciHigh = 0.975F;
     float m_ciLow = 0.025F;
     std::optional<Levels> m_levelsBefore; ///< from before the dialog, until the new ones have been shown
-    float m_naturalMortality = 0.2F;
-    float m_initialProportion = 1.0F;
-    float m_lag = 0.0F;
-    float m_z = 1.0F;
-    std::int32_t m_errorModel = 1;
-    bool m_setStartingEstimates = false;
-    bool m_plotEvaluations = false;
-    float m_rSqr = 0.0F;
-    std::array<float, model_table::kQuantities> m_results{};
+    FitInputs m_inputs;
+    FitResults m_results;
     bool m_displayParameters = false;
     std::vector<Remark> m_fitRemarks;
     std::vector<std::string> m_availableModels;
