@@ -47,6 +47,11 @@ struct RangeQuestion {
     double high = 0.0;
 };
 
+/// A file to be chosen.
+struct FileQuestion {
+    std::string filter; ///< as "Text (*.txt)", several parted by ";;"
+};
+
 /// Questions to the person at the desk. A dialog is record in, record out: the operation fills its form from
 /// the record, answers true for OK with the record changed, and false for Cancel with the record untouched.
 class IUser
@@ -57,6 +62,8 @@ public:
     /// The text typed; nothing for Cancel.
     virtual std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
                                                 const std::string& suggestion) = 0;
+    /// The full path of an existing file; nothing for Cancel.
+    virtual std::optional<std::string> AskFileToOpen(const FileQuestion& question) = 0;
     virtual bool AskSelection(Selection& selection) = 0;
     virtual bool AskRange(RangeQuestion& question) = 0;
     virtual bool AskInputParams(InputParams& params) = 0;

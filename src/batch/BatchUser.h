@@ -33,6 +33,7 @@ public:
     Answer Show(const Message& message) override;
     std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
                                         const std::string& suggestion) override;
+    std::optional<std::string> AskFileToOpen(const FileQuestion&) override { return std::nullopt; }
     bool AskSelection(Selection& selection) override;
     bool AskRange(RangeQuestion& question) override;
     bool AskInputParams(InputParams& params) override;

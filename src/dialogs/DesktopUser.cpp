@@ -11,6 +11,7 @@
 #include "dialogs/frmStartVals.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -117,6 +118,14 @@ std::optional<std::string> DesktopUser::InputBox(const std::string& prompt, cons
     // Not as a least width, which the box's own layout would take back.
     box.resize(box.sizeHint().expandedTo({WidthForTitle(box, box.windowTitle()), 0}));
     return box.exec() == QDialog::Accepted ? std::optional(box.textValue().toStdString()) : std::nullopt;
+}
+
+std::optional<std::string> DesktopUser::AskFileToOpen(const FileQuestion& question)
+{
+    const PlainPointer pointer;
+    const QString path =
+        QFileDialog::getOpenFileName(Over(), {}, {}, QString::fromStdString(question.filter));
+    return path.isEmpty() ? std::nullopt : std::optional(path.toStdString());
 }
 
 bool DesktopUser::AskSelection(Selection& selection)

@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
-#include <QFileDialog>
 #include <QLabel>
 #include <QMimeData>
 #include <QScreen>
@@ -21,7 +20,6 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <map>
 #include <new>
 
 namespace
@@ -51,15 +49,24 @@ QString TextFileIn(const QMimeData& mime)
 }
 } // namespace
 
-frmVelt3::frmVelt3(IUser* user) : m_run(user ? *user : m_desktopUser, *this, m_meter, m_random)
+frmVelt3::frmVelt3(IUser* user)
+    : m_run(user ? *user : m_desktopUser, *this, m_meter, m_random),
+      m_commands{{"mnuOpen", [this] { m_files.Open(); }},
+                 {"mnuClose", [this] { m_files.Close(); }},
+                 {"mnuDataPlots", [this] { m_fits.PlotData(); }},
+                 {"mnuNewModel", [this] { m_fits.NewModel(); }},
+                 {"mnuNewParams", [this] { m_fits.NewParams(); }},
+                 {"mnuParameters", [this] { m_fits.ViewParameters(); }},
+                 {"mnuGenerateConfInts", [this] { m_fits.GenerateConfInts(); }},
+                 {"mnuDisplayConfInts", [this] { m_fits.DisplayConfInts(); }},
+                 {"mnuSettings", [this] { m_fits.Settings(); }},
+                 {"mnuAbout", [this] { OnAbout(); }}}
 {
     setObjectName("frmVelt3");
     BuildWindow();
-    InitObjects();
+    m_project.Renew();
     connect(&m_report, &frmParams::confIntsRequested, this,
-            [this] { Guarded("cmdCIs", [this] { OnReportConfInts(); }); });
-    ShowCaption();
-    ShowHint(true);
+            [this] { Guarded("cmdCIs", [this] { m_fits.ReportConfInts(); }); });
     StatusText(m_run.globals.Ready);
     EnableControls();
 }
@@ -68,7 +75,6 @@ frmVelt3::~frmVelt3()
 {
     HourglassOff();
     m_grid->Show(nullptr); // a window that is destroyed while it shows lays its table out once more
-    m_meth.reset();        // it still speaks to this window and to the data
 }
 
 void frmVelt3::BuildWindow()
@@ -106,37 +112,25 @@ void frmVelt3::BuildWindow()
     setMinimumSize(metrics.averageCharWidth() * 50, metrics.height() * 14);
 }
 
-/// A new data set and a new manager, always as a pair.
-void frmVelt3::InitObjects()
+void frmVelt3::LetGoOfProject()
 {
-    m_fileOpen = false;
-    m_fitEverMade = false;
     m_grid->Show(nullptr);
-    m_meth.reset();
-    m_data = std::make_unique<clsVeltData>(m_run);
-    m_meth = std::make_unique<clsMethManager>(m_run);
-    m_meth->Create(*m_data);
     m_graphs.Clear(false);
+}
+
+void frmVelt3::ShowNoProject()
+{
+    ShowCaption();
+    ShowHint(true);
+    m_number->clear();
 }
 
 void frmVelt3::Command(const QString& name)
 {
-    static const std::map<QString, std::function<void(frmVelt3&)>> commands{
-        {"mnuOpen", &frmVelt3::OnOpen},
-        {"mnuClose", &frmVelt3::OnClose},
-        {"mnuDataPlots", &frmVelt3::OnDataPlots},
-        {"mnuNewModel", &frmVelt3::OnNewModel},
-        {"mnuNewParams", &frmVelt3::OnNewParams},
-        {"mnuParameters", [](frmVelt3& window) { window.m_meth->DisplayParameters(true); }},
-        {"mnuGenerateConfInts", &frmVelt3::OnGenerateConfInts},
-        {"mnuDisplayConfInts", &frmVelt3::OnDisplayConfInts},
-        {"mnuSettings", [](frmVelt3& window) { window.m_meth->MinimisationOptions(); }},
-        {"mnuAbout", &frmVelt3::OnAbout},
-    };
     if (name == "mnuExit") // the close asks, and is refused while a command runs
         close();
     else
-        Guarded(name, [&] { commands.at(name)(*this); });
+        Guarded(name, m_commands.at(name));
 }
 
 /// The one place where a failed command ends: the user is told and the window is usable again.
@@ -172,135 +166,17 @@ void frmVelt3::AfterFailure()
     EnableControls();
 }
 
-void frmVelt3::OnOpen()
-{
-    if (!MayClearFit())
-        return;
-    CloseDataSet();
-    const QString path = QFileDialog::getOpenFileName(this, {}, {}, tr("Text (*.txt)"));
-    if (!path.isEmpty())
-        Load(path.toStdString());
-}
-
 void frmVelt3::OpenPath(const QString& path)
 {
-    Guarded("mnuOpen", [&] {
-        if (!MayClearFit())
-            return;
-        CloseDataSet();
-        Load(path.toStdString());
-    });
+    Guarded("mnuOpen", [&] { m_files.Open(path.toStdString()); });
 }
 
-void frmVelt3::Load(const std::string& path)
-{
-    StatusText(LoadResString(61));
-    FileType type = GetFileType(path);
-    if (!CheckFileAccess(path, FileAccess::Read, m_run.reporter))
-        type = FileType::NotRecognised;
-    if (type == FileType::Text) {
-        // A failed import leaves an empty data set, which is shown as it is: it explains itself.
-        m_meth->ImportASCIIFile(path);
-        SetUpDataGrid();
-    } else if (type == FileType::Velt3 || type == FileType::Velt2) {
-        m_run.reporter.Show(
-            {.text = "This version cannot open projects yet. Open a text file (*.txt) instead."});
-    } else {
-        m_run.reporter.Show({.text = LoadResString(60)});
-    }
-    StatusText(m_run.globals.Ready);
-    EnableControls();
-}
-
-void frmVelt3::OnClose()
-{
-    if (MayClearFit())
-        CloseDataSet();
-}
-
-bool frmVelt3::MayClearFit()
-{
-    return !m_meth->MethDefined() ||
-           m_run.reporter.Show({.text = LoadResString(1930), .buttons = Buttons::YesNo}) == Answer::Yes;
-}
-
-void frmVelt3::CloseDataSet()
-{
-    m_meth->DisplayParameters(false);
-    ClearGraphs(false);
-    InitObjects();
-    ShowCaption();
-    ShowHint(true);
-    m_number->clear();
-    EnableControls();
-}
-
-void frmVelt3::OnDataPlots()
-{
-    if (const std::int32_t series = m_meth->GetUserDataPlot(); series != 0)
-        m_meth->PlotData(series);
-}
-
-void frmVelt3::OnNewModel()
-{
-    if (!MayClearFit())
-        return;
-    ClearGraphs(false);
-    m_meth->FitNewModel(false);
-    m_fitEverMade = true;
-    SetUpDataGrid();
-}
-
-void frmVelt3::OnNewParams()
-{
-    if (!MayClearFit())
-        return;
-    ClearGraphs(false);
-    m_meth->FitNewModel(true);
-    SetUpDataGrid();
-}
-
-void frmVelt3::OnGenerateConfInts()
-{
-    Answer answer = Answer::Yes;
-    if (m_meth->IsBSDone())
-        answer = m_run.reporter.Show(
-            {.text = LoadResString(1945), .icon = Icon::Question, .buttons = Buttons::YesNoCancel});
-    if (answer == Answer::Yes)
-        m_meth->GenerateBootStraps();
-    if (answer != Answer::Cancel && m_meth->IsBSDone())
-        OnDisplayConfInts();
-    TakeFocus();
-}
-
-void frmVelt3::OnDisplayConfInts()
-{
-    if (!m_meth->IsBSDone())
-        m_meth->GenerateBootStraps();
-    if (m_meth->GetUserConfidenceIntervals()) {
-        m_meth->DisplayBootStrapHistograms();
-        EnableControls();
-    }
-    TakeFocus();
-}
-
-/// The focus comes back to this window, but the histograms and limits that were asked for stay in sight.
-void frmVelt3::TakeFocus()
+void frmVelt3::KeepResultsInSight()
 {
     activateWindow();
     m_graphs.RaiseHistograms();
     if (m_report.isVisible())
         m_report.raise();
-}
-
-/// The report's button differs from the menu: a broken run ends it without a further message.
-void frmVelt3::OnReportConfInts()
-{
-    if (!m_meth->IsBSDone())
-        m_meth->GenerateBootStraps();
-    if (m_meth->IsBSDone() && m_meth->GetUserConfidenceIntervals())
-        m_meth->DisplayBootStrapHistograms();
-    EnableControls();
 }
 
 void frmVelt3::OnAbout()
@@ -354,23 +230,22 @@ void frmVelt3::ClearGraphs(bool histogramsOnly)
 /// The one way the table is brought into step with the data set.
 void frmVelt3::SetUpDataGrid()
 {
-    m_fileOpen = true;
+    m_project.FileOpen(true);
     ShowCaption();
-    m_grid->Show(m_data.get());
-    ShowHint(m_data->ShownRows() == 0);
+    m_grid->Show(&m_project.Data());
+    ShowHint(m_project.Data().ShownRows() == 0);
     EnableControls();
 }
 
 void frmVelt3::EnableControls()
 {
-    m_fitEverMade = m_fitEverMade || m_run.FitReloaded;
     m_menu->Apply(MenuStateOf({.editMode = false, // the data cannot be edited in this version
-                               .fileOpen = m_fileOpen,
-                               .fitDefined = m_meth->MethDefined(),
-                               .bootstrapsDone = m_meth->IsBSDone(),
-                               .projScenarios = m_data->NumProjScenarios(),
-                               .currMethType = m_meth->CurrMethType(),
-                               .fitEverMade = m_fitEverMade,
+                               .fileOpen = FileOpen(),
+                               .fitDefined = m_project.Fits().MethDefined(),
+                               .bootstrapsDone = m_project.Fits().IsBSDone(),
+                               .projScenarios = m_project.Data().NumProjScenarios(),
+                               .currMethType = m_project.Fits().CurrMethType(),
+                               .fitEverMade = m_project.FitEverMade(),
                                .anyGraph = !m_graphs.Empty()}));
     m_menu->ListGraphs(m_graphs.UserTitles());
 }
@@ -406,15 +281,15 @@ void frmVelt3::YieldToEvents()
 void frmVelt3::ShowCaption()
 {
     QString caption = kTitle;
-    if (!m_data->DSFName().empty())
-        caption +=
-            " - " + QString::fromStdString(GetFileName(m_data->DSFName()) + " - " + Trim(m_data->DSDesc()));
+    if (!m_project.Data().DSFName().empty())
+        caption += " - " + QString::fromStdString(GetFileName(m_project.Data().DSFName()) + " - " +
+                                                  Trim(m_project.Data().DSDesc()));
     setWindowTitle(caption);
 }
 
 void frmVelt3::ShowHint(bool noData)
 {
-    m_hint->setText(m_fileOpen
+    m_hint->setText(FileOpen()
                         ? tr("This data set has no columns. Open another text file.")
                         : tr("To begin, choose Open from the File menu, or drop a text file (*.txt) here."));
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
@@ -423,7 +298,7 @@ void frmVelt3::ShowHint(bool noData)
 void frmVelt3::closeEvent(QCloseEvent* event)
 {
     // Work in progress stands on objects that a close would take away; its own Cancel ends it first.
-    if (m_busy || !MayClearFit()) {
+    if (m_busy || !m_files.MayExit()) {
         event->ignore();
         return;
     }

@@ -2,16 +2,18 @@
 #pragma once
 
 #include "base/Run.h"
-#include "data/clsVeltData.h"
 #include "dialogs/DesktopUser.h"
 #include "engines/RandomSource.h"
-#include "fit/clsMethManager.h"
+#include "shell/FileCommands.h"
+#include "shell/FitCommands.h"
 #include "shell/GraphWindows.h"
+#include "shell/OpenProject.h"
 #include "views/ProgressMeterWindow.h"
 #include "views/frmParams.h"
 
 #include <QMainWindow>
 #include <functional>
+#include <map>
 #include <memory>
 
 class DataGridView;
@@ -19,9 +21,9 @@ class MainMenu;
 class QLabel;
 class QStackedWidget;
 
-/// The main window, owner of the run: one data set, one fit manager and the graph windows. It decides which
-/// commands are available and routes each to what serves it; it works nothing out itself.
-class frmVelt3 : public QMainWindow, public IMainWindow
+/// The main window, owner of the run: the open project, the graph windows and the report. It routes each
+/// command to what serves it, shows what came of it, and is the one place where a failed command ends.
+class frmVelt3 : public QMainWindow, public IMainWindow, public IProjectView
 {
     Q_OBJECT
 
@@ -31,9 +33,9 @@ public:
     explicit frmVelt3(IUser* user = nullptr);
     ~frmVelt3() override;
 
-    bool FileOpen() const { return m_fileOpen; }
-    const clsVeltData& objData() const { return *m_data; }
-    clsMethManager& objMeth() { return *m_meth; }
+    bool FileOpen() const { return m_project.FileOpen(); }
+    const clsVeltData& objData() const { return m_project.Data(); }
+    clsMethManager& objMeth() { return m_project.Fits(); }
     const GraphWindows& Graphs() const { return m_graphs; }
 
     /// Gives one menu command by its name ("mnuNewModel"), as a click on its entry does. A command given
@@ -56,6 +58,11 @@ public:
     std::unique_ptr<VELT_ContourPlot> NewContourPlot() override;
     void YieldToEvents() override;
 
+    // IProjectView
+    void LetGoOfProject() override;
+    void ShowNoProject() override;
+    void KeepResultsInSight() override;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -63,26 +70,9 @@ protected:
 
 private:
     void BuildWindow();
-    void InitObjects();
     void Guarded(const QString& name, const std::function<void()>& work);
     void AfterFailure();
-
-    void OnOpen();
-    void OnClose();
-    void OnDataPlots();
-    void OnNewModel();
-    void OnNewParams();
-    void OnGenerateConfInts();
-    void OnDisplayConfInts();
-    void OnReportConfInts();
     void OnAbout();
-    void TakeFocus();
-
-    /// Loads `path` in place of nothing: the former data set has been closed.
-    void Load(const std::string& path);
-    /// Answers whether the current fit may go; true when there is none.
-    bool MayClearFit();
-    void CloseDataSet();
     void ShowCaption();
     void ShowHint(bool noData);
 
@@ -90,10 +80,12 @@ private:
     ProgressMeterWindow m_meter{this};
     RandomSource m_random;
     Run m_run;
-    std::unique_ptr<clsVeltData> m_data;
-    std::unique_ptr<clsMethManager> m_meth;
     frmParams m_report{this};
     GraphWindows m_graphs{*this};
+    OpenProject m_project{m_run, *this};
+    FileCommands m_files{m_project};
+    FitCommands m_fits{m_project};
+    const std::map<QString, std::function<void()>> m_commands; ///< by the name of their menu entry
 
     MainMenu* m_menu = nullptr;
     DataGridView* m_grid = nullptr;
@@ -101,8 +93,6 @@ private:
     QStackedWidget* m_pages = nullptr;
     QLabel* m_status = nullptr;
     QLabel* m_number = nullptr;
-    bool m_fileOpen = false;
-    bool m_fitEverMade = false;
     bool m_hourglass = false;
     bool m_busy = false;
     bool m_reportPlaced = false;

@@ -298,6 +298,118 @@ private slots:
         QVERIFY(session.Entry("mnuNewParams")->isEnabled());
     }
 
+    void NewFitWithAFitAsksAndNoKeepsItWithItsGraphs()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        const auto titles = session.window.Graphs().UserTitles();
+        session.user.messages.clear();
+        session.user.asked.clear();
+        session.user.answers = {Answer::No};
+        session.Entry("mnuNewModel")->trigger();
+        QVERIFY(session.user.Saw("Clear Current Fit"));
+        QVERIFY(session.user.asked.empty()); // neither a model nor inputs
+        QVERIFY(session.window.objMeth().MethDefined());
+        QVERIFY(session.window.Graphs().UserTitles() == titles);
+    }
+
+    void NewFitWithoutAFitAsksNothing()
+    {
+        Session session;
+        session.Open();
+        session.user.messages.clear();
+        session.Fit();
+        QVERIFY(!session.user.Saw("Clear Current Fit"));
+    }
+
+    void AnAcceptedNewFitTakesTheGraphsOfTheFormerOneAway()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.AddModelGraph(Graph("Of the former fit"));
+        session.user.onSelection = {}; // the choice of a model is cancelled
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuNewModel")->trigger();
+        QVERIFY(session.window.Graphs().Empty());
+        QVERIFY(!session.window.objMeth().MethDefined());
+        QCOMPARE(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums), 0);
+    }
+
+    void NewInputParametersAsksAndNoKeepsTheFit()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.user.messages.clear();
+        session.user.asked.clear();
+        session.user.answers = {Answer::No};
+        session.Entry("mnuNewParams")->trigger();
+        QVERIFY(session.user.Saw("Clear Current Fit"));
+        QVERIFY(session.user.asked.empty());
+        QVERIFY(session.window.objMeth().MethDefined());
+    }
+
+    void NewInputParametersKeepsTheModelAndOffersTheInputsOfTheFormerFit()
+    {
+        Session session;
+        session.user.onInputParams = [](InputParams& params) {
+            params.Mort = 0.35F;
+            return true;
+        };
+        session.Open();
+        session.Fit();
+        session.window.AddModelGraph(Graph("Of the former fit"));
+        session.user.asked.clear();
+        float offered = 0.0F;
+        session.user.onInputParams = [&offered](InputParams& params) {
+            offered = params.Mort;
+            return true;
+        };
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuNewParams")->trigger();
+        QCOMPARE(offered, 0.35F);
+        QVERIFY(std::ranges::count(session.user.asked, "selection") == 0); // no list of models
+        QCOMPARE(session.window.objMeth().CurrMethType(), 3);
+        const auto titles = session.window.Graphs().UserTitles();
+        QVERIFY(std::ranges::count(titles, "Of the former fit") == 0);
+        QVERIFY(!titles.empty());
+        QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
+    }
+
+    // Deliberate: nothing clears the flag.
+    void AfterAFitWasReloadedNewInputParametersStaysAvailableOnLaterDataSets()
+    {
+        Session session;
+        session.Open();
+        QVERIFY(!session.Entry("mnuNewParams")->isEnabled());
+        session.window.objData().TheRun().FitReloaded = true;
+        session.window.EnableControls();
+        QVERIFY(session.Entry("mnuNewParams")->isEnabled());
+        session.Entry("mnuClose")->trigger();
+        session.Open();
+        QVERIFY(session.Entry("mnuNewParams")->isEnabled());
+    }
+
+    void OpenReadsTheFileThatWasChosen()
+    {
+        Session session;
+        session.user.files = {std::string(VELT_TEST_SAMPLES) + "/expected/const25.txt"};
+        session.Entry("mnuOpen")->trigger();
+        QVERIFY(session.window.FileOpen());
+        QCOMPARE(session.window.objData().TimeInts(), 25);
+    }
+
+    void CancelInTheFileDialogLeavesNoDataSetOpen()
+    {
+        Session session;
+        session.Open();
+        session.Entry("mnuOpen")->trigger();
+        QVERIFY(!session.window.FileOpen());
+        QVERIFY(session.Panel("lblHint").contains("To begin"));
+    }
+
     void GeneratedIntervalsBringHistogramsAndLimits()
     {
         Session session;

@@ -97,6 +97,16 @@ std::optional<std::string> ScriptedUser::InputBox(const std::string& prompt, con
     return inputs.empty() ? std::nullopt : TakeFirst(inputs);
 }
 
+std::optional<std::string> ScriptedUser::AskFileToOpen(const FileQuestion&)
+{
+    asked.push_back("file to open");
+    if (files.empty())
+        return std::nullopt;
+    std::string path = files.front();
+    files.pop_front();
+    return path;
+}
+
 bool ScriptedUser::AskSelection(Selection& selection)
 {
     asked.emplace_back("selection");

@@ -36,6 +36,8 @@ public:
     /// Picks the item that begins with `text`.
     void Picks(const std::string& text);
 
+    std::deque<std::string> files; ///< chosen in file dialogs, in order; empty: Cancel
+
     // What happened.
     std::vector<Message> messages;
     std::vector<std::string> asked;          ///< "selection", "input params", "start values", ... in order
@@ -45,6 +47,7 @@ public:
     Answer Show(const Message& message) override;
     std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
                                         const std::string& suggestion) override;
+    std::optional<std::string> AskFileToOpen(const FileQuestion& question) override;
     bool AskSelection(Selection& selection) override;
     bool AskRange(RangeQuestion& question) override;
     bool AskInputParams(InputParams& params) override;

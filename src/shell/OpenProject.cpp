@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/OpenProject.h"
+
+#include "base/StringTable.h"
+
+OpenProject::~OpenProject()
+{
+    m_fits.reset(); // it still speaks to the data
+}
+
+void OpenProject::Renew()
+{
+    m_view.LetGoOfProject();
+    m_fileOpen = m_fitEverMade = false;
+    m_fits.reset();
+    m_data = std::make_unique<clsVeltData>(m_run);
+    m_fits = std::make_unique<clsMethManager>(m_run);
+    m_fits->Create(*m_data);
+    m_view.ShowNoProject();
+}
+
+bool OpenProject::MayClearFit() const
+{
+    return !m_fits->MethDefined() ||
+           m_run.reporter.Show({.text = LoadResString(1930), .buttons = Buttons::YesNo}) == Answer::Yes;
+}
