@@ -5,6 +5,7 @@ velt_core_test(base SOURCES
   ErrorReporter_test.cpp
   ForeignText_test.cpp
   NumberText_test.cpp
+  SignalHold_test.cpp
   StringTable_test.cpp
   Utilities_test.cpp
   Windows1252_test.cpp
