@@ -106,16 +106,14 @@ bool TakePlaceOf(const fs::path& folder, const fs::path& other)
 bool CarryOver(const fs::path& old, const fs::path& fresh, const Files& files, const fs::path& within,
                const ResultNames& ours, const FolderCalls& calls)
 {
-    const std::vector<fs::path> folders = FoldersOf(files);
     const auto entries = EntriesOf(old / within);
     for (const fs::path& entry : entries.value_or(std::vector<fs::path>{})) {
         const fs::path name = within / entry.filename();
         if (IsFolder(entry)) {
             if (within.empty() && IsAsideName(name.string()))
                 continue;
-            const bool ofTheSet = std::find(folders.begin(), folders.end(), name) != folders.end();
-            if (!ofTheSet || !TakePlaceOf(fresh / name, entry) ||
-                !CarryOver(old, fresh, files, name, ours, calls))
+            // Only the folders of the set stand in the fresh one; another takes no place there.
+            if (!TakePlaceOf(fresh / name, entry) || !CarryOver(old, fresh, files, name, ours, calls))
                 return false;
         } else if (!files.contains(name) && !ours.byFile(entry) &&
                    calls.link(entry.c_str(), (fresh / name).c_str()) != 0) {
@@ -123,16 +121,6 @@ bool CarryOver(const fs::path& old, const fs::path& fresh, const Files& files, c
         }
     }
     return entries.has_value();
-}
-
-/// The working folder and those above it keep their place: a shell that stands there would find itself in a
-/// folder that is gone.
-bool HoldsWorkingFolder(const fs::path& folder)
-{
-    std::error_code failed;
-    const fs::path here = fs::current_path(failed);
-    return failed ||
-           std::mismatch(folder.begin(), folder.end(), here.begin(), here.end()).first == folder.end();
 }
 
 /// Failures of a swap that say "not here" rather than "not possible at all".
@@ -203,6 +191,14 @@ fs::path Resolved(const fs::path& folder)
     return path.has_filename() ? path : path.parent_path(); // without a slash at the end
 }
 } // namespace
+
+bool HoldsWorkingFolder(const fs::path& folder)
+{
+    std::error_code failed;
+    const fs::path here = fs::current_path(failed);
+    return failed ||
+           std::mismatch(folder.begin(), folder.end(), here.begin(), here.end()).first == folder.end();
+}
 
 const FolderCalls& SystemFolderCalls()
 {

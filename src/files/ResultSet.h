@@ -30,6 +30,10 @@ struct ResultNames {
     std::function<bool(const std::filesystem::path& file)> byFile; ///< looking into the file too
 };
 
+/// Whether `folder`, absolute and without links, is the working folder or one above it. Such a folder keeps
+/// its place: a shell that stands there would find itself in a folder that is gone.
+bool HoldsWorkingFolder(const std::filesystem::path& folder);
+
 /// Files that belong together, the results of one run, put into a folder as one: files of an older set do not
 /// remain beside them.
 ///
