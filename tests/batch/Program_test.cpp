@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
@@ -135,6 +136,40 @@ TEST(Program, ToldToEndInTheMiddleOfItsWorkItEndsAtOnceAndLeavesNothing)
     }
 }
 
+// The request comes while the set stands half beside its directory. A run whose writing was over before that
+// was seen proves nothing, so there are as many as it takes for three that do.
+TEST(Program, ToldToEndWhileItWritesItFinishesTheSetAndThenEnds)
+{
+    int met = 0;
+    for (int turn = 0; met < 3; ++turn) {
+        ASSERT_LT(turn, 200) << "the writing was never seen";
+        const ScratchDirectory directory;
+        const Words words =
+            Schaefer(directory, {"--error", "log", "--contours", "60", "--csv", directory.Path("out")});
+        const auto writes = [&directory] {
+            const auto entries = std::filesystem::directory_iterator(directory.Path());
+            return std::any_of(begin(entries), end(entries), [](const auto& entry) {
+                return entry.path().filename().string().starts_with(".velt-results.");
+            });
+        };
+        const pid_t child = Start(directory, words, [] {});
+        int status = 0;
+        bool over = false;
+        while (!over && !writes())
+            over = ::waitpid(child, &status, WNOHANG) == child;
+        if (over)
+            continue;
+        ::kill(child, SIGTERM);
+        status = WaitFor(child);
+        if (EndedWith(0, status)) // over between the look and the request
+            continue;
+        ASSERT_TRUE(EndedBy(SIGTERM, status)) << status;
+        EXPECT_EQ(Left(directory), (Words{"out", "out/contour_path.csv", "out/contours.csv",
+                                          "out/estimates.csv", "out/series.csv"}));
+        ++met;
+    }
+}
+
 TEST(Program, AReaderThatIsGoneEndsItQuietlyAndTheFilesAreWhole)
 {
     const ScratchDirectory directory;
@@ -156,8 +191,10 @@ TEST(Program, AReaderThatIsGoneEndsItQuietlyAndTheFilesAreWhole)
 TEST(Program, AClosedOutputIsToldAndNoFileGetsTheReport)
 {
     const ScratchDirectory directory;
-    const int status = StatusOf(directory, Schaefer(directory, {"--csv", directory.Path("out")}),
-                                [] { ::close(STDOUT_FILENO); });
+    Words words = Schaefer(directory, {"--csv", directory.Path("out")});
+    if (CanDraw()) // the painters open files and keep them
+        words.insert(words.end(), {"--plots", directory.Path("out")});
+    const int status = StatusOf(directory, words, [] { ::close(STDOUT_FILENO); });
 
     EXPECT_TRUE(EndedWith(2, status)) << status;
     EXPECT_EQ(directory.Read("err"),
