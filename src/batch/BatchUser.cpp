@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/BatchUser.h"
 
+#include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/Utilities.h"
@@ -16,13 +17,14 @@
 
 namespace
 {
+/// A list of names in quotes, as long as a message may quote.
 template <typename Texts>
 std::string Quoted(const Texts& texts)
 {
     std::string all;
     for (const auto& text : texts)
         all += (all.empty() ? "\"" : ", \"") + std::string(text) + "\"";
-    return all;
+    return Quotable(all);
 }
 
 int DataColumn(const AsciiWizard& wizard, const std::string& gridTitle)
@@ -30,7 +32,7 @@ int DataColumn(const AsciiWizard& wizard, const std::string& gridTitle)
     const auto& titles = wizard.columnTitles;
     const auto found = std::find(titles.begin(), titles.end(), gridTitle);
     if (found == titles.end())
-        throw BatchFailure(ExitStatus::BadUsage, "--columns: there is no column \"" + gridTitle +
+        throw BatchFailure(ExitStatus::BadUsage, "--columns: there is no column \"" + Quotable(gridTitle) +
                                                      "\" to fill; there are " + Quoted(titles) + ".");
     return static_cast<int>(found - titles.begin()) + 1;
 }
@@ -56,17 +58,18 @@ void Assign(AsciiWizard& wizard, int textColumn, const FitRequest::Assignment& a
 {
     const int dataColumn = DataColumn(wizard, assignment.gridTitle);
     if (wizard.timingColumn == textColumn)
-        throw BatchFailure(ExitStatus::BadUsage,
-                           "--columns: \"" + assignment.heading + "\" holds the time periods already.");
+        throw BatchFailure(ExitStatus::BadUsage, "--columns: \"" + Quotable(assignment.heading) +
+                                                     "\" holds the time periods already.");
     if (wizard.blnVELTColSel(dataColumn))
-        throw BatchFailure(ExitStatus::BadUsage, "--columns fills \"" + assignment.gridTitle + "\" twice.");
+        throw BatchFailure(ExitStatus::BadUsage,
+                           "--columns fills \"" + Quotable(assignment.gridTitle) + "\" twice.");
     wizard.Assign(textColumn, dataColumn);
 }
 } // namespace
 
 std::string AmbiguousHeading(const std::string& heading)
 {
-    return "The file has the column \"" + heading +
+    return "The file has the column \"" + Quotable(heading) +
            "\" more than once, so the name says nothing. Rename one of them in the file.";
 }
 
@@ -166,8 +169,8 @@ int BatchUser::TextColumn(const AsciiWizard& wizard, const std::string& heading)
     const std::vector<std::string>& names = headings.empty() ? wizard.collFlexHeadings : headings;
     const auto found = std::find(names.begin(), names.end(), heading);
     if (found == names.end())
-        throw BatchFailure(ExitStatus::BadUsage,
-                           "The file has no column \"" + heading + "\"; it has " + Quoted(names) + ".");
+        throw BatchFailure(ExitStatus::BadUsage, "The file has no column \"" + Quotable(heading) +
+                                                     "\"; it has " + Quoted(names) + ".");
     if (std::count(names.begin(), names.end(), heading) > 1)
         throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
     return static_cast<int>(found - names.begin()) + 1;

@@ -1,33 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/CommandLine.h"
 
+#include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/Utilities.h"
 #include "base/modVeltGlobals.h"
 #include "batch/BatchFailure.h"
+#include "batch/TypedOptions.h"
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
 #include "models/ModelTable.h"
 #include "models/StartVals.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace
 {
-/// The options as typed; an option that was not given stays empty.
-struct Typed {
-    std::string data, csvData, timeColumn, columns, model, error = "ls";
-    std::string mort, initialProportion, lag, z, exclude, start, fix;
-    std::string maxIts, fTol, xTol, convergeOn = "both";
-    std::string bootstraps, seed, ci, scenarios, projectCi;
-    std::string format = "text", csvDir, plotsDir, contours;
-};
+std::string Quoted(const std::string& typed)
+{
+    return "\"" + Quotable(typed) + "\"";
+}
 
 [[noreturn]] void Refuse(const std::string& sentence)
 {
@@ -43,15 +41,19 @@ std::int32_t NumberOf(const char* option, const std::vector<std::string>& names,
     std::string all;
     for (const std::string& name : names)
         all += (all.empty() ? "" : ", ") + name;
-    Refuse(std::string(option) + " is one of " + all + ", not \"" + typed + "\".");
+    Refuse(std::string(option) + " is one of " + all + ", not " + Quoted(typed) + ".");
 }
 
-/// The dialogs' sentences for fields of 16 bits do not say where these end.
-void RefuseAbove16Bits(const char* option, const std::string& typed)
+/// The dialogs round what is typed into a field of 16 bits, and their sentences do not say where it ends.
+/// Nobody who asks a command for 10.5 replicates means 10.
+void RefuseUnlessCount(const char* option, const std::string& typed)
 {
     constexpr double kMost = 32767.0;
-    if (number_text::ParseTyped(typed).value_or(0.0) > kMost)
-        Refuse(std::string(option) + " is at most 32767, not " + typed + ".");
+    const double value = number_text::ParseTyped(typed).value_or(0.0);
+    if (value != std::nearbyint(value))
+        Refuse(std::string(option) + " takes a whole number, not " + Quotable(typed) + ".");
+    if (value > kMost)
+        Refuse(std::string(option) + " is at most 32767, not " + Quotable(typed) + ".");
 }
 
 /// The value of a field by the rule that the dialogs use.
@@ -80,7 +82,7 @@ std::vector<std::string> SplitList(const char* option, const std::string& typed)
         const std::size_t comma = std::min(typed.find(',', from), typed.size());
         parts.push_back(Trim(typed.substr(from, comma - from)));
         if (parts.back().empty())
-            Refuse(std::string(option) + ": an item of the list \"" + typed + "\" is empty.");
+            Refuse(std::string(option) + ": an item of the list " + Quoted(typed) + " is empty.");
         from = comma + 1;
     }
     return parts;
@@ -90,7 +92,7 @@ std::pair<std::string, std::string> SplitPair(const char* option, const std::str
 {
     const std::size_t equals = item.rfind('=');
     if (equals == std::string::npos || equals == 0 || equals + 1 == item.size())
-        Refuse(std::string(option) + " takes NAME=VALUE, not \"" + item + "\".");
+        Refuse(std::string(option) + " takes NAME=VALUE, not " + Quoted(item) + ".");
     return {Trim(item.substr(0, equals)), Trim(item.substr(equals + 1))};
 }
 
@@ -120,10 +122,10 @@ std::string ParameterNamed(const char* option, const std::string& name, std::int
             return parameter;
         all += (all.empty() ? "" : " and ") + parameter;
     }
-    Refuse(std::string(option) + ": this model starts from " + all + ", not from \"" + name + "\".");
+    Refuse(std::string(option) + ": this model starts from " + all + ", not from " + Quoted(name) + ".");
 }
 
-void TakeColumns(const Typed& typed, FitRequest& request)
+void TakeColumns(const TypedOptions& typed, FitRequest& request)
 {
     request.timeColumn = typed.timeColumn;
     for (const std::string& item : SplitColumns(typed.columns)) {
@@ -132,7 +134,7 @@ void TakeColumns(const Typed& typed, FitRequest& request)
     }
 }
 
-void TakeData(const Typed& typed, FitRequest& request)
+void TakeData(const TypedOptions& typed, FitRequest& request)
 {
     if (typed.data.empty() == typed.csvData.empty())
         Refuse("The data come through exactly one of --data and --csv-data.");
@@ -149,18 +151,18 @@ void TakeData(const Typed& typed, FitRequest& request)
     TakeColumns(typed, request);
 }
 
-void TakeExclusions(const Typed& typed, FitRequest& request)
+void TakeExclusions(const TypedOptions& typed, FitRequest& request)
 {
     for (const std::string& item : SplitList("--exclude", typed.exclude)) {
         std::int32_t label = 0;
         const auto [end, error] = std::from_chars(item.data(), item.data() + item.size(), label);
         if (error != std::errc{} || end != item.data() + item.size())
-            Refuse("--exclude takes time labels, not \"" + item + "\".");
+            Refuse("--exclude takes time labels, not " + Quoted(item) + ".");
         request.exclude.push_back(label);
     }
 }
 
-void TakeStart(const Typed& typed, FitRequest& request)
+void TakeStart(const TypedOptions& typed, FitRequest& request)
 {
     for (const std::string& item : SplitList("--start", typed.start)) {
         const auto [name, value] = SplitPair("--start", item);
@@ -179,26 +181,46 @@ void TakeStart(const Typed& typed, FitRequest& request)
         Refuse("--fix: this model searches one parameter only, which cannot be held fixed.");
 }
 
-void TakeModel(const Typed& typed, FitRequest& request)
+/// An input that the model does not have would change nothing and be believed to have.
+void RefuseForeignInputs(const TypedOptions& typed, const model_table::Model& model)
+{
+    using model_table::Input;
+    const std::tuple<Input, const char*, const std::string&> inputs[] = {
+        {Input::Mort, "--m", typed.mort},
+        {Input::InitDep, "--init-proportion", typed.initialProportion},
+        {Input::Lag, "--lag", typed.lag},
+        {Input::Z, "--z", typed.z}};
+    std::string taken;
+    for (const auto& [input, option, value] : inputs)
+        if (model.Asks(input))
+            taken += (taken.empty() ? "" : ", ") + std::string(option);
+    for (const auto& [input, option, value] : inputs)
+        if (!value.empty() && !model.Asks(input))
+            Refuse(std::string(option) + " has no meaning for the model " + std::string(model.word) +
+                   ", which takes " + taken + ".");
+}
+
+void TakeModel(const TypedOptions& typed, FitRequest& request)
 {
     if (typed.model.empty())
         Refuse("--model names the model to fit; it is missing.");
     request.model = NumberOf("--model", ModelNames(), typed.model);
     request.errorModel = NumberOf("--error", ErrorModelNames(), typed.error);
+    RefuseForeignInputs(typed, model_table::Of(request.model));
     request.mort = TakeIfTyped<float>("--m", typed.mort, ReadNaturalMortality);
     request.initialProportion =
         TakeIfTyped<float>("--init-proportion", typed.initialProportion, ReadInitialProportion);
-    RefuseAbove16Bits("--lag", typed.lag);
+    RefuseUnlessCount("--lag", typed.lag);
     request.lag = TakeIfTyped<std::int16_t>("--lag", typed.lag, ReadTimeLag);
     request.z = TakeIfTyped<float>("--z", typed.z, ReadZShape);
     TakeExclusions(typed, request);
     TakeStart(typed, request);
 }
 
-void TakeMinimiser(const Typed& typed, FitRequest& request)
+void TakeMinimiser(const TypedOptions& typed, FitRequest& request)
 {
     MinimiserOptions& options = request.minimiser;
-    RefuseAbove16Bits("--max-its", typed.maxIts);
+    RefuseUnlessCount("--max-its", typed.maxIts);
     options.intMaxIts =
         TakeIfTyped<std::int16_t>("--max-its", typed.maxIts, ReadMaxIterations).value_or(options.intMaxIts);
     options.sngFTOL = TakeIfTyped<float>("--ftol", typed.fTol, ReadTolerance).value_or(options.sngFTOL);
@@ -208,8 +230,9 @@ void TakeMinimiser(const Typed& typed, FitRequest& request)
                              : modVeltGlobals::kConvergeOnEither;
 }
 
-void TakeBootstraps(const Typed& typed, FitRequest& request)
+void TakeBootstraps(const TypedOptions& typed, FitRequest& request)
 {
+    RefuseUnlessCount("--bootstraps", typed.bootstraps);
     const auto count = TakeIfTyped<std::int16_t>("--bootstraps", typed.bootstraps, ReadBootstraps);
     request.bootstraps = count.has_value();
     request.minimiser.BS = count.value_or(request.minimiser.BS);
@@ -218,7 +241,7 @@ void TakeBootstraps(const Typed& typed, FitRequest& request)
         const char* last = typed.seed.data() + typed.seed.size();
         const auto [end, error] = std::from_chars(typed.seed.data(), last, seed);
         if (error != std::errc{} || end != last)
-            Refuse("--seed takes a whole number of at least 0, not \"" + typed.seed + "\".");
+            Refuse("--seed takes a whole number of at least 0, not " + Quoted(typed.seed) + ".");
         request.seed = seed;
     }
 }
@@ -228,7 +251,7 @@ bool IsLevel(const std::optional<double>& level)
     return level && *level >= 0.0 && *level <= 1.0;
 }
 
-void TakeLevels(const Typed& typed, FitRequest& request)
+void TakeLevels(const TypedOptions& typed, FitRequest& request)
 {
     if (typed.ci.empty())
         return;
@@ -240,13 +263,15 @@ void TakeLevels(const Typed& typed, FitRequest& request)
         request.ciHigh = number_text::Parse(levels[1]);
     }
     if (!request.ciLow || !request.ciHigh)
-        Refuse("--ci takes two levels such as 0.025,0.975, not \"" + typed.ci + "\".");
+        Refuse("--ci takes two levels such as 0.025,0.975, not " + Quoted(typed.ci) + ".");
     // The dialog's rule lets a low level above 1 and a high one below 0 pass, where no replicate stands.
     if (!IsLevel(request.ciLow) || !IsLevel(request.ciHigh))
-        Refuse("--ci: " + LoadResString(1946) + ", not " + typed.ci + ".");
+        Refuse("--ci: " + LoadResString(1946) + ", not " + Quotable(typed.ci) + ".");
+    if (*request.ciLow >= *request.ciHigh)
+        Refuse("--ci: the low level stands first and is below the high one, not " + Quotable(typed.ci) + ".");
 }
 
-void TakeOutput(const Typed& typed, FitRequest& request)
+void TakeOutput(const TypedOptions& typed, FitRequest& request)
 {
     request.json = NumberOf("--format", {"text", "json"}, typed.format) == 2;
     if (!typed.csvDir.empty())
@@ -255,6 +280,7 @@ void TakeOutput(const Typed& typed, FitRequest& request)
         request.plotsDir = typed.plotsDir;
     if (typed.contours.empty())
         return;
+    RefuseUnlessCount("--contours", typed.contours);
     request.contours = Take<std::int16_t>("--contours", ReadContourPoints(typed.contours));
     if (request.contours == 1)
         Refuse("--contours: a surface has at least 2 points along each axis.");
@@ -267,7 +293,7 @@ void TakeOutput(const Typed& typed, FitRequest& request)
                "surface.");
 }
 
-void RefuseWhatIsNotBuilt(const Typed& typed)
+void RefuseWhatIsNotBuilt(const TypedOptions& typed)
 {
     if (!typed.scenarios.empty())
         Refuse("--scenarios is not built yet: velt-batch makes no projections.");
@@ -275,44 +301,7 @@ void RefuseWhatIsNotBuilt(const Typed& typed)
         Refuse("--project-ci is not built yet: velt-batch makes no projections.");
 }
 
-void DefineOptions(CLI::App& fit, Typed& typed)
-{
-    fit.add_option("--data", typed.data, "Text file: description, headings, one row a period")
-        ->type_name("FILE");
-    fit.add_option("--csv-data", typed.csvData, "Comma-separated file with one heading line")
-        ->type_name("FILE");
-    fit.add_option("--time-column", typed.timeColumn, "Heading of the column of time periods");
-    fit.add_option("--columns", typed.columns,
-                   "Assignments such as \"Catch=Tot. Catch Wt,CPUE=Abundance Index\"");
-    fit.add_option(
-        "--model", typed.model,
-        "no-recruitment, recruitment-index, constant-recruitment, fox, schaefer or pella-tomlinson");
-    fit.add_option("--error", typed.error, "ls, log, gamma or wls")->capture_default_str();
-    fit.add_option("--m", typed.mort, "Natural mortality per period (0.2)");
-    fit.add_option("--init-proportion", typed.initialProportion,
-                   "Initial proportion of the stock, 0 to 1 (1)");
-    fit.add_option("--lag", typed.lag, "Time lag in periods (0)");
-    fit.add_option("--z", typed.z, "Z shape of the Pella-Tomlinson model (1)");
-    fit.add_option("--exclude", typed.exclude, "Time labels to leave out of the fit, with commas");
-    fit.add_option("--start", typed.start, "Starting values such as K=5000,R=0.3");
-    fit.add_option("--fix", typed.fix, "Parameters to hold at their starting values");
-    fit.add_option("--max-its", typed.maxIts, "Steps of the minimiser (500)");
-    fit.add_option("--ftol", typed.fTol, "Relative tolerance of the function (1e-7)");
-    fit.add_option("--xtol", typed.xTol, "Relative tolerance of the parameters (1e-4)");
-    fit.add_option("--converge-on", typed.convergeOn, "both tests or either")->capture_default_str();
-    fit.add_option("--bootstraps", typed.bootstraps, "Number of bootstrap replicates, 1 to 1000");
-    fit.add_option("--seed", typed.seed, "Makes the bootstraps repeatable");
-    fit.add_option("--ci", typed.ci, "Levels of the limits (0.025,0.975)");
-    fit.add_option("--scenarios", typed.scenarios, "Not built yet");
-    fit.add_option("--project-ci", typed.projectCi, "Not built yet");
-    fit.add_option("--format", typed.format, "text or json")->capture_default_str();
-    fit.add_option("--csv", typed.csvDir, "Writes tables into this directory")->type_name("DIR");
-    fit.add_option("--plots", typed.plotsDir, "Writes graphs as PNG and SVG into this directory")
-        ->type_name("DIR");
-    fit.add_option("--contours", typed.contours, "Likelihood surface with 2 to 200 points along each axis");
-}
-
-FitRequest RequestOf(const Typed& typed)
+FitRequest RequestOf(const TypedOptions& typed)
 {
     FitRequest request;
     RefuseWhatIsNotBuilt(typed);
@@ -350,20 +339,8 @@ std::vector<std::string> StartingParameters(std::int32_t model)
 
 std::optional<FitRequest> ParseCommandLine(std::vector<std::string> arguments, std::ostream& out)
 {
-    Typed typed;
-    CLI::App app{"VELT 3.0 without a screen: stock sizes from catch, effort and abundance", "velt-batch"};
-    app.set_version_flag("--version", "velt-batch 3.0.0");
-    app.require_subcommand(1);
-    CLI::App* fit = app.add_subcommand("fit", "Fits one model to a table of periods");
-    DefineOptions(*fit, typed);
-    std::reverse(arguments.begin(), arguments.end()); // the library takes them from the back
-    try {
-        app.parse(std::move(arguments));
-    } catch (const CLI::Success& wish) { // --help, --version
-        app.exit(wish, out, out);
+    const std::optional<TypedOptions> typed = ReadOptions(std::move(arguments), out);
+    if (!typed)
         return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        Refuse(std::string(error.what()) + "\nTry velt-batch fit --help.");
-    }
-    return RequestOf(typed);
+    return RequestOf(*typed);
 }

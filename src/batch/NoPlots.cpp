@@ -7,7 +7,7 @@ bool CanDraw()
     return false;
 }
 
-void WritePlots(const BatchWindow& /*window*/, const std::string& /*directory*/)
+std::vector<ResultFile> PicturesOf(const BatchWindow& /*window*/)
 {
     throw BatchFailure(ExitStatus::BadUsage,
                        "--plots: this velt-batch was built without the desktop and cannot draw pictures.");

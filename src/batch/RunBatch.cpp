@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/RunBatch.h"
 
+#include "base/ForeignText.h"
 #include "base/Run.h"
+#include "base/SignalHold.h"
 #include "base/StringTable.h"
 #include "base/Utilities.h"
 #include "base/VeltError.h"
@@ -11,6 +13,7 @@
 #include "batch/CommandLine.h"
 #include "batch/FitTables.h"
 #include "batch/ReadTable.h"
+#include "batch/ResultFiles.h"
 #include "batch/WriteCsv.h"
 #include "batch/WriteJson.h"
 #include "batch/WritePlots.h"
@@ -18,6 +21,9 @@
 #include "engines/RandomSource.h"
 #include "fit/ParameterReport.h"
 #include "fit/clsMethManager.h"
+
+#include <cerrno>
+#include <system_error>
 
 namespace
 {
@@ -105,69 +111,73 @@ void Bootstrap(Job& job, FitTables& tables)
     AddBootstraps(tables, job.manager);
 }
 
-void PrepareOutput(const FitRequest& request)
+void AddFiles(ResultFiles& files, const Job& job, const FitTables& tables)
 {
-    if (request.plotsDir && !CanDraw())
-        WritePlots({}, *request.plotsDir); // refuses, before a fit is made in vain
-    if (request.plotsDir)
-        MakeDirectory("--plots", *request.plotsDir);
-    if (request.csvDir)
-        MakeDirectory("--csv", *request.csvDir);
+    if (job.request.csvDir)
+        files.AddTables(CsvFilesOf(tables));
+    if (job.request.contours && job.window.contours)
+        files.AddTables(CsvFilesOf(*job.window.contours));
+    if (job.request.plotsDir)
+        files.AddPictures(PicturesOf(job.window));
 }
 
-void WriteFiles(const Job& job, const FitTables& tables)
+void Read(Job& job)
 {
-    const FitRequest& request = job.request;
-    if (request.csvDir)
-        WriteCsv(tables, *request.csvDir);
-    if (request.contours && job.window.contours)
-        WriteContourCsv(*job.window.contours, request.csvDir.value_or("."));
-    if (request.plotsDir)
-        WritePlots(job.window, *request.plotsDir);
+    const SignalHold hold; // the import reads a scratch file
+    ReadTable(job.data, job.user, job.request);
 }
 
 void TellRemarks(const std::vector<Remark>& remarks, std::ostream& err)
 {
     for (const Remark& remark : remarks)
-        err << "velt-batch: remark: " << remark.text << "\n";
+        err << "velt-batch: remark: " << Printable(remark.text) << "\n";
 }
 
 /// Warnings and remarks of a job that went well.
 void Warn(const Job& job, const FitTables& tables, std::ostream& err)
 {
     for (const std::string& message : job.user.messages)
-        err << "velt-batch: " << Trim(message) << "\n";
+        err << "velt-batch: " << Printable(Trim(message)) << "\n";
     TellRemarks(tables.remarks, err);
 }
 
 /// A full disk and a closed output are noticed only when the text leaves the program.
-void Flush(std::ostream& out)
+void Print(const std::string& text, std::ostream& out)
 {
-    if (!out.flush())
-        throw BatchFailure(ExitStatus::BadUsage, "The results cannot be written to standard output.");
+    errno = 0;
+    out << text;
+    if (out.flush())
+        return;
+    const std::string reason = errno != 0 ? ": " + std::generic_category().message(errno) : "";
+    throw BatchFailure(ExitStatus::BadUsage,
+                       "The results cannot be written to standard output" + reason + ".");
 }
 
 void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
 {
-    PrepareOutput(request);
+    if (request.plotsDir && !CanDraw())
+        PicturesOf({}); // refuses, before a fit is made in vain
+    ResultFiles files(request);
+    files.Check(request);
     Job job(request);
-    ReadTable(job.data, job.user, request);
+    Read(job);
     Fit(job);
     FitTables tables = TablesOf(job.manager, job.data);
     if (request.bootstraps)
         Bootstrap(job, tables);
     tables.remarks = job.manager.Remarks();
-    WriteFiles(job, tables);
+    AddFiles(files, job, tables);
+    files.Publish();
     Warn(job, tables, err);
-    out << (request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText());
+    Print(request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText(), out);
 }
 
 int Tell(const BatchFailure& failure, bool json, std::ostream& out, std::ostream& err)
 {
-    err << "velt-batch: " << failure.message << "\n";
+    err << "velt-batch: " << Printable(failure.message) << "\n";
     TellRemarks(failure.remarks, err);
     if (json && failure.status == ExitStatus::FitFailed)
-        out << JsonOf(failure);
+        out << JsonOf(failure) << std::flush;
     return static_cast<int>(failure.status);
 }
 } // namespace
@@ -180,7 +190,8 @@ int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::
         json = request && request->json;
         if (request)
             DoJob(*request, out, err);
-        Flush(out);
+        else
+            Print({}, out); // help and version stand there already
         return static_cast<int>(ExitStatus::Done);
     } catch (const BatchFailure& failure) {
         return Tell(failure, json, out, err);

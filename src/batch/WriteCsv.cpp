@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/WriteCsv.h"
 
-#include "base/VeltError.h"
-#include "batch/BatchFailure.h"
-#include "files/WholeFile.h"
-
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
+#include <utility>
 
 namespace
 {
@@ -27,15 +23,6 @@ template <typename T>
 std::string Cell(const std::optional<T>& value)
 {
     return value ? Cell(*value) : std::string();
-}
-
-void WriteFile(const std::string& directory, const char* name, const std::string& content)
-{
-    try {
-        ReplaceFile(std::filesystem::path(directory) / name, content);
-    } catch (const VeltError& error) {
-        throw BatchFailure(ExitStatus::BadUsage, error.description);
-    }
 }
 
 std::string EstimatesTable(const FitTables& tables)
@@ -100,26 +87,18 @@ const char* NameOf(ContourMark mark)
 }
 } // namespace
 
-void MakeDirectory(const std::string& option, const std::string& directory)
+std::vector<ResultFile> CsvFilesOf(const FitTables& tables)
 {
-    std::error_code failure;
-    std::filesystem::create_directories(directory, failure);
-    if (failure)
-        throw BatchFailure(ExitStatus::BadUsage, option + ": the directory " + directory +
-                                                     " cannot be made: " + failure.message() + ".");
+    std::vector<ResultFile> files{{"estimates.csv", EstimatesTable(tables)},
+                                  {"series.csv", SeriesTable(tables)}};
+    if (!tables.intervals.empty()) {
+        files.push_back({"intervals.csv", IntervalsTable(tables)});
+        files.push_back({"replicates.csv", ReplicatesTable(tables)});
+    }
+    return files;
 }
 
-void WriteCsv(const FitTables& tables, const std::string& directory)
-{
-    WriteFile(directory, "estimates.csv", EstimatesTable(tables));
-    WriteFile(directory, "series.csv", SeriesTable(tables));
-    if (tables.intervals.empty())
-        return;
-    WriteFile(directory, "intervals.csv", IntervalsTable(tables));
-    WriteFile(directory, "replicates.csv", ReplicatesTable(tables));
-}
-
-void WriteContourCsv(const ContourRecord& contours, const std::string& directory)
+std::vector<ResultFile> CsvFilesOf(const ContourRecord& contours)
 {
     const ContourSurface& surface = contours.surface;
     std::string grid = surface.xName + "," + surface.yName + ",Objective\n";
@@ -129,11 +108,10 @@ void WriteContourCsv(const ContourRecord& contours, const std::string& directory
             const bool valid = z <= surface.zMax;
             grid += Cell(surface.x[i]) + "," + Cell(surface.y[j]) + "," + (valid ? Cell(z) : "") + "\n";
         }
-    WriteFile(directory, "contours.csv", grid);
     std::string path = "kind," + surface.xName + "," + surface.yName + "\n";
     for (const ContourRecord::Mark& mark : contours.marks)
         path += std::string(NameOf(mark.kind)) + "," + Cell(mark.x) + "," + Cell(mark.y) + "\n";
     for (const ContourRecord::Step& step : contours.path)
         path += "step," + Cell(step.toX) + "," + Cell(step.toY) + "\n";
-    WriteFile(directory, "contour_path.csv", path);
+    return {{"contours.csv", std::move(grid)}, {"contour_path.csv", std::move(path)}};
 }

@@ -3,17 +3,14 @@
 
 #include "batch/BatchWindow.h"
 #include "batch/FitTables.h"
+#include "batch/ResultFiles.h"
 
-#include <string>
+#include <vector>
 
-/// Makes the directory and those above it. \throws BatchFailure BadUsage when that is not possible
-void MakeDirectory(const std::string& option, const std::string& directory);
+/// estimates.csv and series.csv and, with bootstraps, intervals.csv and replicates.csv. Empty cells are
+/// values that do not exist.
+std::vector<ResultFile> CsvFilesOf(const FitTables& tables);
 
-/// Writes estimates.csv and series.csv and, with bootstraps, intervals.csv and replicates.csv into
-/// `directory`. Empty cells are values that do not exist. \throws BatchFailure BadUsage for a file that
-/// cannot be written
-void WriteCsv(const FitTables& tables, const std::string& directory);
-
-/// Writes contours.csv, one row a point of the grid, and contour_path.csv, the marks and the walk of the
-/// minimiser. A point at which the model cannot be evaluated has an empty cell.
-void WriteContourCsv(const ContourRecord& contours, const std::string& directory);
+/// contours.csv, one row a point of the grid, and contour_path.csv, the marks and the walk of the minimiser.
+/// A point at which the model cannot be evaluated has an empty cell.
+std::vector<ResultFile> CsvFilesOf(const ContourRecord& contours);

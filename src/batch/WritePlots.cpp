@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/WritePlots.h"
 
-#include "base/VeltError.h"
 #include "batch/BatchFailure.h"
 #include "views/ContourPainter.h"
 #include "views/GraphPainter.h"
@@ -10,7 +9,6 @@
 
 #include <cctype>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 namespace
@@ -50,23 +48,21 @@ std::string FileWords(const std::string& title)
     return words;
 }
 
-template <typename Save>
-void SaveBoth(const std::string& directory, std::size_t number, const std::string& title, Save save)
+template <typename Draw>
+void AddBoth(std::vector<ResultFile>& pictures, std::size_t number, const std::string& title, Draw draw)
 {
     char prefix[24];
     std::snprintf(prefix, sizeof prefix, "%02zu-", number);
-    for (const char* ending : {".png", ".svg"}) {
-        const auto path = std::filesystem::path(directory) / (prefix + FileWords(title) + ending);
-        try {
-            if (!save(QString::fromStdString(path.string())))
-                throw BatchFailure(ExitStatus::BadUsage, "--plots: " + path.string() + " cannot be drawn.");
-        } catch (const VeltError& error) {
-            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + error.description);
-        }
+    for (const char* ending : {"png", "svg"}) {
+        const std::string name = prefix + FileWords(title) + "." + ending;
+        const QByteArray bytes = draw(QString::fromLatin1(ending));
+        if (bytes.isEmpty())
+            throw BatchFailure(ExitStatus::BadUsage, "--plots: " + name + " cannot be drawn.");
+        pictures.push_back({name, bytes.toStdString()});
     }
 }
 
-void SaveContours(const ContourRecord& contours, std::size_t number, const std::string& directory)
+void AddContours(std::vector<ResultFile>& pictures, const ContourRecord& contours, std::size_t number)
 {
     std::vector<ContourStep> path;
     for (const ContourRecord::Step& step : contours.path)
@@ -74,8 +70,8 @@ void SaveContours(const ContourRecord& contours, std::size_t number, const std::
     std::vector<ContourMarkAt> marks;
     for (const ContourRecord::Mark& mark : contours.marks)
         marks.push_back({mark.kind, mark.x, mark.y});
-    SaveBoth(directory, number, "contours",
-             [&](const QString& file) { return SaveContourPicture(contours.surface, path, marks, file); });
+    AddBoth(pictures, number, "contours",
+            [&](const QString& ending) { return DrawContourPicture(contours.surface, path, marks, ending); });
 }
 } // namespace
 
@@ -84,13 +80,15 @@ bool CanDraw()
     return true;
 }
 
-void WritePlots(const BatchWindow& window, const std::string& directory)
+std::vector<ResultFile> PicturesOf(const BatchWindow& window)
 {
     HaveApplication();
+    std::vector<ResultFile> pictures;
     std::size_t number = 0;
     for (const std::shared_ptr<ModelGraph>& graph : window.graphs)
-        SaveBoth(directory, ++number, graph->Title(),
-                 [&](const QString& path) { return SaveGraphPicture(*graph, path); });
+        AddBoth(pictures, ++number, graph->Title(),
+                [&](const QString& ending) { return DrawGraphPicture(*graph, ending); });
     if (window.contours)
-        SaveContours(*window.contours, ++number, directory);
+        AddContours(pictures, *window.contours, ++number);
+    return pictures;
 }

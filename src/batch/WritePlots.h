@@ -4,13 +4,14 @@
 #pragma once
 
 #include "batch/BatchWindow.h"
+#include "batch/ResultFiles.h"
 
-#include <string>
+#include <vector>
 
 /// Whether this program can draw.
 bool CanDraw();
 
-/// Writes every graph, and the likelihood surface when there is one, into `directory` as PNG and as SVG:
-/// "01-expected-and-observed-cpue.png", ... \throws BatchFailure BadUsage for a file that cannot be written,
+/// Every graph, and the likelihood surface when there is one, as PNG and as SVG:
+/// "01-expected-and-observed-cpue.png", ... \throws BatchFailure BadUsage for a graph that cannot be drawn,
 /// or when this program cannot draw
-void WritePlots(const BatchWindow& window, const std::string& directory);
+std::vector<ResultFile> PicturesOf(const BatchWindow& window);

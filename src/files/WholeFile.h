@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <sys/types.h>
 
@@ -28,3 +29,22 @@ const FileCalls& SystemFileCalls();
 ///                      file
 void ReplaceFile(const std::filesystem::path& path, std::string_view bytes,
                  const FileCalls& calls = SystemFileCalls());
+
+/// The parts of the above, for who replaces more than one file at once.
+
+/// A name beside others that nobody else takes: `before` and 64 random bits in hexadecimal digits.
+std::string RandomName(const std::string& before);
+
+/// Writes `bytes` into the file `path`, which must not exist, and flushes them to the device. The file takes
+/// over the permissions of `target`, which it will replace, where that exists. \throws VeltError 57 that says
+/// of `target` why it cannot be written; there is no file `path` then
+void WriteAside(const std::filesystem::path& path, const std::filesystem::path& target,
+                std::string_view bytes, const FileCalls& calls);
+
+/// Flushes names that were given or taken away in `folder`, so that they survive the power. \throws VeltError
+/// 57 that says of `target` why it cannot be written
+void FlushFolder(const std::filesystem::path& folder, const std::filesystem::path& target,
+                 const FileCalls& calls);
+
+/// \throws VeltError 57, "... cannot be written: " and the system's words for its error code `reason`
+[[noreturn]] void FailToWrite(const std::filesystem::path& path, int reason);

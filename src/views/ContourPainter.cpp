@@ -308,15 +308,32 @@ bool ContourPainter::Reach(double x, double y)
     return wider;
 }
 
-bool SaveContourPicture(const ContourSurface& surface, const std::vector<ContourStep>& path,
-                        const std::vector<ContourMarkAt>& marks, const QString& file)
+namespace
 {
-    QCustomPlot plot;
+void PaintContours(QCustomPlot& plot, const ContourSurface& surface, const std::vector<ContourStep>& path,
+                   const std::vector<ContourMarkAt>& marks)
+{
     ContourPainter painter(plot);
     painter.Surface(surface);
     for (const ContourStep& step : path)
         painter.Step(step);
     for (const ContourMarkAt& mark : marks)
         painter.Mark(mark);
+}
+} // namespace
+
+QByteArray DrawContourPicture(const ContourSurface& surface, const std::vector<ContourStep>& path,
+                              const std::vector<ContourMarkAt>& marks, const QString& ending)
+{
+    QCustomPlot plot;
+    PaintContours(plot, surface, path, marks);
+    return DrawPlot(plot, ending);
+}
+
+bool SaveContourPicture(const ContourSurface& surface, const std::vector<ContourStep>& path,
+                        const std::vector<ContourMarkAt>& marks, const QString& file)
+{
+    QCustomPlot plot;
+    PaintContours(plot, surface, path, marks);
     return SavePlot(plot, file);
 }

@@ -3,6 +3,7 @@
 
 #include "graphs/VELT_ContourPlot.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <map>
@@ -59,6 +60,11 @@ private:
 
 /// The objective at (x, y), linear between the grid points; empty outside the grid and among invalid cells.
 std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, double y);
+
+/// The surface with path and marks as the bytes of a picture: "png", "svg" or "pdf"; nothing for another
+/// ending.
+QByteArray DrawContourPicture(const ContourSurface& surface, const std::vector<ContourStep>& path,
+                              const std::vector<ContourMarkAt>& marks, const QString& ending);
 
 /// Writes the surface with path and marks as a picture: .png, .svg or .pdf.
 /// \return false for another ending or a file that cannot be written.

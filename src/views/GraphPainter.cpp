@@ -354,6 +354,13 @@ void PaintGraph(QCustomPlot& plot, const ModelGraph& graph)
     FitLegend(plot, plot.width());
 }
 
+QByteArray DrawGraphPicture(const ModelGraph& graph, const QString& ending)
+{
+    QCustomPlot plot;
+    PaintGraph(plot, graph);
+    return DrawPlot(plot, ending);
+}
+
 bool SaveGraphPicture(const ModelGraph& graph, const QString& path)
 {
     QCustomPlot plot;

@@ -2,6 +2,7 @@
 // Draws what a ModelGraph describes. It owns no numbers; windows and the batch tool share it.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 class ModelGraph;
@@ -10,6 +11,10 @@ class QCustomPlot;
 /// Fills `plot` with the graph and sets its axes to show all of it. Can be called again after a change of the
 /// graph. Points that hold InvalidData, a NaN or an infinity are not drawn. Does not replot.
 void PaintGraph(QCustomPlot& plot, const ModelGraph& graph);
+
+/// The graph as the bytes of a picture: "png", "svg" or "pdf". Needs a QApplication, but no screen.
+/// \return nothing for another ending
+QByteArray DrawGraphPicture(const ModelGraph& graph, const QString& ending);
 
 /// Writes the graph as a picture: .png, .svg or .pdf. Needs a QApplication, but no screen.
 /// \return false for another ending or a file that cannot be written.

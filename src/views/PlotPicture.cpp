@@ -74,23 +74,29 @@ QImage PlotImage(QCustomPlot& plot, QSize size)
     return image;
 }
 
-bool SavePlot(QCustomPlot& plot, const QString& path, QSize size)
+QByteArray DrawPlot(QCustomPlot& plot, const QString& ending, QSize size)
 {
-    const QString ending = QFileInfo(path).suffix().toLower();
     if (size.isEmpty() || !QStringList{"png", "svg", "pdf"}.contains(ending))
-        return false;
+        return {};
     QBuffer picture;
     picture.open(QIODevice::WriteOnly);
     bool drawn = false;
     if (ending == "png") {
-        drawn = PlotImage(plot, size).save(&picture, "PNG");
+        QImage image = PlotImage(plot, size);
+        image.setText(QStringLiteral("Software"), QStringLiteral("VELT 3.0"));
+        drawn = image.save(&picture, "PNG");
     } else {
         plot_style::FitLegend(plot, size.width());
         drawn = ending == "svg" ? DrawSvg(plot, picture, size) : DrawPdf(plot, picture, size);
         plot_style::FitLegend(plot, plot.width());
     }
-    const QByteArray& bytes = picture.data();
-    if (drawn)
+    return drawn ? picture.data() : QByteArray();
+}
+
+bool SavePlot(QCustomPlot& plot, const QString& path, QSize size)
+{
+    const QByteArray bytes = DrawPlot(plot, QFileInfo(path).suffix().toLower(), size);
+    if (!bytes.isEmpty())
         ReplaceFile(path.toStdString(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    return drawn;
+    return !bytes.isEmpty();
 }

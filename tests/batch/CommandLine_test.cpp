@@ -40,8 +40,8 @@ std::string RefusalOf(const std::vector<std::string>& words)
 
 void ExpectRefused(std::vector<std::string> more, const std::string& part)
 {
-    EXPECT_NE(RefusalOf(Line(std::move(more))).find(part), std::string::npos)
-        << RefusalOf(Line(more)) << " does not say " << part;
+    const std::string refusal = RefusalOf(Line(std::move(more)));
+    EXPECT_NE(refusal.find(part), std::string::npos) << refusal << " does not say " << part;
 }
 } // namespace
 
@@ -67,11 +67,11 @@ TEST(CommandLine, EveryModelAndErrorModelHasItsWord)
 
 TEST(CommandLine, TakesEveryInputOfAFit)
 {
-    const FitRequest request = Accepted({"--model", "pella-tomlinson", "--error", "log", "--m", "0.3",
-                                         "--init-proportion", "0.8", "--lag", "2", "--z", "1.5", "--exclude",
-                                         "1971, 1975", "--start", "k=5000,R=0.3", "--fix", "r"});
+    const FitRequest request =
+        Accepted({"--model", "pella-tomlinson", "--error", "log", "--init-proportion", "0.8", "--lag", "2",
+                  "--z", "1.5", "--exclude", "1971, 1975", "--start", "k=5000,R=0.3", "--fix", "r"});
 
-    EXPECT_EQ(request.mort, 0.3F);
+    EXPECT_EQ(Accepted({"--model", "no-recruitment", "--m", "0.3"}).mort, 0.3F);
     EXPECT_EQ(request.initialProportion, 0.8F);
     EXPECT_EQ(request.lag, std::int16_t{2});
     EXPECT_EQ(request.z, 1.5F);
@@ -112,11 +112,11 @@ TEST(CommandLine, AHeadingMayHoldAnEqualsSign)
 
 TEST(CommandLine, AWrongValueIsRefusedWithTheSentenceOfItsField)
 {
-    ExpectRefused({"--model", "fox", "--m=-1"}, "--m: Natural Mortality must be >= 0");
-    ExpectRefused({"--model", "fox", "--m", "much"}, "--m: Natural Mortality must be >= 0");
+    ExpectRefused({"--model", "no-recruitment", "--m=-1"}, "--m: Natural Mortality must be >= 0");
+    ExpectRefused({"--model", "no-recruitment", "--m", "much"}, "--m: Natural Mortality must be >= 0");
     ExpectRefused({"--model", "fox", "--init-proportion", "1.1"}, "--init-proportion: Initial Proportion");
     ExpectRefused({"--model", "fox", "--lag=-1"}, "--lag: Time Lag must be >=0");
-    ExpectRefused({"--model", "fox", "--z", "0"}, "--z: Z shape parameter must be > 0");
+    ExpectRefused({"--model", "pella-tomlinson", "--z", "0"}, "--z: Z shape parameter must be > 0");
     ExpectRefused({"--model", "fox", "--bootstraps", "1001"}, "--bootstraps: Value must be in the range");
     ExpectRefused({"--model", "fox", "--max-its", "0"}, "--max-its: Value must be numeric and > 0");
     ExpectRefused({"--model", "fox", "--ftol", "0"}, "--ftol: Value must be numeric and > 0");
@@ -195,13 +195,74 @@ TEST(CommandLine, ALevelOutsideZeroToOneIsRefusedBeforeAnyFit)
     ExpectRefused({"--model", "fox", "--bootstraps", "9", "--ci", "nan,1"}, "--ci takes two levels");
 }
 
-// Levels in the wrong order are the user's business: the limits come out in that order. Deliberate.
-TEST(CommandLine, LevelsInTheWrongOrderAreTaken)
+// Limits used to come out in the wrong order, the high one under "low".
+TEST(CommandLine, ALowLevelThatIsNotBelowTheHighOneIsRefused)
 {
-    const FitRequest request = Accepted({"--model", "fox", "--bootstraps", "9", "--ci", "0.9,0.1"});
+    for (const char* levels : {"0.9,0.1", "0.5,0.5", "1,0"})
+        ExpectRefused({"--model", "fox", "--bootstraps", "9", std::string("--ci=") + levels},
+                      std::string("--ci: the low level stands first and is below the high one, not ") +
+                          levels);
+}
 
-    EXPECT_EQ(request.ciLow, 0.9);
-    EXPECT_EQ(request.ciHigh, 0.1);
+// An empty text, as of a script's variable that is not set, used to count as an option that was not given.
+TEST(CommandLine, AnEmptyValueIsRefusedByTheNameOfItsOption)
+{
+    for (const char* option : {"--model",       "--error",      "--m",       "--init-proportion",
+                               "--lag",         "--z",          "--exclude", "--start",
+                               "--fix",         "--max-its",    "--ftol",    "--xtol",
+                               "--converge-on", "--bootstraps", "--seed",    "--ci",
+                               "--format",      "--csv",        "--plots",   "--contours",
+                               "--scenarios",   "--project-ci", "--csv-data"})
+        for (const char* value : {"", "  ", "\t"})
+            ExpectRefused({option, value}, std::string(option) + ": the value is empty.");
+    EXPECT_EQ(RefusalOf({"fit", "--data", "", "--csv-data", "a.csv"}), "--data: the value is empty.");
+    EXPECT_EQ(RefusalOf({"fit", "--data", "a", "--time-column="}).rfind("--time-column: ", 0), 0U);
+}
+
+// The dialogs round; the command used to do the same without a word.
+TEST(CommandLine, AFractionWhereACountIsMeantIsRefused)
+{
+    ExpectRefused({"--model", "fox", "--bootstraps", "10.5"}, "--bootstraps takes a whole number, not 10.5.");
+    ExpectRefused({"--model", "fox", "--max-its", "3.7"}, "--max-its takes a whole number, not 3.7.");
+    ExpectRefused({"--model", "fox", "--lag", "0.5"}, "--lag takes a whole number, not 0.5.");
+    ExpectRefused({"--model", "fox", "--contours", "2.5"}, "--contours takes a whole number, not 2.5.");
+    ExpectRefused({"--model", "fox", "--seed", "1.5"}, "--seed takes a whole number");
+    ExpectRefused({"--model", "fox", "--bootstraps", "9.999999999"}, "--bootstraps takes a whole number");
+    EXPECT_EQ(Accepted({"--model", "fox", "--bootstraps", "1e2"}).minimiser.BS, 100);
+}
+
+// Such a value used to be taken, shown in the report and used for nothing.
+TEST(CommandLine, AnInputThatTheModelDoesNotHaveIsRefusedWithThoseThatItHas)
+{
+    const auto expect = [](const char* model, const char* option, const std::string& taken) {
+        ExpectRefused({"--model", model, option, "1"}, std::string(option) +
+                                                           " has no meaning for the model " + model +
+                                                           ", which takes " + taken + ".");
+    };
+    for (const char* model : {"no-recruitment", "recruitment-index"})
+        for (const char* option : {"--init-proportion", "--lag", "--z"})
+            expect(model, option, "--m");
+    for (const char* option : {"--lag", "--z"})
+        expect("constant-recruitment", option, "--m, --init-proportion");
+    for (const char* model : {"fox", "schaefer"})
+        for (const char* option : {"--m", "--z"})
+            expect(model, option, "--init-proportion, --lag");
+    expect("pella-tomlinson", "--m", "--init-proportion, --lag, --z");
+}
+
+TEST(CommandLine, AnOptionsValueIsQuotedShortAndWithoutControlCharacters)
+{
+    const std::string shown = std::string(300, 'x') + "...";
+    const std::string typed(100000, 'x');
+    ExpectRefused({"--model", typed}, "not \"" + shown + "\".");
+    ExpectRefused({"--model", "\x1B[2J\xFF"}, "not \"\\x1b[2J\\xff\".");
+    for (const char* option : {"--exclude", "--start", "--seed"})
+        ExpectRefused({"--model", "fox", option, typed}, shown);
+    ExpectRefused({"--model", "fox", "--bootstraps", "9", "--ci", typed}, shown);
+    for (const char* option :
+         {"--exclude", "--start", "--seed", "--fix", "--error", "--format", "--lag", "--m"})
+        EXPECT_LT(RefusalOf(Line({"--model", "fox", option, typed})).size(), 600U) << option;
+    EXPECT_LT(RefusalOf(Line({"--model", "fox", typed})).size(), 600U);
 }
 
 // The comma used to end the item, so that such a column could not be named.

@@ -3,7 +3,9 @@ velt_core_test(base SOURCES
   Array1_test.cpp
   Checked_test.cpp
   ErrorReporter_test.cpp
+  ForeignText_test.cpp
   NumberText_test.cpp
+  SignalHold_test.cpp
   StringTable_test.cpp
   Utilities_test.cpp
   Windows1252_test.cpp

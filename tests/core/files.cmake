@@ -3,4 +3,5 @@ velt_core_test(files SOURCES
   AsciiText_test.cpp
   AsciiWizard_test.cpp
   ReadWholeFile_test.cpp
+  ResultSet_test.cpp
   WholeFile_test.cpp)
