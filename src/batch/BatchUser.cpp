@@ -3,7 +3,7 @@
 
 #include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "batch/BatchFailure.h"
 #include "files/AsciiWizard.h"
 #include "fit/InputParams.h"

@@ -3,7 +3,7 @@
 
 #include "base/Run.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/VeltError.h"
 #include "batch/BatchFailure.h"
 #include "batch/BatchUser.h"

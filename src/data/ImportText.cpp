@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A text file of periods becomes a data set with the help of the import wizard.
 #include "base/Checked.h"
+#include "base/FileErrors.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
 #include "data/clsVeltData.h"
 #include "files/AsciiText.h"
 #include "files/AsciiWizard.h"

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/AsciiText.h"
 
+#include "base/FileErrors.h"
 #include "base/NumberText.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/Windows1252.h"
 
 #include <algorithm>

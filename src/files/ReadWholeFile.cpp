@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/ReadWholeFile.h"
 
-#include "base/Utilities.h"
+#include "base/FileErrors.h"
 #include "base/VeltError.h"
 
 #include <cerrno>

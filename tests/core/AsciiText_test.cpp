@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/AsciiText.h"
 
-#include "base/Utilities.h"
+#include "base/FileErrors.h"
 
 #include <gtest/gtest.h>
 

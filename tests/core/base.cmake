@@ -3,9 +3,13 @@ velt_core_test(base SOURCES
   Array1_test.cpp
   Checked_test.cpp
   ErrorReporter_test.cpp
+  FileErrors_test.cpp
+  FileType_test.cpp
   NumberText_test.cpp
+  Paths_test.cpp
+  RaisedErrors_test.cpp
   StringTable_test.cpp
-  Utilities_test.cpp
+  Text_test.cpp
   Windows1252_test.cpp
   modVeltGlobals_test.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)

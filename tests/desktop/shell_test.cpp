@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/Utilities.h"
+#include "base/FileType.h"
 #include "base/VeltError.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
