@@ -5,6 +5,7 @@ velt_core_test(base SOURCES
   ErrorReporter_test.cpp
   FileErrors_test.cpp
   FileType_test.cpp
+  ForeignText_test.cpp
   NumberText_test.cpp
   Paths_test.cpp
   RaisedErrors_test.cpp
