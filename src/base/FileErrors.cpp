@@ -28,6 +28,20 @@ constexpr std::array<FileErrorText, 11> kFileErrors{{
     {75, "That path or filename cannot be accessed.", Buttons::RetryCancel},
     {76, "That path doesn't exist.", Buttons::RetryCancel},
 }};
+/// Whether `answer` is one that a box with `buttons` offers for trying again.
+bool TriesAgain(Buttons buttons, Answer answer)
+{
+    switch (buttons) {
+    case Buttons::RetryCancel:
+        return answer == Answer::Retry;
+    case Buttons::OkCancel:
+        return answer == Answer::Ok;
+    case Buttons::YesNoCancel:
+        return answer == Answer::Yes || answer == Answer::No; // deliberate: No has no meaning of its own
+    default: // no file error has such a box
+        return false;
+    }
+}
 } // namespace
 
 const FileErrorText* FindFileError(std::uint32_t number)
@@ -47,14 +61,7 @@ FileErrorDecision FileErrors(std::uint32_t number, ErrorReporter& reporter, cons
     const Answer answer = reporter.Show({.text = text, .buttons = buttons, .title = LoadResString(1303)});
     if (known == nullptr)
         return FileErrorDecision::Unknown;
-    switch (buttons) {
-    case Buttons::RetryCancel:
-        return answer == Answer::Retry ? FileErrorDecision::Retry : FileErrorDecision::GiveUp;
-    case Buttons::OkCancel:
-        return answer == Answer::Ok ? FileErrorDecision::Retry : FileErrorDecision::GiveUp;
-    default: // Yes and No both try again
-        return answer == Answer::Cancel ? FileErrorDecision::GiveUp : FileErrorDecision::Retry;
-    }
+    return TriesAgain(buttons, answer) ? FileErrorDecision::Retry : FileErrorDecision::GiveUp;
 }
 
 std::uint32_t FileErrorOf(int code)

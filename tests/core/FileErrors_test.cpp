@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 TEST(FileErrors, EachFileErrorHasItsTextAndButtons)
@@ -58,6 +59,26 @@ TEST(FileErrors, OkAndRetryTryAgain)
     EXPECT_EQ(FileErrors(64, reporter), FileErrorDecision::Retry);
     EXPECT_EQ(FileErrors(76, reporter, "/data/none.txt"), FileErrorDecision::Retry);
     EXPECT_EQ(user.messages[1].text, "That path doesn't exist.\n/data/none.txt");
+}
+
+// "Disk is full. Continue?" used to try again for ever when its box was answered by something it does not
+// offer.
+TEST(FileErrors, AnAnswerThatTheBoxDoesNotOfferGivesUp)
+{
+    const std::vector<std::pair<std::uint32_t, std::vector<Answer>>> notOffered{
+        {52, {Answer::Yes, Answer::No, Answer::Retry}}, // OK and Cancel
+        {57, {Answer::Ok, Answer::Yes, Answer::No}},    // Retry and Cancel
+        {61, {Answer::Ok, Answer::Retry}},              // Yes, No and Cancel
+    };
+    for (const auto& [number, answers] : notOffered) {
+        for (const Answer answer : answers) {
+            ScriptedUser user;
+            ErrorReporter reporter(user);
+            user.answers = {answer};
+            EXPECT_EQ(FileErrors(number, reporter), FileErrorDecision::GiveUp)
+                << number << " answered " << static_cast<int>(answer);
+        }
+    }
 }
 
 TEST(FileErrors, AnUnknownFileErrorShowsTheDefaultMessageAndGivesUp)
