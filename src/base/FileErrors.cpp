@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <system_error>
+#include <utility>
 
 namespace
 {
@@ -38,9 +40,15 @@ bool TriesAgain(Buttons buttons, Answer answer)
         return answer == Answer::Ok;
     case Buttons::YesNoCancel:
         return answer == Answer::Yes || answer == Answer::No; // deliberate: No has no meaning of its own
-    default: // no file error has such a box
+    default:                                                  // no file error has such a box
         return false;
     }
+}
+
+std::string_view WordsOf(std::uint32_t number)
+{
+    const FileErrorText* const known = FindFileError(number);
+    return known != nullptr ? known->text : kUnknownFileError;
 }
 } // namespace
 
@@ -54,7 +62,7 @@ const FileErrorText* FindFileError(std::uint32_t number)
 FileErrorDecision FileErrors(std::uint32_t number, ErrorReporter& reporter, const std::string& place)
 {
     const FileErrorText* const known = FindFileError(number);
-    std::string text(known != nullptr ? known->text : kUnknownFileError);
+    std::string text(WordsOf(number));
     if (!place.empty())
         text += "\n" + place;
     const Buttons buttons = known != nullptr ? known->buttons : Buttons::Ok;
@@ -86,4 +94,11 @@ std::uint32_t FileErrorOf(int code)
     default:
         return 0;
     }
+}
+
+FileError::FileError(int code, std::string source)
+    : VeltError(FileErrorOf(code), std::string(WordsOf(FileErrorOf(code))), std::move(source))
+{
+    if (code != 0 && FindFileError(number) == nullptr)
+        reason = "(" + std::system_category().message(code) + ")";
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/ErrorReporter.h"
+#include "base/VeltError.h"
 
 #include <cstdint>
 #include <string>
@@ -29,3 +30,11 @@ FileErrorDecision FileErrors(std::uint32_t number, ErrorReporter& reporter, cons
 /// The file error number of this program for the system's error code `code` (errno): 76 for a path that does
 /// not exist, 75 for one that cannot be accessed, 61 for a full disk, 68, 57, and 0 for the rest.
 std::uint32_t FileErrorOf(int code);
+
+/// A file operation that the system refused: the number and the words of the file errors. A code that they do
+/// not know has number 0, the words of an unidentified error, and the system's own words beside them.
+struct FileError : VeltError {
+    /// \param code  the system's error code (errno); 0 when it gave none
+    FileError(int code, std::string source);
+    std::string reason; ///< "(Too many levels of symbolic links)"; empty where the description says it all
+};

@@ -47,8 +47,8 @@ FileType GetFileType(const std::string& path)
 bool CheckFileAccess(const std::string& path, FileAccess mode, ErrorReporter& reporter)
 {
     std::error_code ignored;
-    const bool exists = std::filesystem::exists(path, ignored);
-    if (mode == FileAccess::Write && exists) {
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    if (mode == FileAccess::Write && std::filesystem::exists(status)) {
         // The missing blank behind the path belongs to the text.
         const Message question{.text =
                                    "The file " + path +
@@ -58,7 +58,8 @@ bool CheckFileAccess(const std::string& path, FileAccess mode, ErrorReporter& re
                                .title = "File Message"};
         return reporter.Show(question) == Answer::Ok;
     }
-    if (mode == FileAccess::Read && !exists) {
+    // What the system cannot even look at (a loop of links, say) is not missing: who reads it tells why not.
+    if (mode == FileAccess::Read && status.type() == std::filesystem::file_type::not_found) {
         reporter.Show({.text = "The file " + path + " doesn't exist.\nPlease select another file. ",
                        .title = "File Message"});
         return false;

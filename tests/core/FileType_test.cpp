@@ -127,3 +127,15 @@ TEST_F(FileTypes, EverythingElseIsAllowedWithoutABox)
     EXPECT_TRUE(CheckFileAccess(Path("new.vl3"), FileAccess::Other5, reporter));
     EXPECT_TRUE(user.messages.empty());
 }
+
+// Not missing: the search of the folder finds it. What is wrong with it is told by who reads it.
+TEST_F(FileTypes, ALoopOfLinksIsLeftToTheReader)
+{
+    const std::string loop = Path("loop.txt");
+    std::filesystem::create_symlink(loop, loop);
+
+    EXPECT_TRUE(CheckFileAccess(loop, FileAccess::Read, reporter));
+    EXPECT_TRUE(CheckFileAccess(loop, FileAccess::Write, reporter));
+    EXPECT_TRUE(user.messages.empty());
+    EXPECT_EQ(GetFileType(loop), FileType::Text);
+}
