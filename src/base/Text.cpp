@@ -14,6 +14,18 @@ bool ContinuesCharacter(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
+
+template <typename Take>
+void ForEachToken(std::string_view line, const Take& take)
+{
+    auto at = line.begin();
+    while (at != line.end()) {
+        const auto first = std::find_if_not(at, line.end(), IsSeparator);
+        at = std::find_if(first, line.end(), IsSeparator);
+        if (first != at)
+            take(first, at);
+    }
+}
 } // namespace
 
 std::string PadString(std::string_view text, std::size_t width)
@@ -50,12 +62,13 @@ std::string ToUpper(std::string_view text)
 std::vector<std::string> ParseLine(std::string_view line)
 {
     std::vector<std::string> tokens;
-    auto at = line.begin();
-    while (at != line.end()) {
-        const auto first = std::find_if_not(at, line.end(), IsSeparator);
-        at = std::find_if(first, line.end(), IsSeparator);
-        if (first != at)
-            tokens.emplace_back(first, at);
-    }
+    ForEachToken(line, [&](auto first, auto last) { tokens.emplace_back(first, last); });
     return tokens;
+}
+
+std::size_t CountTokens(std::string_view line)
+{
+    std::size_t count = 0;
+    ForEachToken(line, [&](auto, auto) { ++count; });
+    return count;
 }

@@ -18,3 +18,6 @@ std::string ToUpper(std::string_view text);
 /// The tokens of an import line. Blanks, tabs and commas separate, any run of them counts as one, so two
 /// commas do not mean an empty field.
 std::vector<std::string> ParseLine(std::string_view line);
+
+/// How many tokens ParseLine gives, without the memory for them.
+std::size_t CountTokens(std::string_view line);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/BatchUser.h"
 
+#include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
@@ -16,12 +17,16 @@
 
 namespace
 {
+/// `texts` as a list in a sentence; foreign ones may be long and many.
 template <typename Texts>
 std::string Quoted(const Texts& texts)
 {
     std::string all;
-    for (const auto& text : texts)
-        all += (all.empty() ? "\"" : ", \"") + std::string(text) + "\"";
+    for (const auto& text : texts) {
+        if (all.size() > kMostQuoted)
+            return all + ", ...";
+        all += (all.empty() ? "\"" : ", \"") + Quotable(text) + "\"";
+    }
     return all;
 }
 
@@ -30,44 +35,43 @@ int DataColumn(const AsciiWizard& wizard, const std::string& gridTitle)
     const auto& titles = wizard.columnTitles;
     const auto found = std::find(titles.begin(), titles.end(), gridTitle);
     if (found == titles.end())
-        throw BatchFailure(ExitStatus::BadUsage, "--columns: there is no column \"" + gridTitle +
+        throw BatchFailure(ExitStatus::BadUsage, "--columns: there is no column \"" + Quotable(gridTitle) +
                                                      "\" to fill; there are " + Quoted(titles) + ".");
     return static_cast<int>(found - titles.begin()) + 1;
 }
 
 /// A column that fills two columns of the data set stands twice in the wizard, as it would in a file made by
 /// hand: the wizard gives each text column one place only.
-AsciiWizard WithCopies(const AsciiWizard& wizard, std::vector<int>& textColumns)
+void CopyRepeated(AsciiWizard& wizard, std::vector<int>& textColumns)
 {
-    std::vector<std::string> headings = wizard.collFlexHeadings;
-    std::vector<std::vector<double>> data = wizard.collFlexData;
-    for (auto column = textColumns.begin(); column != textColumns.end(); ++column) {
-        if (std::find(textColumns.begin(), column, *column) == column)
-            continue;
-        const auto index = static_cast<std::size_t>(*column - 1);
-        headings.push_back(std::string(headings[index]));
-        data.push_back(std::vector<double>(data[index]));
-        *column = static_cast<int>(headings.size());
-    }
-    return {wizard.fileName, std::move(headings), std::move(data), wizard.columnTitles};
+    for (auto column = textColumns.begin(); column != textColumns.end(); ++column)
+        if (std::find(textColumns.begin(), column, *column) != column)
+            *column = wizard.CopyColumn(*column);
 }
 
 void Assign(AsciiWizard& wizard, int textColumn, const FitRequest::Assignment& assignment)
 {
     const int dataColumn = DataColumn(wizard, assignment.gridTitle);
     if (wizard.timingColumn == textColumn)
-        throw BatchFailure(ExitStatus::BadUsage,
-                           "--columns: \"" + assignment.heading + "\" holds the time periods already.");
+        throw BatchFailure(ExitStatus::BadUsage, "--columns: \"" + Quotable(assignment.heading) +
+                                                     "\" holds the time periods already.");
     if (wizard.blnVELTColSel(dataColumn))
         throw BatchFailure(ExitStatus::BadUsage, "--columns fills \"" + assignment.gridTitle + "\" twice.");
     wizard.Assign(textColumn, dataColumn);
 }
 } // namespace
 
-std::string AmbiguousHeading(const std::string& heading)
+int TextColumn(const std::vector<std::string>& headings, const std::string& heading)
 {
-    return "The file has the column \"" + heading +
-           "\" more than once, so the name says nothing. Rename one of them in the file.";
+    const auto found = std::find(headings.begin(), headings.end(), heading);
+    if (found == headings.end())
+        throw BatchFailure(ExitStatus::BadUsage, "The file has no column \"" + Quotable(heading) +
+                                                     "\"; it has " + Quoted(headings) + ".");
+    if (std::count(headings.begin(), headings.end(), heading) > 1)
+        throw BatchFailure(ExitStatus::BadUsage, "The file has the column \"" + Quotable(heading) +
+                                                     "\" more than once, so the name says nothing. Rename "
+                                                     "one of them in the file.");
+    return static_cast<int>(found - headings.begin()) + 1;
 }
 
 bool BatchUser::Said(const std::string& text) const
@@ -161,26 +165,14 @@ bool BatchUser::AskOptions(MinimiserOptions& options)
     return true;
 }
 
-int BatchUser::TextColumn(const AsciiWizard& wizard, const std::string& heading) const
-{
-    const std::vector<std::string>& names = headings.empty() ? wizard.collFlexHeadings : headings;
-    const auto found = std::find(names.begin(), names.end(), heading);
-    if (found == names.end())
-        throw BatchFailure(ExitStatus::BadUsage,
-                           "The file has no column \"" + heading + "\"; it has " + Quoted(names) + ".");
-    if (std::count(names.begin(), names.end(), heading) > 1)
-        throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
-    return static_cast<int>(found - names.begin()) + 1;
-}
-
 bool BatchUser::AskAsciiWizard(AsciiWizard& wizard)
 {
     try {
-        const int timing = TextColumn(wizard, m_request.timeColumn);
+        const int timing = TextColumn(wizard.collFlexHeadings, m_request.timeColumn);
         std::vector<int> textColumns;
         for (const FitRequest::Assignment& assignment : m_request.columns)
-            textColumns.push_back(TextColumn(wizard, assignment.heading));
-        wizard = WithCopies(wizard, textColumns);
+            textColumns.push_back(TextColumn(wizard.collFlexHeadings, assignment.heading));
+        CopyRepeated(wizard, textColumns);
         wizard.ChooseTiming(timing);
         wizard.Next();
         for (std::size_t i = 0; i < textColumns.size(); ++i)

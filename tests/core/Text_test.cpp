@@ -47,3 +47,10 @@ TEST(Text, AnyRunOfSeparatorsCountsAsOne)
 {
     EXPECT_EQ(ParseLine("  , a ,,\t b;c  "), (std::vector<std::string>{"a", "b;c"}));
 }
+
+TEST(Text, TokensAreCountedAsTheyAreCut)
+{
+    for (const char* line : {"", " ,\t, ,", "a", "1,2 3\t4", "  , a ,,\t b;c  "})
+        EXPECT_EQ(CountTokens(line), ParseLine(line).size()) << line;
+    EXPECT_EQ(CountTokens("1,2 3\t4"), 4U);
+}

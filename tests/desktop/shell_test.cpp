@@ -470,6 +470,19 @@ private slots:
         QVERIFY(session.window.FileOpen());
     }
 
+    // It used to be called missing, and then of an unknown type.
+    void APathThatLoopsIsAnUnidentifiedErrorToldOnce()
+    {
+        Session session;
+        QTemporaryDir folder;
+        const QString loop = folder.filePath("loop.txt");
+        QVERIFY(QFile::link(loop, loop));
+        session.window.OpenPath(loop);
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QVERIFY(session.user.Saw("Default Error Message: An internal unidentified error has occured.\n" +
+                                 loop.toStdString()));
+    }
+
     void AFailedImportSaysThatTheDataSetHasNoColumns()
     {
         Session session;
