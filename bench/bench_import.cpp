@@ -2,6 +2,7 @@
 #include "Table.h"
 
 #include "files/AsciiWizard.h"
+#include "fit/clsMethManager.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -23,9 +24,11 @@ void Import200Rows(benchmark::State& state)
         wizard.Finish();
         return true;
     };
+    clsVeltData data(bench.run);
+    clsMethManager manager(bench.run);
+    manager.Create(data);
     for (auto _ : state) {
-        clsVeltData data(bench.run);
-        if (!data.ImportASCIIFile(path.string()))
+        if (!manager.ImportASCIIFile(path.string()))
             state.SkipWithError("the import failed");
     }
     std::filesystem::remove(path);

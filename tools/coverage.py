@@ -144,11 +144,9 @@ def fit(program, folder, model, scheme, number):
     columns = PRODUCTION_COLUMNS if "R" in given else DEPLETION_COLUMNS
     columns += ",recruits=Recruit. Index" if index else ""
     words = [program, "fit", "--csv-data", path, "--time-column", "period", "--columns", columns, "--model", model,
-             "--error", error,
+             "--error", error, "--m", str(mort), "--z", str(given.get("Z", 1.0)),
              "--bootstraps", str(REPLICATES), "--seed", str(number + 1), "--ci", LIMITS.get(variant, LIMITS[""]),
              "--format", "json"]
-    words += [] if "R" in given else ["--m", str(mort)]  # an input that the model does not have is refused
-    words += ["--z", str(given["Z"])] if "Z" in given else []
     try:
         done = subprocess.run(words, capture_output=True, text=True, check=False, timeout=PATIENCE)
     except subprocess.TimeoutExpired:

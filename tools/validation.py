@@ -267,21 +267,14 @@ def outside(ours, case):
     return missed, checked
 
 
-OPTIONS = {"M": "--m", "InitialProportion": "--init-proportion", "LAG": "--lag", "Z": "--z"}
-PRODUCTION = ["InitialProportion", "LAG"]
-# What each model asks; velt-batch refuses an input that its model does not have.
-ASKED = {"no-recruitment": ["M"], "recruitment-index": ["M"], "constant-recruitment": ["M", "InitialProportion"],
-         "fox": PRODUCTION, "schaefer": PRODUCTION, "pella-tomlinson": [*PRODUCTION, "Z"]}
-
-
 def case_row(runner, path):
     case = json.loads(path.read_text(encoding="utf-8"))
     inputs = case["inputs"]
     words = ["--data", str(SAMPLES / "expected" / case["data"]), "--time-column", case["time_column"],
              "--columns", ",".join(f"{heading}={title}" for heading, title in case["columns"].items()),
-             "--model", case["model"], "--error", case["error"]]
-    for name in ASKED[case["model"]]:
-        words += [OPTIONS[name], str(inputs[name])]
+             "--model", case["model"], "--error", case["error"], "--m", str(inputs["M"]),
+             "--init-proportion", str(inputs["InitialProportion"]), "--lag", str(inputs["LAG"]),
+             "--z", str(inputs["Z"])]
     if case["excluded_rows"]:
         words += ["--exclude", ",".join(str(first_time(case) + row - 1) for row in case["excluded_rows"])]
     ours = runner.fit(*words)

@@ -80,3 +80,8 @@ bool IsUtf8(std::string_view text)
     }
     return true;
 }
+
+std::string ToUtf8(std::string_view bytes)
+{
+    return IsUtf8(bytes) ? std::string(bytes) : FromWindows1252(bytes);
+}

@@ -11,3 +11,6 @@ std::string FromWindows1252(std::string_view bytes);
 
 /// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool IsUtf8(std::string_view text);
+
+/// Text of unknown making as UTF-8: as it stands where it is well-formed as such, else from the code page.
+std::string ToUtf8(std::string_view bytes);

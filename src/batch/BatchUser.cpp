@@ -4,7 +4,7 @@
 #include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "batch/BatchFailure.h"
 #include "files/AsciiWizard.h"
 #include "fit/InputParams.h"
@@ -17,14 +17,17 @@
 
 namespace
 {
-/// A list of names in quotes, as long as a message may quote.
+/// `texts` as a list in a sentence; foreign ones may be long and many.
 template <typename Texts>
 std::string Quoted(const Texts& texts)
 {
     std::string all;
-    for (const auto& text : texts)
-        all += (all.empty() ? "\"" : ", \"") + std::string(text) + "\"";
-    return Quotable(all);
+    for (const auto& text : texts) {
+        if (all.size() > kMostQuoted)
+            return all + ", ...";
+        all += (all.empty() ? "\"" : ", \"") + Quotable(text) + "\"";
+    }
+    return all;
 }
 
 int DataColumn(const AsciiWizard& wizard, const std::string& gridTitle)
@@ -39,19 +42,11 @@ int DataColumn(const AsciiWizard& wizard, const std::string& gridTitle)
 
 /// A column that fills two columns of the data set stands twice in the wizard, as it would in a file made by
 /// hand: the wizard gives each text column one place only.
-AsciiWizard WithCopies(const AsciiWizard& wizard, std::vector<int>& textColumns)
+void CopyRepeated(AsciiWizard& wizard, std::vector<int>& textColumns)
 {
-    std::vector<std::string> headings = wizard.collFlexHeadings;
-    std::vector<std::vector<double>> data = wizard.collFlexData;
-    for (auto column = textColumns.begin(); column != textColumns.end(); ++column) {
-        if (std::find(textColumns.begin(), column, *column) == column)
-            continue;
-        const auto index = static_cast<std::size_t>(*column - 1);
-        headings.push_back(std::string(headings[index]));
-        data.push_back(std::vector<double>(data[index]));
-        *column = static_cast<int>(headings.size());
-    }
-    return {wizard.fileName, std::move(headings), std::move(data), wizard.columnTitles};
+    for (auto column = textColumns.begin(); column != textColumns.end(); ++column)
+        if (std::find(textColumns.begin(), column, *column) != column)
+            *column = wizard.CopyColumn(*column);
 }
 
 void Assign(AsciiWizard& wizard, int textColumn, const FitRequest::Assignment& assignment)
@@ -67,10 +62,17 @@ void Assign(AsciiWizard& wizard, int textColumn, const FitRequest::Assignment& a
 }
 } // namespace
 
-std::string AmbiguousHeading(const std::string& heading)
+int TextColumn(const std::vector<std::string>& headings, const std::string& heading)
 {
-    return "The file has the column \"" + Quotable(heading) +
-           "\" more than once, so the name says nothing. Rename one of them in the file.";
+    const auto found = std::find(headings.begin(), headings.end(), heading);
+    if (found == headings.end())
+        throw BatchFailure(ExitStatus::BadUsage, "The file has no column \"" + Quotable(heading) +
+                                                     "\"; it has " + Quoted(headings) + ".");
+    if (std::count(headings.begin(), headings.end(), heading) > 1)
+        throw BatchFailure(ExitStatus::BadUsage, "The file has the column \"" + Quotable(heading) +
+                                                     "\" more than once, so the name says nothing. Rename "
+                                                     "one of them in the file.");
+    return static_cast<int>(found - headings.begin()) + 1;
 }
 
 bool BatchUser::Said(const std::string& text) const
@@ -164,26 +166,14 @@ bool BatchUser::AskOptions(MinimiserOptions& options)
     return true;
 }
 
-int BatchUser::TextColumn(const AsciiWizard& wizard, const std::string& heading) const
-{
-    const std::vector<std::string>& names = headings.empty() ? wizard.collFlexHeadings : headings;
-    const auto found = std::find(names.begin(), names.end(), heading);
-    if (found == names.end())
-        throw BatchFailure(ExitStatus::BadUsage, "The file has no column \"" + Quotable(heading) +
-                                                     "\"; it has " + Quoted(names) + ".");
-    if (std::count(names.begin(), names.end(), heading) > 1)
-        throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
-    return static_cast<int>(found - names.begin()) + 1;
-}
-
 bool BatchUser::AskAsciiWizard(AsciiWizard& wizard)
 {
     try {
-        const int timing = TextColumn(wizard, m_request.timeColumn);
+        const int timing = TextColumn(wizard.collFlexHeadings, m_request.timeColumn);
         std::vector<int> textColumns;
         for (const FitRequest::Assignment& assignment : m_request.columns)
-            textColumns.push_back(TextColumn(wizard, assignment.heading));
-        wizard = WithCopies(wizard, textColumns);
+            textColumns.push_back(TextColumn(wizard.collFlexHeadings, assignment.heading));
+        CopyRepeated(wizard, textColumns);
         wizard.ChooseTiming(timing);
         wizard.Next();
         for (std::size_t i = 0; i < textColumns.size(); ++i)

@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-/// The refusal of a heading that stands above two columns of a file.
-std::string AmbiguousHeading(const std::string& heading);
+/// The column of `headings`, counted from 1, that has this heading.
+/// \throws BatchFailure BadUsage when there is none or more than one
+int TextColumn(const std::vector<std::string>& headings, const std::string& heading);
 
 /// The person at the desk, played by a command line: every question of the workflow is answered from the
 /// request, and what the program says is kept for the terminal. It decides nothing the request does not hold;
@@ -21,7 +22,6 @@ public:
 
     std::vector<std::string> messages;  ///< texts of the boxes, in order
     std::string usageError;             ///< a heading or grid title that does not exist
-    std::vector<std::string> headings;  ///< the file's own headings, when the import sees others
     std::vector<std::string> available; ///< titles of the models that the data allow
     bool modelMissing = false;          ///< the wanted model was not among them
     bool startMissing = false;          ///< starting values were asked for and not in the request
@@ -43,7 +43,6 @@ public:
     bool AskAsciiWizard(AsciiWizard& wizard) override;
 
 private:
-    int TextColumn(const AsciiWizard& wizard, const std::string& heading) const;
     const FitRequest& m_request;
     bool m_startTyped = false;
 };

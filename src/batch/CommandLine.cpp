@@ -4,7 +4,7 @@
 #include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/modVeltGlobals.h"
 #include "batch/BatchFailure.h"
 #include "batch/TypedOptions.h"
@@ -181,23 +181,28 @@ void TakeStart(const TypedOptions& typed, FitRequest& request)
         Refuse("--fix: this model searches one parameter only, which cannot be held fixed.");
 }
 
-/// An input that the model does not have would change nothing and be believed to have.
-void RefuseForeignInputs(const TypedOptions& typed, const model_table::Model& model)
+/// An input that the model does not have changes nothing, and would be believed to have. It is no refusal: a
+/// script gives the inputs of all models to each, most of them at their defaults.
+void NoteForeignInputs(FitRequest& request)
 {
     using model_table::Input;
-    const std::tuple<Input, const char*, const std::string&> inputs[] = {
-        {Input::Mort, "--m", typed.mort},
-        {Input::InitDep, "--init-proportion", typed.initialProportion},
-        {Input::Lag, "--lag", typed.lag},
-        {Input::Z, "--z", typed.z}};
+    const model_table::Model& model = model_table::Of(request.model);
+    const FitInputs defaults;
+    const auto differs = [](const auto& given, auto usual) { return given && *given != usual; };
+    const std::tuple<Input, const char*, bool> inputs[] = {
+        {Input::Mort, "--m", differs(request.mort, defaults.Mort)},
+        {Input::InitDep, "--init-proportion", differs(request.initialProportion, defaults.InitProp)},
+        {Input::Lag, "--lag", differs(request.lag, defaults.TimeLag)},
+        {Input::Z, "--z", differs(request.z, defaults.Z)}};
     std::string taken;
-    for (const auto& [input, option, value] : inputs)
+    for (const auto& [input, option, given] : inputs)
         if (model.Asks(input))
             taken += (taken.empty() ? "" : ", ") + std::string(option);
-    for (const auto& [input, option, value] : inputs)
-        if (!value.empty() && !model.Asks(input))
-            Refuse(std::string(option) + " has no meaning for the model " + std::string(model.word) +
-                   ", which takes " + taken + ".");
+    for (const auto& [input, option, given] : inputs)
+        if (given && !model.Asks(input))
+            request.notes.push_back(std::string(option) + " has no meaning for the model " +
+                                    std::string(model.word) + ", which takes " + taken +
+                                    "; it was not used.");
 }
 
 void TakeModel(const TypedOptions& typed, FitRequest& request)
@@ -206,13 +211,13 @@ void TakeModel(const TypedOptions& typed, FitRequest& request)
         Refuse("--model names the model to fit; it is missing.");
     request.model = NumberOf("--model", ModelNames(), typed.model);
     request.errorModel = NumberOf("--error", ErrorModelNames(), typed.error);
-    RefuseForeignInputs(typed, model_table::Of(request.model));
     request.mort = TakeIfTyped<float>("--m", typed.mort, ReadNaturalMortality);
     request.initialProportion =
         TakeIfTyped<float>("--init-proportion", typed.initialProportion, ReadInitialProportion);
     RefuseUnlessCount("--lag", typed.lag);
     request.lag = TakeIfTyped<std::int16_t>("--lag", typed.lag, ReadTimeLag);
     request.z = TakeIfTyped<float>("--z", typed.z, ReadZShape);
+    NoteForeignInputs(request);
     TakeExclusions(typed, request);
     TakeStart(typed, request);
 }

@@ -45,6 +45,8 @@ struct FitRequest {
     std::optional<std::string> plotsDir;
     std::optional<std::int16_t> contours; ///< points along each axis
 
+    std::vector<std::string> notes; ///< what the user should know about the options, one sentence each
+
     bool SetsStart() const { return !start.empty() || !fix.empty(); }
 };
 

@@ -1,138 +1,122 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/ReadTable.h"
 
+#include "base/FileErrors.h"
+#include "base/ForeignText.h"
 #include "base/NumberText.h"
-#include "base/VeltError.h"
+#include "base/Text.h"
+#include "base/Windows1252.h"
 #include "batch/BatchFailure.h"
-#include "batch/CsvTable.h"
+#include "batch/CsvReader.h"
+#include "data/ImportText.h"
 #include "data/clsVeltData.h"
-#include "files/AsciiText.h"
 #include "files/ReadWholeFile.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <stdlib.h>
-#include <unistd.h>
+#include <optional>
 
 namespace
 {
-/// A file of our own in the system's directory for such, gone when the object is.
-class ScratchFile
+/// The columns of a file that the request uses, counted from 0, in the order of the file.
+std::vector<std::size_t> UsedColumns(const std::vector<std::string>& headings, const FitRequest& request)
 {
-public:
-    explicit ScratchFile(const std::string& content)
-    {
-        std::error_code failure;
-        m_path = (std::filesystem::temp_directory_path(failure) / "velt-batch-XXXXXX").string();
-        const int handle = mkstemp(m_path.data());
-        if (handle < 0)
-            throw BatchFailure(ExitStatus::BadData, "No scratch file can be made as " + m_path + ".");
-        close(handle);
-        std::ofstream out(m_path, std::ios::binary);
-        out << content;
-        if (!out.flush()) {
-            std::filesystem::remove(m_path, failure);
-            throw BatchFailure(ExitStatus::BadData, "The scratch file " + m_path + " cannot be written.");
+    std::vector<int> used{TextColumn(headings, request.timeColumn)};
+    for (const FitRequest::Assignment& assignment : request.columns)
+        used.push_back(TextColumn(headings, assignment.heading));
+    std::sort(used.begin(), used.end());
+    used.erase(std::unique(used.begin(), used.end()), used.end());
+    std::vector<std::size_t> columns(used.size());
+    std::transform(used.begin(), used.end(), columns.begin(),
+                   [](int column) { return static_cast<std::size_t>(column - 1); });
+    return columns;
+}
+
+/// The number in a cell; a missing one counts as the data set's own mark, except for a time.
+double ValueOf(const CsvCell& cell, const std::string& heading, bool isTime)
+{
+    if (IsMissing(cell.text) && !isTime)
+        return clsVeltData::kMissing;
+    const std::optional<double> value = number_text::Parse(cell.text);
+    if (!value)
+        throw BatchFailure(ExitStatus::BadData, "Line " + std::to_string(cell.line) + ", column \"" +
+                                                    Quotable(heading) + "\": \"" + Quotable(cell.text) +
+                                                    "\" is not a number.");
+    return *value;
+}
+
+/// The columns of a comma-separated file that the request uses, described by the file's name.
+AsciiText TableOf(std::string_view text, const FitRequest& request)
+{
+    CsvReader reader(text);
+    const std::vector<std::size_t> used = UsedColumns(reader.Headings(), request);
+    AsciiText table;
+    table.description = Trim(ToUtf8(std::filesystem::path(request.file).filename().string()));
+    for (const std::size_t column : used)
+        table.headings.push_back(reader.Headings()[column]);
+    table.columns.resize(used.size());
+    CsvRow row;
+    while (reader.Next(row)) {
+        table.lines.push_back(row.line);
+        for (std::size_t i = 0; i < used.size(); ++i) {
+            const std::string& heading = table.headings[i];
+            table.columns[i].push_back(ValueOf(row.cells[used[i]], heading, heading == request.timeColumn));
         }
     }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-    ~ScratchFile()
+    return table;
+}
+
+/// What the import asks, answered for a command line.
+class BatchAnswers : public IImportQuestions
+{
+public:
+    explicit BatchAnswers(BatchUser& user) : m_user(user) {}
+
+    bool GoesOnWithoutDescription() override { return true; } // no reason to stop
+    bool Assigns(AsciiWizard& wizard) override { return m_user.AskAsciiWizard(wizard); }
+    bool TakesAsConsecutive(const UnevenLabels& labels) override
     {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
+        // Nobody is there to look at the file and say that all is well.
+        throw BatchFailure(ExitStatus::BadData,
+                           labels.Sentence() +
+                               " Give a period without data a row of its own, with -1 in its columns.");
     }
-    const std::string& Path() const { return m_path; }
 
 private:
-    std::string m_path;
+    BatchUser& m_user;
 };
 
-bool IsUsed(const std::string& heading, const FitRequest& request)
+void ImportFile(clsVeltData& data, IImportQuestions& answers, const FitRequest& request)
 {
-    return heading == request.timeColumn ||
-           std::any_of(request.columns.begin(), request.columns.end(),
-                       [&](const FitRequest::Assignment& a) { return a.heading == heading; });
-}
-
-/// A cell as a word of the import's text: a missing value is -1 there.
-std::string WordOf(const CsvTable& table, std::size_t column, const CsvTable::Row& row, bool isTime)
-{
-    const std::string& cell = row.cells[column];
-    if (IsMissing(cell) && !isTime)
-        return number_text::Plain(clsVeltData::kMissing);
-    if (!number_text::Parse(cell))
-        throw BatchFailure(ExitStatus::BadData, "Line " + std::to_string(row.line) + ", column \"" +
-                                                    table.headings[column] + "\": \"" + cell +
-                                                    "\" is not a number.");
-    return cell;
-}
-
-/// The columns of the table that the request uses, as the text that the import reads. Their own headings go
-/// to `headings`, because a heading of that text is one word.
-std::string ImportText(const CsvTable& table, const FitRequest& request, std::vector<std::string>& headings)
-{
-    std::vector<std::size_t> used;
-    std::string text = std::filesystem::path(request.file).filename().string() + "\n";
-    for (std::size_t column = 0; column < table.headings.size(); ++column) {
-        if (!IsUsed(table.headings[column], request))
-            continue;
-        used.push_back(column);
-        headings.push_back(table.headings[column]);
-        text += "column" + std::to_string(used.size()) + " ";
+    if (!request.commaSeparated) {
+        data.ImportASCIIFile(request.file, answers);
+        return;
     }
-    for (const CsvTable::Row& row : table.rows) {
-        text += "\n";
-        for (const std::size_t column : used)
-            text.append(WordOf(table, column, row, table.headings[column] == request.timeColumn)).append(" ");
-    }
-    return text + "\n";
+    const std::vector<std::uint8_t> bytes = ReadWholeFile(request.file, CheckTextSize);
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    ImportTable(data, request.file, TableOf(text, request), answers);
 }
 
-void RefuseUnknownHeadings(const CsvTable& table, const FitRequest& request)
+void Import(clsVeltData& data, BatchUser& user, const FitRequest& request)
 {
-    std::vector<std::string> wanted{request.timeColumn};
-    for (const FitRequest::Assignment& assignment : request.columns)
-        wanted.push_back(assignment.heading);
-    for (const std::string& heading : wanted) {
-        const auto count = std::count(table.headings.begin(), table.headings.end(), heading);
-        if (count > 1)
-            throw BatchFailure(ExitStatus::BadUsage, AmbiguousHeading(heading));
-        if (count == 1)
-            continue;
-        std::string all;
-        for (const std::string& name : table.headings)
-            all += (all.empty() ? "\"" : ", \"") + name + "\"";
-        throw BatchFailure(ExitStatus::BadUsage,
-                           "The file has no column \"" + heading + "\"; it has " + all + ".");
-    }
-}
-
-std::string CsvAsImportText(const FitRequest& request, std::vector<std::string>& headings)
-{
+    const auto refuse = [&](const std::string& sentence, const std::string& place = {}) {
+        throw BatchFailure(ExitStatus::BadData,
+                           request.file + ": " + sentence + (place.empty() ? "" : "\n" + place));
+    };
+    BatchAnswers answers(user);
     try {
-        const std::vector<std::uint8_t> bytes = ReadWholeFile(request.file, CheckTextSize);
-        const CsvTable table = ReadCsvTable({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-        RefuseUnknownHeadings(table, request);
-        return ImportText(table, request, headings);
-    } catch (const ImportError& error) {
-        throw BatchFailure(ExitStatus::BadData, request.file + ": " + error.description + "\n" + error.place);
-    } catch (const VeltError& error) {
-        throw BatchFailure(ExitStatus::BadData, request.file + ": " + error.description);
+        ImportFile(data, answers, request);
     } catch (const BatchFailure& failure) {
         throw BatchFailure(failure.status, request.file + ": " + failure.message);
+    } catch (const ImportError& error) {
+        refuse(error.description, error.place);
+    } catch (const FileError& error) {
+        refuse(error.description, error.reason);
+    } catch (const VeltError& error) {
+        if (error.IsUserCancel()) // only the wizard's part of the answers cancels
+            throw BatchFailure(ExitStatus::BadUsage, user.usageError);
+        refuse(error.description);
     }
-}
-
-void Import(clsVeltData& data, BatchUser& user, const FitRequest& request, const std::string& path)
-{
-    if (data.ImportASCIIFile(path))
-        return;
-    if (!user.usageError.empty())
-        throw BatchFailure(ExitStatus::BadUsage, user.usageError);
-    throw BatchFailure(ExitStatus::BadData,
-                       request.file + ": " + user.AllMessages("The import ended without a table."));
 }
 
 /// What unticking the period does at the screen.
@@ -144,23 +128,13 @@ void Exclude(clsVeltData& data, std::int32_t label)
                                                      "; the table runs from " +
                                                      std::to_string(data.MinTimeP()) + " to " +
                                                      std::to_string(data.MaxTimeP()) + ".");
-    const int period = static_cast<int>(row);
-    if (!data.ToggledIn(period))
-        return;
-    data.ToggledIn(period, false);
-    data.NNtPoints(data.NNtPoints() - 1);
+    data.ToggleOut(static_cast<int>(row));
 }
 } // namespace
 
 void ReadTable(clsVeltData& data, BatchUser& user, const FitRequest& request)
 {
-    if (request.commaSeparated) {
-        const ScratchFile text(CsvAsImportText(request, user.headings));
-        Import(data, user, request, text.Path());
-        data.DSFName(request.file);
-    } else {
-        Import(data, user, request, request.file);
-    }
+    Import(data, user, request);
     for (const std::int32_t label : request.exclude)
         Exclude(data, label);
 }

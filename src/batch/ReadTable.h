@@ -9,5 +9,5 @@ class clsVeltData;
 /// Fills a new data set from the request's file through the program's own text import, with the wizard
 /// answered by `user`, and takes the excluded periods out of the fit.
 /// \throws BatchFailure BadUsage for a heading, grid title or time label that does not exist, BadData with
-///         the place for a file that cannot be read
+///         the place for a file that cannot be read and for time labels that do not rise by one
 void ReadTable(clsVeltData& data, BatchUser& user, const FitRequest& request);

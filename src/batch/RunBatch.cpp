@@ -5,7 +5,7 @@
 #include "base/Run.h"
 #include "base/SignalHold.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/VeltError.h"
 #include "batch/BatchFailure.h"
 #include "batch/BatchUser.h"
@@ -159,6 +159,8 @@ void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
         PicturesOf({}); // refuses, before a fit is made in vain
     ResultFiles files(request);
     files.Check(request);
+    for (const std::string& note : request.notes)
+        err << "velt-batch: " << note << "\n";
     Job job(request);
     Read(job);
     Fit(job);

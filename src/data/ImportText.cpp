@@ -1,42 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A text file of periods becomes a data set with the help of the import wizard.
+#include "data/ImportText.h"
+
 #include "base/Checked.h"
-#include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/NumberText.h"
 #include "data/clsVeltData.h"
-#include "files/AsciiText.h"
 #include "files/AsciiWizard.h"
 #include "files/ReadWholeFile.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
+#include <vector>
 
 namespace
 {
 constexpr const char* kSource = "clsVeltDATA_IMportASCIIFile";
 
-Message ImportBox(std::string text, Buttons buttons)
+void EndUnless(bool goesOn)
 {
-    return {.text = std::move(text), .buttons = buttons, .title = LoadResString(1302)};
-}
-
-/// The description of the file; every answer but Yes to a missing one ends the import.
-std::string DescriptionOrQuestion(Run& run, std::span<const std::uint8_t> bytes)
-{
-    std::string description = ReadAsciiDescription(bytes);
-    if (description.empty() &&
-        run.reporter.Show(ImportBox("The File contains no file description, do you wish to continue?",
-                                    Buttons::YesNoCancel)) != Answer::Yes)
+    if (!goesOn)
         throw UserCancelled(kSource);
-    return description;
 }
 
-AsciiWizard NewWizard(const Run& run, const std::string& path, AsciiText text)
+AsciiWizard NewWizard(const Run& run, const std::string& path, AsciiText table)
 {
     std::array<std::string, AsciiWizard::kUserColumns> titles;
     for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
         titles[static_cast<std::size_t>(column - 1)] = run.globals.ColumnDisplayNames(column);
-    return {path, std::move(text.headings), std::move(text.columns), std::move(titles)};
+    return {path, std::move(table), std::move(titles)};
 }
 
 std::string PeriodsOf(const clsVeltData& data)
@@ -45,9 +36,9 @@ std::string PeriodsOf(const clsVeltData& data)
            " make " + std::to_string(data.TimeInts()) + " periods";
 }
 
-[[noreturn]] void RefuseRow(const std::string& sentence)
+[[noreturn]] void RefuseRow(const std::string& sentence, std::size_t line = 0)
 {
-    throw ImportError(errors::kSubscript, "Subscript out of range", sentence);
+    throw ImportError(errors::kSubscript, "Subscript out of range", sentence, line);
 }
 
 /// The labels of the timing column become the range of periods.
@@ -60,14 +51,18 @@ void TakePeriods(clsVeltData& data, const AsciiWizard& wizard)
     data.OrigNAPoints(data.TimeInts());
     data.NDPoints(data.NAPoints() + 1);
     if (data.TimeInts() < 1)
-        RefuseRow("The last time label, " + std::to_string(data.MaxTimeP()) + ", is below the first, " +
-                  std::to_string(data.MinTimeP()) + ".");
+        RefuseRow("The last time label, " + std::to_string(data.MaxTimeP()) + " in line " +
+                      std::to_string(wizard.lines.back()) + ", is below the first, " +
+                      std::to_string(data.MinTimeP()) + " in line " + std::to_string(wizard.lines.front()) +
+                      ".",
+                  wizard.lines.back());
     if (data.TimeInts() > clsVeltData::kRows)
         RefuseRow(PeriodsOf(data) + "; a table has room for " + std::to_string(clsVeltData::kRows) + ".");
 }
 
 /// Row r of the text goes to row r of the table, whatever the labels between the first and the last say.
-void TakeColumn(clsVeltData& data, int column, const std::vector<double>& values)
+void TakeColumn(clsVeltData& data, int column, const std::vector<double>& values,
+                const std::vector<std::size_t>& lines)
 {
     data.ColPresent(column, true);
     for (int row = 1; row <= data.TimeInts(); ++row) {
@@ -78,7 +73,7 @@ void TakeColumn(clsVeltData& data, int column, const std::vector<double>& values
         try {
             data.DB(column, row, checked::ToFloat(values[index]));
         } catch (const VeltError& error) {
-            const std::size_t line = index + 3; // behind the description and the headings
+            const std::size_t line = lines[index];
             throw ImportError(error.number, error.description,
                               "(line " + std::to_string(line) + ": a value is too large for a cell)", line);
         }
@@ -90,7 +85,8 @@ void TakeAssignedColumns(clsVeltData& data, const AsciiWizard& wizard)
     for (int textColumn = 1; textColumn <= wizard.TextColumns(); ++textColumn) {
         const int column = wizard.enuUserColRef(textColumn);
         if (column != AsciiWizard::kNone)
-            TakeColumn(data, column, wizard.collFlexData[static_cast<std::size_t>(textColumn - 1)]);
+            TakeColumn(data, column, wizard.collFlexData[static_cast<std::size_t>(textColumn - 1)],
+                       wizard.lines);
     }
     for (int row = 1; row <= data.NAPoints(); ++row) {
         data.Included(row, true);
@@ -98,52 +94,64 @@ void TakeAssignedColumns(clsVeltData& data, const AsciiWizard& wizard)
     }
 }
 
-/// The import into `data`, a new data set. \throws VeltError when it cannot be done
-void Import(clsVeltData& data, const std::string& path)
+void CheckLabels(const AsciiWizard& wizard, IImportQuestions& questions)
 {
-    Run& run = data.TheRun();
-    const std::vector<std::uint8_t> bytes = ReadWholeFile(path, CheckTextSize);
-    data.DSDesc(DescriptionOrQuestion(run, bytes));
-    data.DSFName(path);
-    AsciiWizard wizard = NewWizard(run, path, ReadAsciiText(bytes));
-    if (!run.user.AskAsciiWizard(wizard) || !wizard.OK)
-        throw UserCancelled(kSource);
-    TakePeriods(data, wizard);
-    TakeAssignedColumns(data, wizard);
-    data.DoColumnConversions();
+    const auto timing = static_cast<std::size_t>(wizard.timingColumn - 1);
+    if (const auto uneven = FindUnevenLabels(wizard.collFlexData.at(timing), wizard.lines))
+        EndUnless(questions.TakesAsConsecutive(*uneven));
 }
 
-/// Tells the user what went wrong. \return whether to try the import again
-bool RetryAfter(Run& run, const VeltError& error, const std::string& path)
+/// The steps behind the description.
+void TakeTable(clsVeltData& data, const std::string& path, AsciiText table, IImportQuestions& questions)
 {
-    if (error.IsUserCancel()) {
-        run.reporter.HandleError(error, kSource);
-        return false;
-    }
-    const auto* const placed = dynamic_cast<const ImportError*>(&error);
-    const std::string place = placed != nullptr ? placed->place : std::string();
-    // The unknown numbers of the file errors would only hear of "an unidentified error".
-    if (FindFileError(error.number) != nullptr)
-        return FileErrors(error.number, run.reporter, placed != nullptr ? place : path) ==
-               FileErrorDecision::Retry;
-    run.reporter.Show(ImportBox(error.description + (place.empty() ? "" : "\n" + place), Buttons::Ok));
-    return false;
+    clsVeltData built(data.TheRun());
+    built.DSDesc(std::move(table.description));
+    built.DSFName(path);
+    AsciiWizard wizard = NewWizard(data.TheRun(), path, std::move(table));
+    EndUnless(questions.Assigns(wizard) && wizard.OK);
+    TakePeriods(built, wizard); // what no answer could mend is refused before the question about the labels
+    CheckLabels(wizard, questions);
+    TakeAssignedColumns(built, wizard);
+    built.DoColumnConversions();
+    data = std::move(built);
 }
 } // namespace
 
-bool clsVeltData::ImportASCIIFile(const std::string& path)
+std::string UnevenLabels::Sentence() const
 {
-    Run& run = m_run;
-    for (;;) {
-        clsVeltData built(run);
-        try {
-            Import(built, path);
-            *this = std::move(built);
-            return true;
-        } catch (const VeltError& error) {
-            *this = clsVeltData(run);
-            if (!RetryAfter(run, error, path))
-                return false;
-        }
+    return "The time labels do not rise by one from row to row: in line " + std::to_string(line) + ", " +
+           number_text::Plain(label) + " follows " + number_text::Plain(before) + ".";
+}
+
+std::optional<UnevenLabels> FindUnevenLabels(std::span<const double> labels,
+                                             std::span<const std::size_t> lines)
+{
+    for (std::size_t row = 1; row < labels.size(); ++row) {
+        if (std::nearbyint(labels[row]) != std::nearbyint(labels[row - 1]) + 1.0)
+            return UnevenLabels{lines[row], labels[row - 1], labels[row]};
     }
+    return {};
+}
+
+void ImportText(clsVeltData& data, const std::string& path, std::span<const std::uint8_t> bytes,
+                IImportQuestions& questions)
+{
+    data = clsVeltData(data.TheRun());
+    if (ReadAsciiDescription(bytes).empty())
+        EndUnless(questions.GoesOnWithoutDescription());
+    TakeTable(data, path, ReadAsciiText(bytes), questions);
+}
+
+void ImportTable(clsVeltData& data, const std::string& path, AsciiText table, IImportQuestions& questions)
+{
+    data = clsVeltData(data.TheRun());
+    if (table.MissingDescription())
+        EndUnless(questions.GoesOnWithoutDescription());
+    TakeTable(data, path, std::move(table), questions);
+}
+
+void clsVeltData::ImportASCIIFile(const std::string& path, IImportQuestions& questions)
+{
+    *this = clsVeltData(m_run);
+    ImportText(*this, path, ReadWholeFile(path, CheckTextSize), questions);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/VeltError.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "data/clsFit.h"
 
-#include "base/Utilities.h"
+#include "base/Text.h"
 
 #include <cmath>
 

@@ -3,7 +3,7 @@
 
 #include "base/Checked.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "data/ColumnConversions.h"
 
 #include <algorithm>

@@ -16,6 +16,8 @@
 #include <string>
 #include <string_view>
 
+class IImportQuestions;
+
 /// The one data set of a run: 200 time periods by 15 columns of 32-bit floats, the selection flags, a few
 /// counters, description and file name, the logged fits and the projection scenarios. The models read their
 /// series from it and write their expected series back; nothing may grow the table, its sizes are those of
@@ -155,9 +157,9 @@ public:
     /// True when every one of `wanted` is present; false for an empty list.
     bool CheckRqCols(std::span<const int> wanted) const;
 
-    /// Reads a text file of periods through the import wizard. What goes wrong is told to the user; the
-    /// data set is then empty. \return whether a table was imported.
-    bool ImportASCIIFile(const std::string& path);
+    /// Reads a text file of periods, as ImportText does with its bytes. \throws FileError the file cannot be
+    /// read; otherwise as ImportText. The data set is as new after every failure.
+    void ImportASCIIFile(const std::string& path, IImportQuestions& questions);
 
     int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 

@@ -2,7 +2,7 @@
 #include "dialogs/frmInputParams.h"
 
 #include "base/NumberText.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "models/IMethod.h"
 #include "toolkit/Words.h"
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/AsciiText.h"
 
+#include "base/FileErrors.h"
 #include "base/NumberText.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "base/Windows1252.h"
 
 #include <algorithm>
@@ -65,43 +66,42 @@ private:
     std::size_t m_number = 0;
 };
 
-std::string Decode(std::string_view bytes)
-{
-    return IsUtf8(bytes) ? std::string(bytes) : FromWindows1252(bytes);
-}
-
 std::string Description(LineReader& lines)
 {
     const std::string_view line = lines.Next();
     const auto first = line.find_first_not_of(" \t");
     if (first == std::string_view::npos)
         return {};
-    return Decode(line.substr(first, line.find_last_not_of(" \t") - first + 1));
+    return ToUtf8(line.substr(first, line.find_last_not_of(" \t") - first + 1));
 }
 
 std::vector<std::string> Headings(LineReader& lines)
 {
-    std::vector<std::string> headings = ParseLine(lines.Next());
-    if (headings.empty() || headings.size() > kMaxTextColumns)
-        throw BadColumns(LinePlace(lines.Number(), std::to_string(headings.size()) + " headings, 1 to " +
+    const std::string_view line = lines.Next();
+    const std::size_t count = CountTokens(line); // before any of them takes memory
+    if (count == 0 || count > kMaxTextColumns)
+        throw BadColumns(LinePlace(lines.Number(), std::to_string(count) + " headings, 1 to " +
                                                        std::to_string(kMaxTextColumns) + " are possible"),
                          lines.Number());
-    std::transform(headings.begin(), headings.end(), headings.begin(), Decode);
+    std::vector<std::string> headings = ParseLine(line);
+    std::transform(headings.begin(), headings.end(), headings.begin(), ToUtf8);
     return headings;
 }
 
-void ReadRow(LineReader& lines, std::vector<std::vector<double>>& columns)
+void ReadRow(LineReader& lines, AsciiText& text)
 {
-    const std::vector<std::string> words = ParseLine(lines.Next());
+    const std::string_view row = lines.Next();
     const std::size_t line = lines.Number();
-    if (words.size() != columns.size())
+    if (CountTokens(row) != text.columns.size())
         throw BadColumns(LinePlace(line), line);
+    const std::vector<std::string> words = ParseLine(row);
     for (std::size_t i = 0; i < words.size(); ++i) {
         const auto value = number_text::Parse(words[i]);
         if (!value)
             throw BadData(LinePlace(line), line);
-        columns[i].push_back(*value);
+        text.columns[i].push_back(*value);
     }
+    text.lines.push_back(line);
 }
 } // namespace
 
@@ -129,7 +129,7 @@ AsciiText ReadAsciiText(std::span<const std::uint8_t> bytes)
     text.headings = Headings(lines);
     text.columns.resize(text.headings.size());
     while (!lines.AtEnd())
-        ReadRow(lines, text.columns);
+        ReadRow(lines, text);
     if (text.Rows() == 0)
         throw BadData(LinePlace(lines.Number() + 1, "there is no row of values"), lines.Number() + 1);
     return text;

@@ -9,12 +9,13 @@
 #include <string>
 #include <vector>
 
-/// A text file of periods as it stands: line 1 a description, line 2 the headings, every further line one row
-/// of numbers. It does not know what the columns mean.
+/// A table of periods as a file holds it. In a text file line 1 is the description, line 2 holds the
+/// headings, every further line is one row of numbers. It does not know what the columns mean.
 struct AsciiText {
     std::string description;                  ///< without blanks at its ends, UTF-8
     std::vector<std::string> headings;        ///< at least one
     std::vector<std::vector<double>> columns; ///< one a heading, of equal length, at least one value
+    std::vector<std::size_t> lines;           ///< in the file, of each row, counted from 1
 
     /// Line 1 holds nothing but blanks: the user is to be asked.
     bool MissingDescription() const { return description.empty(); }

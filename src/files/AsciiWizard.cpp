@@ -5,21 +5,21 @@
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/VeltError.h"
-#include "files/AsciiText.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
-std::int16_t Label(double value)
+std::int16_t Label(double value, std::size_t line)
 {
     try {
         return checked::ToInt16(value);
     } catch (const VeltError& error) {
         throw ImportError(error.number, error.description,
-                          "The time label " + number_text::Plain(value) +
-                              " is no whole number from -32768 to 32767.");
+                          "The time label " + number_text::Plain(value) + " in line " + std::to_string(line) +
+                              " is no whole number from -32768 to 32767.",
+                          line);
     }
 }
 
@@ -30,11 +30,20 @@ void CheckDataColumn(int dataColumn)
 }
 } // namespace
 
-AsciiWizard::AsciiWizard(std::string file, std::vector<std::string> headings,
-                         std::vector<std::vector<double>> data, std::array<std::string, kUserColumns> titles)
-    : fileName(std::move(file)), collFlexHeadings(std::move(headings)), collFlexData(std::move(data)),
-      columnTitles(std::move(titles)), m_userColRef(collFlexHeadings.size(), kNone)
+AsciiWizard::AsciiWizard(std::string file, AsciiText table, std::array<std::string, kUserColumns> titles)
+    : fileName(std::move(file)), collFlexHeadings(std::move(table.headings)),
+      collFlexData(std::move(table.columns)), lines(std::move(table.lines)), columnTitles(std::move(titles)),
+      m_userColRef(collFlexHeadings.size(), kNone)
 {
+}
+
+int AsciiWizard::CopyColumn(int textColumn)
+{
+    const std::size_t index = Index(textColumn);
+    collFlexHeadings.push_back(std::string(collFlexHeadings[index]));
+    collFlexData.push_back(std::vector<double>(collFlexData[index]));
+    m_userColRef.push_back(kNone);
+    return TextColumns();
 }
 
 std::string AsciiWizard::Caption() const
@@ -65,10 +74,10 @@ void AsciiWizard::Next()
     if (!CanNext())
         RaiseSubscript();
     const std::vector<double>& labels = collFlexData.at(Index(timingColumn));
-    if (labels.empty())
+    if (labels.empty() || lines.size() != labels.size())
         RaiseSubscript();
-    const std::int16_t first = Label(labels.front());
-    intMaxTimeP = Label(labels.back());
+    const std::int16_t first = Label(labels.front(), lines.front());
+    intMaxTimeP = Label(labels.back(), lines.back());
     intMinTimeP = first;
     step = 2;
 }

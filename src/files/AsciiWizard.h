@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "files/AsciiText.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -15,14 +17,13 @@ struct AsciiWizard {
     static constexpr int kUserColumns = 9;
     static constexpr int kNone = 0; ///< the choice "(None)"
 
-    /// A wizard at step 1 with nothing chosen. `headings` and `data` go by text column, `titles` by data
-    /// column.
-    AsciiWizard(std::string fileName, std::vector<std::string> headings,
-                std::vector<std::vector<double>> data, std::array<std::string, kUserColumns> titles);
+    /// A wizard at step 1 with nothing chosen, for a table with at least one row. `titles` go by data column.
+    AsciiWizard(std::string fileName, AsciiText table, std::array<std::string, kUserColumns> titles);
 
     std::string fileName;
     std::vector<std::string> collFlexHeadings;
     std::vector<std::vector<double>> collFlexData; ///< values of each text column in row order
+    std::vector<std::size_t> lines;                ///< in the file, of each row
     std::array<std::string, kUserColumns> columnTitles;
 
     int step = 1;
@@ -30,6 +31,10 @@ struct AsciiWizard {
     std::int16_t intMinTimeP = 0;
     std::int16_t intMaxTimeP = 0;
     bool OK = false; ///< Finish was pressed
+
+    /// Puts a copy of a text column behind the others. \return its number
+    /// \throws VeltError 9 for a text column that does not exist
+    int CopyColumn(int textColumn);
 
     int TextColumns() const { return static_cast<int>(collFlexHeadings.size()); }
     std::string Caption() const;     ///< "ASCII File Import : Step 1"

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/ReadWholeFile.h"
 
-#include "base/Utilities.h"
-#include "base/VeltError.h"
+#include "base/FileErrors.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -10,12 +9,9 @@
 
 namespace
 {
-constexpr std::uint32_t kDiskError = 57;
-
-[[noreturn]] void RaiseFileError(std::uint32_t number)
+[[noreturn]] void Refuse(int code)
 {
-    const FileErrorText* const known = FindFileError(number);
-    throw VeltError{number, std::string(known != nullptr ? known->text : ""), "ReadWholeFile"};
+    throw FileError(code, "ReadWholeFile");
 }
 } // namespace
 
@@ -25,20 +21,20 @@ std::vector<std::uint8_t> ReadWholeFile(const std::string& path,
     std::error_code failed;
     const auto status = std::filesystem::status(path, failed);
     if (!std::filesystem::exists(status))
-        RaiseFileError(FileErrorOf(failed ? failed.value() : ENOENT));
+        Refuse(failed ? failed.value() : ENOENT);
     // A folder can be opened but not read, a pipe or a device may never end.
     if (!std::filesystem::is_regular_file(status))
-        RaiseFileError(FileErrorOf(EISDIR));
+        Refuse(EISDIR);
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        RaiseFileError(FileErrorOf(errno));
+        Refuse(errno);
     const std::uintmax_t size = std::filesystem::file_size(path, failed);
     if (failed)
-        RaiseFileError(FileErrorOf(failed.value()));
+        Refuse(failed.value());
     checkSize(size);
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
     if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size)))
-        RaiseFileError(kDiskError);
+        Refuse(EIO);
     return bytes;
 }

@@ -7,7 +7,6 @@
 #include <vector>
 
 /// All bytes of the file at `path`. `checkSize` sees the size before anything is allocated and refuses by
-/// raising. \throws VeltError a file error (52 to 76) when the path is missing, cannot be read or is no
-/// ordinary file
+/// raising. \throws FileError when the path is missing, cannot be read or is no ordinary file
 std::vector<std::uint8_t> ReadWholeFile(const std::string& path,
                                         const std::function<void(std::uintmax_t)>& checkSize);

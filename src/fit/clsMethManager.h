@@ -66,7 +66,10 @@ public:
     std::int32_t GetUserDataPlot();
     void PlotData(std::int32_t code);
 
-    bool ImportASCIIFile(const std::string& path) { return m_data->ImportASCIIFile(path); }
+    /// Reads a text file of periods into the data set. The user answers the questions of the import, is told
+    /// what goes wrong and may try again. \return whether a table was imported; the data set is empty
+    /// otherwise
+    bool ImportASCIIFile(const std::string& path);
 
     // Copies of the results, filled when a fit is done; a value the model does not have keeps what it held.
     float Result(model_table::Quantity quantity) const

@@ -2,7 +2,7 @@
 #include "shell/FileCommands.h"
 
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/FileType.h"
 
 void FileCommands::Open()
 {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/frmVelt3.h"
 
+#include "base/FileType.h"
+#include "base/Paths.h"
 #include "base/StringTable.h"
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "fit/ParameterReport.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "shell/MainMenu.h"

@@ -3,7 +3,6 @@
 // computation. Each value is a range that holds every answer with an objective within rounding of the
 // optimum.
 #include "batch/BatchJob.h"
-#include "models/ModelTable.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +11,6 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
-#include <tuple>
 
 using Json = nlohmann::json;
 
@@ -48,13 +46,6 @@ int FirstTime(const Json& expected)
     return std::stoi(Words(line).at(static_cast<std::size_t>(column)));
 }
 
-const model_table::Model& ModelOf(const Json& expected)
-{
-    const auto models = model_table::All();
-    return *std::find_if(models.begin(), models.end(),
-                         [&](const auto& m) { return m.word == expected["model"]; });
-}
-
 std::vector<std::string> CommandLineOf(const Json& expected)
 {
     std::string columns, excluded;
@@ -74,15 +65,16 @@ std::vector<std::string> CommandLineOf(const Json& expected)
                                    expected["model"],
                                    "--error",
                                    expected["error"],
+                                   "--m",
+                                   inputs["M"].dump(),
+                                   "--init-proportion",
+                                   inputs["InitialProportion"].dump(),
+                                   "--lag",
+                                   inputs["LAG"].dump(),
+                                   "--z",
+                                   inputs["Z"].dump(),
                                    "--format",
                                    "json"};
-    using model_table::Input;
-    for (const auto& [input, option, name] : {std::tuple(Input::Mort, "--m", "M"),
-                                              {Input::InitDep, "--init-proportion", "InitialProportion"},
-                                              {Input::Lag, "--lag", "LAG"},
-                                              {Input::Z, "--z", "Z"}})
-        if (ModelOf(expected).Asks(input))
-            words.insert(words.end(), {option, inputs[name].dump()});
     if (!excluded.empty())
         words.insert(words.end(), {"--exclude", excluded});
     return words;

@@ -3,13 +3,19 @@
 #include "batch/BatchJob.h"
 #include "batch/BatchWindow.h"
 #include "batch/RunBatch.h"
+#include "support/NoHandlesLeft.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <ostream>
 #include <sstream>
 #include <streambuf>
+#include <system_error>
+#include <utility>
 
 namespace
 {
@@ -42,6 +48,14 @@ BatchJob Depletion(const std::string& csv, std::vector<std::string> more = {})
         "no-recruitment"};
     words.insert(words.end(), more.begin(), more.end());
     return RunJob(std::move(words));
+}
+
+/// The same of a text file.
+BatchJob TextJob(const std::string& text)
+{
+    const ScratchDirectory directory;
+    return RunJob({"fit", "--data", directory.File("t.txt", text), "--time-column", "Week", "--columns",
+                   "Fish=Tot. Catch Nums,Lines=Effort", "--model", "no-recruitment"});
 }
 
 /// A closed output or a full disk: nothing that is written arrives.
@@ -139,6 +153,159 @@ TEST(BadInput, ACsvFileThatIsTooLargeUsedToBeRefusedWithoutTheReason)
 
     EXPECT_EQ(job.status, 3);
     EXPECT_NE(job.err.find("bytes; at most 1048576"), std::string::npos) << job.err;
+}
+
+// A year without a row used to shift every later value into the year before it, without a word.
+TEST(BadInput, TimeLabelsThatDoNotRiseByOneAreRefusedWithTheirLine)
+{
+    const BatchJob csv = Depletion("Week,Fish,Lines\n1,100,1\n2,90,1\n4,80,1\n5,70,1\n");
+    EXPECT_EQ(csv.status, 3);
+    EXPECT_NE(
+        csv.err.find("t.csv: The time labels do not rise by one from row to row: in line 4, 4 follows 2."),
+        std::string::npos)
+        << csv.err;
+
+    const BatchJob text = TextJob("Lake\nWeek Fish Lines\n1 100 1\n2 90 1\n2 80 1\n");
+    EXPECT_EQ(text.status, 3);
+    EXPECT_NE(text.err.find("in line 5, 2 follows 2."), std::string::npos) << text.err;
+    EXPECT_TRUE(text.out.empty());
+}
+
+TEST(BadInput, TheLineNamedIsThatOfTheFileAlsoBehindCellsOfSeveralLines)
+{
+    for (const std::string end : {"\n", "\r\n", "\r"}) {
+        const std::string head =
+            "Week,Fish,Lines,\"a" + end + "note\"" + end + "1,100,1,\"x" + end + "y\"" + end;
+        const BatchJob cell = Depletion(head + "2,ninety,1," + end);
+        EXPECT_EQ(cell.status, 3);
+        EXPECT_NE(cell.err.find("Line 5, column \"Fish\": \"ninety\" is not a number."), std::string::npos)
+            << cell.err;
+        EXPECT_NE(Depletion(head + "3,90,1," + end).err.find("in line 5, 3 follows 1."), std::string::npos);
+        EXPECT_NE(Depletion(head + "2,1e39,1," + end).err.find("(line 5: a value is too large"),
+                  std::string::npos);
+        EXPECT_NE(Depletion(head + "40000,90,1," + end).err.find("40000 in line 5 is no whole number"),
+                  std::string::npos);
+    }
+}
+
+TEST(BadInput, LabelsThatEndBeforeTheyBeginAreRefusedWithTheirLines)
+{
+    const BatchJob job = Depletion("Week,Fish,Lines\n3,100,1\n2,90,1\n1,80,1\n");
+    EXPECT_EQ(job.status, 3);
+    EXPECT_NE(job.err.find("The last time label, 1 in line 4, is below the first, 3 in line 2."),
+              std::string::npos)
+        << job.err;
+}
+
+TEST(BadInput, FilesWithoutRowsOrHeadingsWithTooManyColumnsOrZeroBytesAreRefusedWithTheirLine)
+{
+    using namespace std::string_literals;
+    std::string wide;
+    for (int column = 0; column < 257; ++column)
+        wide += "h" + std::to_string(column) + " ";
+    const std::vector<std::pair<std::string, std::string>> texts{
+        {"Lake\nWeek Fish Lines\n", "(line 3: there is no row of values)"},
+        {"Lake\n \n1 2 3\n", "(line 2: 0 headings, 1 to 256 are possible)"},
+        {"Lake\n", "(line 2: the file ends before it)"},
+        {"", "(line 1: the file ends before it)"},
+        {"Lake\n" + wide + "\n1\n", "(line 2: 257 headings, 1 to 256 are possible)"},
+        {"Lake\nWeek Fish Lines\n1 2 \0\n"s, "(line 3: a zero byte, this is not plain text)"},
+    };
+    for (const auto& [text, sentence] : texts) {
+        const BatchJob job = TextJob(text);
+        EXPECT_EQ(job.status, 3) << text;
+        EXPECT_NE(job.err.find(sentence), std::string::npos) << job.err;
+    }
+    std::replace(wide.begin(), wide.end(), ' ', ',');
+    const std::vector<std::pair<std::string, std::string>> tables{
+        {"Week,Fish,Lines\n", "Line 2: the table has no rows of values."},
+        {"\n1,2,3\n", "Line 1: there are no headings."},
+        {"", "Line 1: there are no headings."},
+        {wide + "\n", "Line 1: 258 headings; at most 256 columns can be read."}, // one behind the last comma
+        {"Week,Fish,Lines\n1,2,\0\n"s, "Line 2: a zero byte"},
+    };
+    for (const auto& [table, sentence] : tables) {
+        const BatchJob job = Depletion(table);
+        EXPECT_EQ(job.status, 3) << table;
+        EXPECT_NE(job.err.find(sentence), std::string::npos) << job.err;
+    }
+}
+
+TEST(BadInput, ATextFileAboveAMegabyteIsRefusedUnread)
+{
+    const BatchJob job = TextJob("Lake\n" + std::string(1U << 20U, 'x'));
+    EXPECT_EQ(job.status, 3);
+    EXPECT_NE(job.err.find("(the file has 1048581 bytes; at most 1048576 can be imported)"),
+              std::string::npos)
+        << job.err;
+}
+
+// The import used to read a copy of the table in the system's directory for such, and failed without one.
+TEST(BadInput, ATableNeedsNoScratchDirectory)
+{
+    const char* const former = std::getenv("TMPDIR");
+    const std::string kept = former != nullptr ? former : "";
+    const ScratchDirectory directory;
+    const std::string table = directory.File("t.csv", "Week,Fish,Lines\n1,100,1\n2,90,1\n3,80,1\n");
+    setenv("TMPDIR", "/proc", 1); // there, and nobody can make a file in it
+    const BatchJob job =
+        RunJob({"fit", "--csv-data", table, "--time-column", "Week", "--columns",
+                "Fish=Tot. Catch Nums,Lines=Effort", "--model", "no-recruitment", "--m", "0"});
+    former != nullptr ? setenv("TMPDIR", kept.c_str(), 1) : unsetenv("TMPDIR");
+    EXPECT_EQ(job.status, 0) << job.err;
+}
+
+// A failure that the file errors do not list used to end in an empty sentence.
+TEST(BadInput, ALoopOfLinksAndAProgramWithoutHandlesHaveASentence)
+{
+    const std::string unidentified =
+        ": Default Error Message: An internal unidentified error has occured.\n(";
+    const ScratchDirectory directory;
+    const std::string loop = directory.Path("loop.txt");
+    std::filesystem::create_symlink(loop, loop);
+    const std::string table = directory.File("t.txt", "Lake\nWeek Fish Lines\n1 100 1\n");
+    for (const char* option : {"--data", "--csv-data"}) {
+        const auto words = [&](const std::string& file) {
+            return std::vector<std::string>{"fit",
+                                            option,
+                                            file,
+                                            "--time-column",
+                                            "Week",
+                                            "--columns",
+                                            "Fish=Tot. Catch Nums,Lines=Effort",
+                                            "--model",
+                                            "no-recruitment"};
+        };
+        const BatchJob links = RunJob(words(loop));
+        EXPECT_EQ(links.status, 3);
+        EXPECT_EQ(links.err,
+                  "velt-batch: " + loop + unidentified + std::system_category().message(ELOOP) + ")\n");
+
+        const NoHandlesLeft none;
+        const BatchJob handles = RunJob(words(table));
+        EXPECT_EQ(handles.status, 3);
+        EXPECT_EQ(handles.err,
+                  "velt-batch: " + table + unidentified + std::system_category().message(EMFILE) + ")\n");
+    }
+}
+
+TEST(BadInput, ForeignTextInAMessageIsShortAndSpeaksToNoTerminal)
+{
+    const std::string bell = "\x1b[31m\xff";
+    const BatchJob cell = Depletion("Week,Fish,Lines\n1," + bell + std::string(5000, 'x') + ",1\n");
+    EXPECT_EQ(cell.status, 3);
+    EXPECT_NE(cell.err.find("\"\\x1b[31m\\xff"), std::string::npos) << cell.err;
+    EXPECT_LT(cell.err.size(), 600U);
+
+    std::string many = bell;
+    for (int column = 0; column < 200; ++column)
+        many += ",heading" + std::to_string(column);
+    const BatchJob headings = Depletion(many + "\n1\n");
+    EXPECT_EQ(headings.status, 2);
+    EXPECT_NE(headings.err.find("it has \"\\x1b[31m\\xff\", \"heading0\""), std::string::npos)
+        << headings.err;
+    EXPECT_LT(headings.err.size(), 600U);
+    EXPECT_EQ(headings.err.find('\x1b'), std::string::npos);
 }
 
 TEST(BadInput, ResultsThatCannotBeWrittenUsedToCountAsDone)

@@ -232,22 +232,28 @@ TEST(CommandLine, AFractionWhereACountIsMeantIsRefused)
 }
 
 // Such a value used to be taken, shown in the report and used for nothing.
-TEST(CommandLine, AnInputThatTheModelDoesNotHaveIsRefusedWithThoseThatItHas)
+TEST(CommandLine, AnInputThatTheModelDoesNotHaveIsToldWithThoseThatItHas)
 {
-    const auto expect = [](const char* model, const char* option, const std::string& taken) {
-        ExpectRefused({"--model", model, option, "1"}, std::string(option) +
-                                                           " has no meaning for the model " + model +
-                                                           ", which takes " + taken + ".");
+    const auto notes = [](const char* model, const char* option, const char* value) {
+        return Accepted({"--model", model, option, value}).notes;
     };
-    for (const char* model : {"no-recruitment", "recruitment-index"})
-        for (const char* option : {"--init-proportion", "--lag", "--z"})
-            expect(model, option, "--m");
-    for (const char* option : {"--lag", "--z"})
-        expect("constant-recruitment", option, "--m, --init-proportion");
-    for (const char* model : {"fox", "schaefer"})
-        for (const char* option : {"--m", "--z"})
-            expect(model, option, "--init-proportion, --lag");
+    const auto expect = [&notes](const char* model, const char* option, const std::string& taken) {
+        EXPECT_EQ(notes(model, option, "0.5"),
+                  std::vector{std::string(option) + " has no meaning for the model " + model +
+                              ", which takes " + taken + "; it was not used."});
+    };
+    for (const char* option : {"--init-proportion", "--z"})
+        expect("no-recruitment", option, "--m");
+    EXPECT_EQ(notes("recruitment-index", "--lag", "2").size(), 1U);
+    expect("constant-recruitment", "--z", "--m, --init-proportion");
+    for (const char* option : {"--m", "--z"})
+        expect("schaefer", option, "--init-proportion, --lag");
     expect("pella-tomlinson", "--m", "--init-proportion, --lag, --z");
+}
+
+TEST(CommandLine, AnInputThatTheModelHasOrThatStandsAtItsDefaultIsNotWorthAWord)
+{
+    EXPECT_TRUE(Accepted({"--model", "fox", "--m", "0.2", "--z", "1", "--lag", "1"}).notes.empty());
 }
 
 TEST(CommandLine, AnOptionsValueIsQuotedShortAndWithoutControlCharacters)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/AsciiText.h"
 
-#include "base/Utilities.h"
+#include "base/FileErrors.h"
 
 #include <gtest/gtest.h>
 
@@ -47,6 +47,7 @@ TEST(AsciiText, LineOneIsTheDescriptionLineTwoTheHeadingsTheRestRows)
     EXPECT_EQ(text.columns[0], (std::vector{1990.0, 1991.0}));
     EXPECT_EQ(text.columns[1], (std::vector{10.0, 11.0}));
     EXPECT_EQ(text.columns[2], (std::vector{5.5, 6.5}));
+    EXPECT_EQ(text.lines, (std::vector<std::size_t>{3, 4}));
 }
 
 TEST(AsciiText, CrLfAndLfAndCrEndALine)
@@ -192,6 +193,7 @@ TEST(AsciiText, CutOffAtEveryByteItIsReadOrRefusedWithALine)
             EXPECT_EQ(text.columns.size(), text.headings.size());
             for (const auto& column : text.columns)
                 EXPECT_EQ(column.size(), text.Rows());
+            EXPECT_EQ(text.lines.size(), text.Rows());
         } catch (const ImportError& error) {
             EXPECT_GE(error.line, 1U) << size;
             EXPECT_LE(error.line, 4U) << size;

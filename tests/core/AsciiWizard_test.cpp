@@ -2,21 +2,22 @@
 #include "files/AsciiWizard.h"
 
 #include "base/VeltError.h"
-#include "files/AsciiText.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <limits>
+#include <numeric>
 
 namespace
 {
 AsciiWizard WizardOf(std::vector<double> labels)
 {
     const std::vector<double> values(labels.size(), 1.0);
+    std::vector<std::size_t> lines(labels.size());
+    std::iota(lines.begin(), lines.end(), 3U); // behind the description and the headings
     return {"ling.txt",
-            {"Time", "Effort_", "Catch"},
-            {std::move(labels), values, values},
+            {"Ling", {"Time", "Effort_", "Catch"}, {std::move(labels), values, values}, std::move(lines)},
             {"Tot. Catch Wt", "Tot. Catch Nums", "Mean Wt", "Effort", "Catch Wt", "Catch Nums",
              "Abundance Index", "Var. Abund. Index", "Recruit. Index"}};
 }
@@ -103,6 +104,34 @@ TEST(AsciiWizard, ALabelOutside16BitsFailsAndNamesTheLabel)
     AsciiWizard limits = WizardOf({-32768, 32767});
     limits.ChooseTiming(1);
     EXPECT_NO_THROW(limits.Next());
+}
+
+TEST(AsciiWizard, ALabelOutside16BitsIsNamedWithItsLine)
+{
+    AsciiWizard wizard = WizardOf({1990, 1991, 40000}); // lines 3, 4 and 5
+    wizard.ChooseTiming(1);
+    try {
+        wizard.Next();
+        FAIL();
+    } catch (const ImportError& error) {
+        EXPECT_EQ(error.line, 5U);
+        EXPECT_EQ(error.place, "The time label 40000 in line 5 is no whole number from -32768 to 32767.");
+    }
+}
+
+TEST(AsciiWizard, ACopyOfATextColumnStandsBehindTheOthersAndHasAPlaceOfItsOwn)
+{
+    AsciiWizard wizard = AtStep2();
+    wizard.Assign(2, 4);
+
+    EXPECT_EQ(wizard.CopyColumn(2), 4);
+
+    EXPECT_EQ(wizard.TextColumns(), 4);
+    EXPECT_EQ(wizard.collFlexHeadings.back(), "Effort_");
+    EXPECT_EQ(wizard.collFlexData.back(), wizard.collFlexData[1]);
+    EXPECT_EQ(wizard.enuUserColRef(4), AsciiWizard::kNone);
+    EXPECT_NO_THROW(wizard.Assign(4, 5));
+    EXPECT_EQ(NumberOf([&] { wizard.CopyColumn(5); }), 9U);
 }
 
 TEST(AsciiWizard, TheListHoldsNoneAndTheColumnsNotYetTaken)

@@ -1,469 +1,226 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "data/ImportText.h"
+
 #include "data/clsVeltData.h"
-#include "files/AsciiText.h"
 #include "files/AsciiWizard.h"
 #include "support/ScriptedUser.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
+#include <functional>
+#include <optional>
+#include <string_view>
 
 namespace
 {
-const std::string kSamples = VELT_TEST_SAMPLES "/import/";
+/// Answers from a script and keeps what was asked, in order.
+class ScriptedQuestions : public IImportQuestions
+{
+public:
+    bool withoutDescription = true;
+    bool finishes = true;
+    bool consecutive = true;
+    int timing = 1;
+    std::vector<std::string> asked;
+    std::optional<UnevenLabels> uneven;
 
-/// A session at the screen: a file, a person at the wizard, and the data set that comes out.
-class ImportText : public testing::Test
+    bool GoesOnWithoutDescription() override
+    {
+        asked.emplace_back("description");
+        return withoutDescription;
+    }
+    bool Assigns(AsciiWizard& wizard) override
+    {
+        asked.emplace_back("columns");
+        if (!finishes)
+            return false;
+        wizard.ChooseTiming(timing);
+        wizard.Next();
+        wizard.Assign(timing == 1 ? 2 : 1, columns::Effort);
+        wizard.Finish();
+        return true;
+    }
+    bool TakesAsConsecutive(const UnevenLabels& labels) override
+    {
+        asked.emplace_back("labels");
+        uneven = labels;
+        return consecutive;
+    }
+};
+
+class ImportTextRoad : public testing::Test
 {
 protected:
-    ImportText()
-        : m_folder(
-              std::filesystem::path(testing::TempDir()) /
-              (std::string("velt_import_") + testing::UnitTest::GetInstance()->current_test_info()->name()))
+    void Import(std::string_view text)
     {
-        std::filesystem::create_directories(m_folder);
-    }
-    ~ImportText() override { std::filesystem::remove_all(m_folder); }
-
-    std::string Write(const std::string& text)
-    {
-        const std::string path = (m_folder / "typed.txt").string();
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
+        ImportText(data, "ling.txt", {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
+                   questions);
     }
 
-    /// The user takes text column `timing` for the periods, assigns what `assign` says and finishes.
-    void UserAssigns(int timing, std::vector<std::pair<int, int>> assign)
+    /// The number of the failure that ends the import; the data set is then as new.
+    std::uint32_t Failure(std::string_view text)
     {
-        bench.user.onAsciiWizard = [timing, assign](AsciiWizard& wizard) {
-            wizard.ChooseTiming(timing);
-            wizard.Next();
-            for (const auto& [textColumn, dataColumn] : assign)
-                wizard.Assign(textColumn, dataColumn);
-            wizard.Finish();
-            return true;
-        };
-    }
-
-    /// The same, with every heading that is the export name of a user column assigned to it.
-    void UserAssignsByHeading()
-    {
-        bench.user.onAsciiWizard = [this](AsciiWizard& wizard) {
-            wizard.ChooseTiming(1);
-            wizard.Next();
-            for (int i = 2; i <= wizard.TextColumns(); ++i) {
-                for (int column = 1; column <= 9; ++column) {
-                    if (wizard.collFlexHeadings[static_cast<std::size_t>(i - 1)] ==
-                            bench.run.globals.ColumnFileNames(column) &&
-                        !wizard.blnVELTColSel(column))
-                        wizard.Assign(i, column);
-                }
-            }
-            wizard.Finish();
-            return true;
-        };
-    }
-
-    /// The data set is as new.
-    void ExpectEmpty()
-    {
-        EXPECT_EQ(data.DSDesc(), "");
-        EXPECT_EQ(data.DSFName(), "");
-        EXPECT_EQ(data.TimeInts(), 0);
-        EXPECT_EQ(data.NAPoints(), 0);
-        EXPECT_FALSE(data.IsDirty());
-        for (int column = 1; column <= 15; ++column) {
-            EXPECT_FALSE(data.ColPresent(column));
-            EXPECT_EQ(data.DB(column, 1), -1.0F);
+        try {
+            Import(text);
+        } catch (const VeltError& error) {
+            EXPECT_EQ(data.DSDesc(), "");
+            EXPECT_EQ(data.TimeInts(), 0);
+            EXPECT_FALSE(data.ColPresent(columns::Effort));
+            EXPECT_FALSE(data.IsDirty());
+            return error.number;
         }
-        EXPECT_TRUE(data.ToggledIn(1));
-        EXPECT_FALSE(data.Included(1));
-    }
-
-    /// The import of `path` fails with one box that says exactly `text`.
-    void ExpectRefused(const std::string& path, const std::string& text)
-    {
-        bench.user.messages.clear();
-        EXPECT_FALSE(data.ImportASCIIFile(path));
-        ASSERT_EQ(bench.user.messages.size(), 1U) << path;
-        EXPECT_EQ(bench.user.messages[0].text, text);
-        EXPECT_EQ(bench.user.messages[0].icon, Icon::Exclamation);
-        ExpectEmpty();
+        return 0;
     }
 
     Bench bench;
     clsVeltData data{bench.run};
-
-private:
-    std::filesystem::path m_folder;
+    ScriptedQuestions questions;
 };
 
-const std::string kBadColumns = "Bad number of data columns. Please correct and reload file.\n";
-const std::string kBadData = "Invalid or missing data. Please correct and reload file.\n";
+using Asked = std::vector<std::string>;
+constexpr std::uint32_t kCancelled = 0x80040000U + 2263U;
+
+AsciiText Table(std::vector<double> labels, std::vector<std::size_t> lines)
+{
+    std::vector<double> effort(labels.size(), 5.0);
+    return {
+        "Ling", {"Fishing year", "Boats, days"}, {std::move(labels), std::move(effort)}, std::move(lines)};
+}
 } // namespace
 
-TEST_F(ImportText, AGoodFileBecomesTheTable)
+TEST_F(ImportTextRoad, BytesBecomeATableWithoutAFileAndWithoutABox)
 {
-    UserAssignsByHeading();
+    Import("Ling\nYear Boats\n1990 5\n1991 6\n");
 
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_tabs.txt"));
-
-    EXPECT_TRUE(bench.user.messages.empty());
-    EXPECT_EQ(data.DSDesc(), "Scallop dredge fishery, south banks");
-    EXPECT_EQ(data.DSFName(), kSamples + "good_tabs.txt");
-    EXPECT_EQ(data.MinTimeP(), 1974);
-    EXPECT_EQ(data.MaxTimeP(), 1998);
-    EXPECT_EQ(data.TimeInts(), 25);
-    EXPECT_EQ(data.NAPoints(), 25);
-    EXPECT_EQ(data.OrigNAPoints(), 25);
-    EXPECT_EQ(data.NDPoints(), 26);
-    EXPECT_EQ(data.NNtPoints(), 25);
-    EXPECT_TRUE(data.IsDirty());
-    EXPECT_EQ(data.TotCatchWt(1), 251.8F);
-    EXPECT_EQ(data.Effort(1), 81.0F);
-    EXPECT_EQ(data.CatchWt(1), 226.6F);
-    EXPECT_EQ(data.TotCatchWt(25), 164.7F);
-    EXPECT_EQ(data.CatchWt(25), 148.2F);
-    EXPECT_EQ(data.TotCatchWt(26), -1.0F);
-    EXPECT_TRUE(data.Included(25));
-    EXPECT_FALSE(data.Included(26));
-    EXPECT_FALSE(data.ToggledIn(26));
-}
-
-TEST_F(ImportText, TheWizardGetsTheFileItsHeadingsAndTheTitlesOfTheUserColumns)
-{
-    bench.user.onAsciiWizard = [](AsciiWizard& wizard) {
-        EXPECT_EQ(wizard.fileName, kSamples + "good_numbers.txt");
-        EXPECT_EQ(wizard.collFlexHeadings, (std::vector<std::string>{"Time", "Effort_", "Catch_Wt"}));
-        EXPECT_EQ(wizard.collFlexData.at(1), (std::vector{5.0, 0.5, 5.0}));
-        EXPECT_EQ(wizard.columnTitles.front(), "Tot. Catch Wt");
-        EXPECT_EQ(wizard.columnTitles.back(), "Recruit. Index");
-        return false;
-    };
-    EXPECT_FALSE(data.ImportASCIIFile(kSamples + "good_numbers.txt"));
-    EXPECT_EQ(bench.user.asked, std::vector<std::string>{"ascii wizard"});
-}
-
-TEST_F(ImportText, LineEndsAndSeparatorsMakeNoDifference)
-{
-    UserAssignsByHeading();
-    for (const char* name : {"good_no_last_newline.txt", "good_mixed_separators.txt"}) {
-        ASSERT_TRUE(data.ImportASCIIFile(kSamples + name)) << name;
-        EXPECT_EQ(data.TimeInts(), 25);
-        EXPECT_EQ(data.TotCatchWt(1), 251.8F) << name;
-        EXPECT_EQ(data.Effort(25), 142.0F) << name;
-    }
-    EXPECT_EQ(data.DSDesc(), "Trimmed description");
-}
-
-TEST_F(ImportText, EveryFormOfANumberIsRead)
-{
-    UserAssignsByHeading();
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_numbers.txt"));
-    EXPECT_EQ(data.Effort(1), 5.0F);
-    EXPECT_EQ(data.CatchWt(1), 100.0F);
-    EXPECT_EQ(data.Effort(2), 0.5F);
-    EXPECT_EQ(data.CatchWt(2), -1.0F);
-    EXPECT_EQ(data.Effort(3), 5.0F);
-    EXPECT_EQ(data.CatchWt(3), 0.125F);
-}
-
-TEST_F(ImportText, FinishWithNoColumnAssignedGivesADataSetWithNoColumns)
-{
-    UserAssigns(1, {});
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_no_assignment.txt"));
-    EXPECT_EQ(data.TimeInts(), 25);
-    EXPECT_EQ(data.NNtPoints(), 0);
-    for (int column = 1; column <= 15; ++column)
-        EXPECT_FALSE(data.ColPresent(column));
-}
-
-TEST_F(ImportText, RowsBehindTheLabelledRangeAreDropped)
-{
-    UserAssignsByHeading();
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_rows_dropped.txt")); // labels 1, 5, 2
-    EXPECT_EQ(data.TimeInts(), 2);
-    EXPECT_EQ(data.Effort(1), 10.0F);
-    EXPECT_EQ(data.Effort(2), 20.0F);
-    EXPECT_EQ(data.Effort(3), -1.0F);
-}
-
-TEST_F(ImportText, ConversionsRunAtTheEnd)
-{
-    UserAssigns(1, {{2, columns::AbundIndex}, {3, columns::TotCatchWt}});
-    ASSERT_TRUE(data.ImportASCIIFile(Write("Ling\nYear Index Catch\n1990 2.5 10\n1991 -1 11\n")));
-    EXPECT_EQ(data.CatchWt(1), 2.5F);
-    EXPECT_EQ(data.Effort(1), 1.0F);
-    EXPECT_FALSE(data.Included(2));
-    EXPECT_EQ(data.NNtPoints(), 1);
-}
-
-TEST_F(ImportText, TheTimingColumnMayStandAnywhere)
-{
-    UserAssigns(2, {{1, columns::Effort}});
-    ASSERT_TRUE(data.ImportASCIIFile(Write("Ling\nEffort Year\n5 1990\n6 1991\n")));
+    EXPECT_EQ(data.DSDesc(), "Ling");
+    EXPECT_EQ(data.DSFName(), "ling.txt");
     EXPECT_EQ(data.MinTimeP(), 1990);
     EXPECT_EQ(data.Effort(2), 6.0F);
-}
-
-TEST_F(ImportText, AMissingDescriptionIsAskedAboutAndYesGoesOn)
-{
-    UserAssignsByHeading();
-    bench.user.answers = {Answer::Yes};
-
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_no_description.txt"));
-
-    ASSERT_EQ(bench.user.messages.size(), 1U);
-    const Message& box = bench.user.messages[0];
-    EXPECT_EQ(box.text, "The File contains no file description, do you wish to continue?");
-    EXPECT_EQ(box.buttons, Buttons::YesNoCancel);
-    EXPECT_EQ(box.icon, Icon::Exclamation);
-    EXPECT_EQ(box.title, "Import Error");
-    EXPECT_EQ(data.DSDesc(), "");
-    EXPECT_EQ(data.TimeInts(), 3);
-}
-
-TEST_F(ImportText, EveryOtherAnswerToAMissingDescriptionEndsTheImport)
-{
-    for (const Answer answer : {Answer::No, Answer::Cancel}) {
-        bench.user.messages.clear();
-        bench.user.answers = {answer};
-        EXPECT_FALSE(data.ImportASCIIFile(kSamples + "good_no_description.txt"));
-        EXPECT_EQ(bench.user.messages.size(), 1U); // the question and nothing behind it
-        EXPECT_TRUE(bench.user.asked.empty());
-        ExpectEmpty();
-    }
-}
-
-TEST_F(ImportText, TheQuestionComesBeforeAnyFailureFurtherDown)
-{
-    bench.user.answers = {Answer::No};
-    EXPECT_FALSE(data.ImportASCIIFile(Write("  \nTime Effort\n1\n")));
-    EXPECT_EQ(bench.user.messages.size(), 1U);
-    EXPECT_TRUE(bench.user.Saw("no file description"));
-}
-
-TEST_F(ImportText, AFormatErrorShowsItsFixedTextAndTheLineBehindIt)
-{
-    ExpectRefused(kSamples + "bad_token_missing.txt", kBadColumns + "(line 7)");
-    EXPECT_EQ(bench.user.messages[0].buttons, Buttons::Ok);
-    EXPECT_EQ(bench.user.messages[0].title, "Import Error");
-    ExpectRefused(kSamples + "bad_token_extra.txt", kBadColumns + "(line 7)");
-    ExpectRefused(kSamples + "bad_blank_line_inside.txt", kBadColumns + "(line 7)");
-    ExpectRefused(kSamples + "bad_blank_line_at_end.txt", kBadColumns + "(line 28)");
-    ExpectRefused(kSamples + "bad_heading_with_blank.txt", kBadColumns + "(line 3)");
-    ExpectRefused(kSamples + "bad_not_numeric.txt", kBadData + "(line 7)");
-    EXPECT_TRUE(bench.user.asked.empty()); // none of them comes as far as the wizard
-}
-
-TEST_F(ImportText, NonNumericTimeLabelsFailBeforeTheWizard)
-{
-    ExpectRefused(kSamples + "bad_time_text.txt", kBadData + "(line 3)");
+    EXPECT_EQ(questions.asked, Asked{"columns"});
+    EXPECT_TRUE(bench.user.messages.empty());
     EXPECT_TRUE(bench.user.asked.empty());
 }
 
-TEST_F(ImportText, MoreThan200PeriodsEndTheImportAtTheTablesLimit)
+TEST_F(ImportTextRoad, QuestionsComeInTheOrderDescriptionColumnsLabels)
 {
-    const std::string text = "Subscript out of range\nThe time labels 1 to 201 make 201 periods; a table has "
-                             "room for 200.";
-    UserAssignsByHeading();
-    ExpectRefused(kSamples + "bad_201_rows.txt", text);
-    UserAssigns(1, {}); // also with nothing to store
-    ExpectRefused(kSamples + "bad_201_rows.txt", text);
+    Import("\nYear Boats\n1990 5\n1992 6\n1991 7\n");
+    EXPECT_EQ(questions.asked, (Asked{"description", "columns", "labels"}));
 }
 
-TEST_F(ImportText, TwoHundredPeriodsFit)
+TEST_F(ImportTextRoad, AMissingDescriptionIsAskedAboutBeforeAnythingElseIsLookedAt)
 {
-    UserAssigns(1, {{2, columns::Effort}});
-    std::string text = "Ling\nTime Effort\n";
-    for (int period = 1; period <= 200; ++period)
-        text += std::to_string(period) + " 5\n";
-    ASSERT_TRUE(data.ImportASCIIFile(Write(text)));
-    EXPECT_EQ(data.NNtPoints(), 200);
-    EXPECT_EQ(data.Effort(200), 5.0F);
+    questions.withoutDescription = false;
+    EXPECT_EQ(Failure(" \nYear Boats\nno number at all\n"), kCancelled);
+    EXPECT_EQ(questions.asked, Asked{"description"});
 }
 
-TEST_F(ImportText, TimeLabels1And2And5AskForFiveRowsWhereThreeExist)
+TEST_F(ImportTextRoad, EachNoEndsTheImportThere)
 {
-    UserAssigns(1, {{2, columns::Effort}});
-    ExpectRefused(
-        Write("Ling\nTime Effort\n1 10\n2 20\n5 30\n"),
-        "Subscript out of range\nThe time labels 1 to 5 make 5 periods, but the file holds 3 rows of "
-        "values.");
+    questions.finishes = false;
+    EXPECT_EQ(Failure("Ling\nYear Boats\n1990 5\n"), kCancelled);
+    questions.finishes = true;
+    questions.consecutive = false;
+    EXPECT_EQ(Failure("Ling\nYear Boats\n1990 5\n1992 6\n1991 7\n"), kCancelled);
 }
 
-// Deliberate: without a column nothing is stored, and so nothing is missing.
-TEST_F(ImportText, TimeLabels1And2And5WithNothingAssignedMakeFiveEmptyRows)
+TEST_F(ImportTextRoad, AFailedImportLeavesNothingOfAnEarlierOne)
 {
-    UserAssigns(1, {});
-    ASSERT_TRUE(data.ImportASCIIFile(Write("Ling\nTime Effort\n1 10\n2 20\n5 30\n")));
-    EXPECT_EQ(data.TimeInts(), 5);
+    const std::string good = "Ling\nYear Boats\n1990 5\n";
+    Import(good);
+    EXPECT_NE(Failure("Tusk\nYear Boats\n1990\n"), 0U);
+
+    Import(good);
+    questions.finishes = false;
+    EXPECT_THROW(ImportTable(data, "tusk.csv", Table({1990}, {2}), questions), VeltError);
+    EXPECT_EQ(data.DSDesc(), "");
+    questions.finishes = true;
+
+    Import(good);
+    EXPECT_THROW(data.ImportASCIIFile("nowhere.txt", questions), VeltError);
+    EXPECT_EQ(data.DSDesc(), "");
+    EXPECT_FALSE(data.IsDirty());
 }
 
-TEST_F(ImportText, LabelsThatRunBackwardsAreRefused)
+TEST_F(ImportTextRoad, WhatAnAnswerRaisesEndsTheImportAsItStands)
 {
-    UserAssigns(1, {{2, columns::Effort}});
-    ExpectRefused(Write("Ling\nTime Effort\n3 10\n2 20\n1 30\n"),
-                  "Subscript out of range\nThe last time label, 1, is below the first, 3.");
-}
-
-TEST_F(ImportText, ATimeLabelOutside16BitsFailsTheImport)
-{
-    UserAssignsByHeading();
-    ExpectRefused(kSamples + "bad_label_40000.txt",
-                  "Overflow\nThe time label 39999 is no whole number from -32768 to 32767.");
-}
-
-TEST_F(ImportText, AValueThatDoesNotFitItsCellFailsOnlyWhenItsColumnIsAssigned)
-{
-    const std::string path = Write("Ling\nTime Effort Other\n1 10 1\n2 20 1e39\n");
-    UserAssigns(1, {{2, columns::Effort}, {3, columns::CatchWt}});
-    ExpectRefused(path, "Overflow\n(line 4: a value is too large for a cell)");
-    UserAssigns(1, {{2, columns::Effort}});
-    EXPECT_TRUE(data.ImportASCIIFile(path));
-}
-
-TEST_F(ImportText, AConversionThatFailsEndsTheImport)
-{
-    UserAssigns(1, {{2, columns::CatchWt}, {3, columns::MeanWt}, {4, columns::Effort}});
-    ExpectRefused(Write("Ling\nTime Catch Mean Effort\n1990 5 0 1\n"),
-                  "Division by zero: Catch Nums of row 1 cannot be derived.");
-}
-
-TEST_F(ImportText, AFileThatEndsInLineOneOrTwoHasAFileErrorOfItsOwn)
-{
-    const std::string text = "This file has a nonstandard end-of-file marker, or an attempt was made to read "
-                             "beyond the end-of-file marker.\n";
-    bench.user.answers = {Answer::Cancel};
-    ExpectRefused(kSamples + "bad_empty.txt", text + "(line 1: the file ends before it)");
-    EXPECT_EQ(bench.user.messages[0].title, "File Error");
-    EXPECT_EQ(bench.user.messages[0].buttons, Buttons::RetryCancel);
-    bench.user.answers = {Answer::Cancel};
-    ExpectRefused(kSamples + "bad_one_line.txt", text + "(line 2: the file ends before it)");
-}
-
-TEST_F(ImportText, AMissingFileAndAFolderAreFileErrors)
-{
-    const std::string missing = kSamples + "nowhere.txt";
-    ExpectRefused(missing, "That path doesn't exist.\n" + missing);
-    EXPECT_EQ(bench.user.messages[0].title, "File Error");
-    ExpectRefused(kSamples, "That path or filename cannot be accessed.\n" + kSamples);
-    EXPECT_FALSE(std::filesystem::exists(missing));
-}
-
-TEST_F(ImportText, RetryReadsTheFileAgain)
-{
-    class MendingUser : public ScriptedUser
+    struct Refusal {
+    };
+    class Refusing : public ScriptedQuestions
     {
     public:
-        std::function<void()> mend;
-        Answer Show(const Message& message) override
-        {
-            const Answer answer = ScriptedUser::Show(message);
-            mend();
-            return answer;
-        }
+        bool TakesAsConsecutive(const UnevenLabels&) override { throw Refusal(); }
     };
-    const std::string path = Write("");
-    MendingUser user;
-    user.answers = {Answer::Retry};
-    user.mend = [&] { Write("Ling\nTime Effort\n1 5\n"); };
-    user.onAsciiWizard = [](AsciiWizard& wizard) {
-        wizard.ChooseTiming(1);
-        wizard.Next();
-        wizard.Finish();
-        return true;
+    Refusing refusing;
+    EXPECT_THROW(ImportTable(data, "ling.txt", Table({1990, 1992}, {3, 4}), refusing), Refusal);
+    EXPECT_EQ(data.TimeInts(), 0);
+}
+
+TEST_F(ImportTextRoad, ATableReadElsewhereTakesTheSameRoad)
+{
+    ImportTable(data, "ling.csv", Table({1990, 1991}, {2, 4}), questions);
+
+    EXPECT_EQ(data.DSFName(), "ling.csv");
+    EXPECT_EQ(data.Effort(2), 5.0F);
+    AsciiText undescribed = Table({1990}, {2});
+    undescribed.description.clear();
+    questions.asked.clear();
+    questions.withoutDescription = false;
+    EXPECT_THROW(ImportTable(data, "ling.csv", undescribed, questions), VeltError);
+    EXPECT_EQ(questions.asked, Asked{"description"});
+}
+
+// A gap of one year used to shift every later value into the year before it, without a word.
+TEST_F(ImportTextRoad, TheFirstRowWhoseLabelDoesNotRiseByOneIsNamed)
+{
+    struct Case {
+        std::vector<double> labels;
+        std::size_t line; ///< 0: none
     };
-    struct Run run(user, bench.window, bench.meter, bench.random);
-    clsVeltData mended(run);
-
-    EXPECT_TRUE(mended.ImportASCIIFile(path));
-
-    EXPECT_EQ(user.messages.size(), 1U);
-    EXPECT_EQ(mended.DSDesc(), "Ling");
-}
-
-TEST_F(ImportText, AHugeFileIsRefusedWithItsSize)
-{
-    const std::string path = Write("");
-    std::filesystem::resize_file(path, std::uintmax_t{10} << 20U);
-    ExpectRefused(path, kBadData + "(the file has 10485760 bytes; at most 1048576 can be imported)");
-}
-
-TEST_F(ImportText, CancellingTheWizardIsSilentAndLeavesAnEmptyDataSet)
-{
-    EXPECT_FALSE(data.ImportASCIIFile(kSamples + "good_tabs.txt")); // nothing scripted: Cancel
-    EXPECT_TRUE(bench.user.messages.empty());
-    ExpectEmpty();
-}
-
-TEST_F(ImportText, AWizardLeftWithoutFinishIsACancel)
-{
-    bench.user.onAsciiWizard = [](AsciiWizard&) { return true; };
-    EXPECT_FALSE(data.ImportASCIIFile(kSamples + "good_tabs.txt"));
-    ExpectEmpty();
-}
-
-TEST_F(ImportText, AFailedImportLeavesNothingOfAnEarlierOne)
-{
-    UserAssignsByHeading();
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "good_tabs.txt"));
-    EXPECT_FALSE(data.ImportASCIIFile(kSamples + "bad_token_extra.txt"));
-    ExpectEmpty();
-}
-
-TEST_F(ImportText, ARelativePathWorksAndIsKept)
-{
-    const std::string relative = std::filesystem::relative(kSamples + "good_tabs.txt").string();
-    UserAssignsByHeading();
-    ASSERT_TRUE(data.ImportASCIIFile(relative));
-    EXPECT_EQ(data.DSFName(), relative);
-}
-
-TEST_F(ImportText, AnExportedProjectReadsBack)
-{
-    UserAssignsByHeading();
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "two_fits_export.txt"));
-    EXPECT_EQ(data.TotCatchNums(1), 141.4607F);
-    EXPECT_EQ(data.RecruitIndex(25), 43.2F);
-    ASSERT_TRUE(data.ImportASCIIFile(kSamples + "minimal_export.txt"));
-    EXPECT_EQ(data.TimeInts(), 3);
-    EXPECT_FALSE(data.ColPresent(columns::Effort));
-}
-
-TEST_F(ImportText, AMalformedFileIsReadSanelyOrRefusedAndLeavesNoHalfTable)
-{
-    UserAssignsByHeading();
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(kSamples + "hostile")) {
-        if (entry.path().extension() != ".txt")
-            continue;
-        ++files;
-        bench.user.messages.clear();
-        if (data.ImportASCIIFile(entry.path().string())) {
-            EXPECT_GE(data.TimeInts(), 1) << entry.path();
-            EXPECT_LE(data.TimeInts(), 200) << entry.path();
-        } else {
-            EXPECT_EQ(bench.user.messages.size(), 1U) << entry.path();
-            ExpectEmpty();
-        }
+    for (const Case& c : {Case{{1990, 1991, 1992}, 0}, Case{{1990}, 0}, Case{{1990, 1992, 1993}, 4},
+                          Case{{1990, 1991, 1993}, 5}, Case{{1990, 1990, 1991}, 4},
+                          Case{{1990, 1989, 1991}, 4}, Case{{-1, 0, 1}, 0}, Case{{1990, 5000000, 1992}, 4}}) {
+        std::vector<std::size_t> lines;
+        for (std::size_t row = 0; row < c.labels.size(); ++row)
+            lines.push_back(row + 3);
+        const auto uneven = FindUnevenLabels(c.labels, lines);
+        EXPECT_EQ(uneven ? uneven->line : 0U, c.line) << c.labels.back();
     }
-    EXPECT_EQ(files, 12);
 }
 
-TEST_F(ImportText, EachBundledDataSetImportsWithTheColumnsItsHeadingsName)
+// 1990.5 is 1990 and 1991.5 is 1992; 1990.4 and 1990.6 are 1990 and 1991.
+TEST_F(ImportTextRoad, LabelsAreComparedAsWholeNumbersTiesToEven)
 {
-    UserAssignsByHeading();
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(VELT_TEST_SAMPLES "/../../samples")) {
-        if (entry.path().extension() != ".txt")
-            continue;
-        ++files;
-        EXPECT_TRUE(data.ImportASCIIFile(entry.path().string())) << entry.path();
-        EXPECT_EQ(data.NNtPoints(), data.TimeInts()) << entry.path();
-        EXPECT_FALSE(data.DSDesc().empty());
-        EXPECT_LE(data.DSDesc().size(), clsVeltData::kDescriptionWidth) << entry.path();
+    const std::vector<std::size_t> lines{3, 4};
+    EXPECT_FALSE(FindUnevenLabels(std::vector{1990.4, 1990.6}, lines));
+    EXPECT_TRUE(FindUnevenLabels(std::vector{1990.5, 1991.5}, lines));
+    EXPECT_FALSE(FindUnevenLabels(std::vector{1991.5, 1992.6}, lines));
+}
+
+TEST_F(ImportTextRoad, TheQuestionNamesTheTrueLineAndTheLabelsAsTheFileHasThem)
+{
+    ImportTable(data, "ling.csv", Table({1990.2, 1992, 1991}, {2, 7, 8}), questions); // a cell of six lines
+    ASSERT_TRUE(questions.uneven);
+    EXPECT_EQ(questions.uneven->Sentence(),
+              "The time labels do not rise by one from row to row: in line 7, 1992 follows 1990.2.");
+}
+
+TEST_F(ImportTextRoad, LabelsThatNoAnswerCouldMendAreRefusedWithoutAQuestion)
+{
+    EXPECT_EQ(Failure("Ling\nYear Boats\n1992 5\n1990 6\n"), 9U); // end before they begin
+    EXPECT_EQ(Failure("Ling\nYear Boats\n1 5\n300 6\n"), 9U);     // beyond the table
+    EXPECT_EQ(Failure("Ling\nYear Boats\n1 5\n40000 6\n"), 6U);   // beyond 16 bits
+    EXPECT_EQ(questions.asked, (Asked{"columns", "columns", "columns"}));
+}
+
+TEST_F(ImportTextRoad, AValueTooLargeForItsCellIsNamedWithItsTrueLine)
+{
+    AsciiText table = Table({1990, 1991}, {2, 7});
+    table.columns[1][1] = 1e39;
+    try {
+        ImportTable(data, "ling.csv", table, questions);
+        FAIL();
+    } catch (const ImportError& error) {
+        EXPECT_EQ(error.line, 7U);
+        EXPECT_EQ(error.place, "(line 7: a value is too large for a cell)");
     }
-    EXPECT_GE(files, 3);
 }

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/ReadWholeFile.h"
 
-#include "base/VeltError.h"
+#include "base/FileErrors.h"
+#include "support/NoHandlesLeft.h"
 
 #include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 namespace
 {
@@ -34,6 +39,33 @@ TEST(ReadWholeFile, AMissingFileAFolderAndADeviceHaveTheirFileErrors)
 #ifndef _WIN32
     EXPECT_EQ(NumberOf("/dev/zero"), 75U);
 #endif
+}
+
+TEST(ReadWholeFile, WhatTheFileErrorsDoNotListIsUnidentifiedWithTheSystemsOwnWords)
+{
+    const std::string loop = testing::TempDir() + "velt_loop";
+    std::filesystem::remove(loop);
+    std::filesystem::create_symlink(loop, loop);
+    const auto refusal = [](const std::string& path) {
+        try {
+            ReadWholeFile(path, AnySize);
+        } catch (const FileError& error) {
+            return error;
+        }
+        return FileError(0, "read");
+    };
+
+    const FileError links = refusal(loop);
+    std::filesystem::remove(loop);
+    EXPECT_EQ(links.number, 0U);
+    EXPECT_EQ(links.description, "Default Error Message: An internal unidentified error has occured.");
+    EXPECT_EQ(links.reason, "(" + std::system_category().message(ELOOP) + ")");
+
+    const NoHandlesLeft none;
+    const FileError handles = refusal(VELT_TEST_SAMPLES "/import/good_rows_dropped.txt");
+    EXPECT_EQ(handles.number, 0U);
+    EXPECT_EQ(handles.reason, "(" + std::system_category().message(EMFILE) + ")");
+    EXPECT_EQ(refusal(VELT_TEST_SAMPLES "/import/nowhere.txt").reason, ""); // its own words say it all
 }
 
 TEST(ReadWholeFile, TheSizeIsCheckedBeforeAnythingIsRead)

@@ -25,3 +25,9 @@ TEST(Windows1252, IllFormedUtf8IsRecognised)
                             "\xFF", "\x80", "\xE2\x82"})
         EXPECT_FALSE(IsUtf8(bad));
 }
+
+TEST(Windows1252, TextOfUnknownMakingIsUtf8WhereItIsWellFormedAsSuch)
+{
+    EXPECT_EQ(ToUtf8("Lang\xC3\xB6rt"), "Lang\u00F6rt");
+    EXPECT_EQ(ToUtf8("Lang\xF6rt"), "Lang\u00F6rt");
+}

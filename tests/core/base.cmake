@@ -3,11 +3,15 @@ velt_core_test(base SOURCES
   Array1_test.cpp
   Checked_test.cpp
   ErrorReporter_test.cpp
+  FileErrors_test.cpp
+  FileType_test.cpp
   ForeignText_test.cpp
   NumberText_test.cpp
+  Paths_test.cpp
+  RaisedErrors_test.cpp
   SignalHold_test.cpp
   StringTable_test.cpp
-  Utilities_test.cpp
+  Text_test.cpp
   Windows1252_test.cpp
   modVeltGlobals_test.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "data/clsVeltData.h"
 
-#include "base/Utilities.h"
+#include "base/Text.h"
 #include "support/ScriptedUser.h"
 
 #include <gtest/gtest.h>

@@ -22,6 +22,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QtTest>
+#include <numeric>
 
 namespace
 {
@@ -84,9 +85,10 @@ InputParams Inputs(std::int32_t model, std::int32_t fitOp = 1)
 AsciiWizard TextFile(std::vector<double> periods = {1990, 1991, 1992})
 {
     const std::vector<double> values(periods.size(), 1.5);
+    std::vector<std::size_t> lines(periods.size());
+    std::iota(lines.begin(), lines.end(), 3U); // behind the description and the headings
     return {"ling.txt",
-            {"Year", "Boats", "Landed"},
-            {std::move(periods), values, values},
+            {"Ling", {"Year", "Boats", "Landed"}, {std::move(periods), values, values}, std::move(lines)},
             {"Tot. Catch Wt", "Tot. Catch Nums", "Mean Wt", "Effort", "Catch Wt", "Catch Nums",
              "Abundance Index", "Var. Abund. Index", "Recruit. Index"}};
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/Utilities.h"
+#include "base/FileType.h"
 #include "base/VeltError.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
@@ -580,6 +580,19 @@ private slots:
         QVERIFY(!session.window.FileOpen());
         session.Open();
         QVERIFY(session.window.FileOpen());
+    }
+
+    // It used to be called missing, and then of an unknown type.
+    void APathThatLoopsIsAnUnidentifiedErrorToldOnce()
+    {
+        Session session;
+        QTemporaryDir folder;
+        const QString loop = folder.filePath("loop.txt");
+        QVERIFY(QFile::link(loop, loop));
+        session.window.OpenPath(loop);
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QVERIFY(session.user.Saw("Default Error Message: An internal unidentified error has occured.\n" +
+                                 loop.toStdString()));
     }
 
     void AFailedImportSaysThatTheDataSetHasNoColumns()

@@ -22,6 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const AsciiText text = ReadAsciiText({data, size});
         Demand(!text.headings.empty() && text.headings.size() <= kMaxTextColumns);
         Demand(text.columns.size() == text.headings.size() && text.Rows() > 0);
+        Demand(text.lines.size() == text.Rows());
         for (const auto& column : text.columns) {
             Demand(column.size() == text.Rows());
             for (const double value : column)
