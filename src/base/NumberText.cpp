@@ -24,7 +24,7 @@ std::string UpperExponent(std::string text)
 template <typename... Format>
 std::string Chars(Format... format)
 {
-    std::array<char, 512> buffer; // room for the largest double written out in full
+    std::array<char, 512> buffer{}; // room for the largest double written out in full
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), format...).ptr;
     return {buffer.data(), end};
 }

@@ -21,6 +21,8 @@ public:
     /// `main`: the window the others cascade from; it must outlive this object.
     explicit GraphWindows(QWidget& main);
     ~GraphWindows();
+    GraphWindows(const GraphWindows&) = delete;
+    GraphWindows& operator=(const GraphWindows&) = delete;
 
     /// Shows a window for `graph`; one of the same title goes.
     void Add(std::shared_ptr<ModelGraph> graph);

@@ -3,11 +3,6 @@
 
 #include "base/StringTable.h"
 
-OpenProject::~OpenProject()
-{
-    m_fits.reset(); // it still speaks to the data
-}
-
 void OpenProject::Renew()
 {
     m_view.LetGoOfProject();

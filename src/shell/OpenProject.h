@@ -26,7 +26,6 @@ class OpenProject
 public:
     /// Both must outlive this object. The first pair is made by Renew.
     OpenProject(Run& run, IProjectView& view) : m_run(run), m_view(view) {}
-    ~OpenProject();
 
     Run& TheRun() const { return m_run; }
     IProjectView& View() const { return m_view; }
@@ -49,7 +48,7 @@ private:
     Run& m_run;
     IProjectView& m_view;
     std::unique_ptr<clsVeltData> m_data;
-    std::unique_ptr<clsMethManager> m_fits;
+    std::unique_ptr<clsMethManager> m_fits; // behind the data: to its end it speaks to them
     bool m_fileOpen = false;
     bool m_fitEverMade = false;
 };

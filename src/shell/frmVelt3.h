@@ -23,7 +23,7 @@ class QStackedWidget;
 
 /// The main window, owner of the run: the open project, the graph windows and the report. It routes each
 /// command to what serves it, shows what came of it, and is the one place where a failed command ends.
-class frmVelt3 : public QMainWindow, public IMainWindow, public IProjectView
+class frmVelt3 final : public QMainWindow, public IMainWindow, public IProjectView
 {
     Q_OBJECT
 
@@ -32,6 +32,7 @@ public:
     /// window.
     explicit frmVelt3(IUser* user = nullptr);
     ~frmVelt3() override;
+    Q_DISABLE_COPY_MOVE(frmVelt3)
 
     bool FileOpen() const { return m_project.FileOpen(); }
     const clsVeltData& objData() const { return m_project.Data(); }

@@ -19,6 +19,22 @@ std::string Sample(const std::string& name)
     return std::string(VELT_TEST_SAMPLES) + "/" + name;
 }
 
+std::vector<std::string> SchaeferWords(const std::vector<std::string>& more, const std::string& file,
+                                       const std::string& option)
+{
+    std::vector<std::string> words{"fit",
+                                   option,
+                                   file,
+                                   "--time-column",
+                                   "Year",
+                                   "--columns",
+                                   "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt",
+                                   "--model",
+                                   "schaefer"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 ScratchDirectory::ScratchDirectory()
 {
     std::string pattern = (std::filesystem::temp_directory_path() / "velt-test-XXXXXX").string();

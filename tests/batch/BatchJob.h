@@ -22,6 +22,12 @@ BatchJob RunJob(std::vector<std::string> arguments);
 /// A path under tests/samples.
 std::string Sample(const std::string& name);
 
+/// The words of a Schaefer fit of the made-up stock of 30 years, with `more` behind them. \param option
+/// --data or --csv-data
+std::vector<std::string> SchaeferWords(const std::vector<std::string>& more,
+                                       const std::string& file = Sample("expected/schaefer30.txt"),
+                                       const std::string& option = "--data");
+
 /// A directory of the test's own, gone at its end.
 class ScratchDirectory
 {

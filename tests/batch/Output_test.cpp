@@ -12,20 +12,9 @@
 
 namespace
 {
-/// A Schaefer fit of the made-up stock of 30 years, with `more` behind it.
-BatchJob Schaefer(std::vector<std::string> more)
+BatchJob Schaefer(const std::vector<std::string>& more)
 {
-    std::vector<std::string> words{"fit",
-                                   "--data",
-                                   Sample("expected/schaefer30.txt"),
-                                   "--time-column",
-                                   "Year",
-                                   "--columns",
-                                   "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt",
-                                   "--model",
-                                   "schaefer"};
-    words.insert(words.end(), more.begin(), more.end());
-    return RunJob(std::move(words));
+    return RunJob(SchaeferWords(more));
 }
 
 /// A depletion fit of a table given as text.

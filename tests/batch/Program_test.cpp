@@ -32,17 +32,7 @@ Words Schaefer(const ScratchDirectory& directory, const Words& more)
             row += (row.empty() ? "" : ",") + word;
         csv += row + "\n";
     }
-    Words words{"fit",
-                "--csv-data",
-                directory.File("data.csv", csv),
-                "--time-column",
-                "Year",
-                "--columns",
-                "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt",
-                "--model",
-                "schaefer"};
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
+    return SchaeferWords(more, directory.File("data.csv", csv), "--csv-data");
 }
 
 /// Starts the program; `prepare` runs in the child just before. Its scratch files go into the directory

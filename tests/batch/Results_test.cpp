@@ -12,19 +12,10 @@ namespace
 {
 namespace fs = std::filesystem;
 
-BatchJob Schaefer(std::vector<std::string> more, const std::string& file = Sample("expected/schaefer30.txt"))
+BatchJob Schaefer(const std::vector<std::string>& more,
+                  const std::string& file = Sample("expected/schaefer30.txt"))
 {
-    std::vector<std::string> words{"fit",
-                                   "--data",
-                                   file,
-                                   "--time-column",
-                                   "Year",
-                                   "--columns",
-                                   "Effort=Effort,Catch=Catch Wt,Total=Tot. Catch Wt",
-                                   "--model",
-                                   "schaefer"};
-    words.insert(words.end(), more.begin(), more.end());
-    return RunJob(std::move(words));
+    return RunJob(SchaeferWords(more, file));
 }
 
 std::vector<std::string> NamesIn(const std::string& directory)

@@ -14,4 +14,4 @@ velt_core_test(base SOURCES
   Text_test.cpp
   Windows1252_test.cpp
   modVeltGlobals_test.cpp
-  ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)
+  USES velt_scripted_user)

@@ -54,11 +54,7 @@ void Walk(ConstBench& bench, double k, double mort, double initDep = 1.0, double
 
 void Chooses(Bench& bench, std::int32_t fitOp)
 {
-    bench.user.Picks(bench.run.globals.ModelTitles(models::kConstantRecruitment));
-    bench.user.onInputParams = [fitOp](InputParams& params) {
-        params.FitOp = fitOp;
-        return true;
-    };
+    bench.user.ChoosesFit(bench.run.globals.ModelTitles(models::kConstantRecruitment), fitOp);
 }
 } // namespace
 

@@ -65,11 +65,7 @@ void Walk(IndexBench& bench, double n1, double lambda, double mort = kLn4, doubl
 
 void Chooses(Bench& bench, std::int32_t fitOp)
 {
-    bench.user.Picks(bench.run.globals.ModelTitles(models::kRecruitmentIndex));
-    bench.user.onInputParams = [fitOp](InputParams& params) {
-        params.FitOp = fitOp;
-        return true;
-    };
+    bench.user.ChoosesFit(bench.run.globals.ModelTitles(models::kRecruitmentIndex), fitOp);
 }
 } // namespace
 

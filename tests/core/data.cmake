@@ -7,4 +7,4 @@ velt_core_test(data SOURCES
   clsFit_test.cpp
   clsProjScenario_test.cpp
   clsVeltData_test.cpp
-  ${PROJECT_SOURCE_DIR}/tests/support/ScriptedUser.cpp)
+  USES velt_scripted_user)

@@ -77,6 +77,15 @@ void ScriptedUser::Picks(const std::string& text)
     };
 }
 
+void ScriptedUser::ChoosesFit(const std::string& title, std::int32_t fitOp)
+{
+    Picks(title);
+    onInputParams = [fitOp](InputParams& params) {
+        params.FitOp = fitOp;
+        return true;
+    };
+}
+
 bool ScriptedUser::Saw(const std::string& text) const
 {
     return std::any_of(messages.begin(), messages.end(),

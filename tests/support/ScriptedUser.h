@@ -35,6 +35,8 @@ public:
 
     /// Picks the item that begins with `text`.
     void Picks(const std::string& text);
+    /// Picks the model of this title, and this error model with the inputs as they are offered.
+    void ChoosesFit(const std::string& title, std::int32_t fitOp);
 
     std::deque<std::string> files; ///< chosen in file dialogs, in order; empty: Cancel
 
