@@ -125,6 +125,21 @@ std::optional<double> Parse(std::string_view text)
     return result.ec == std::errc() ? std::optional<double>(value) : std::nullopt;
 }
 
+int Decimals(std::string_view text)
+{
+    const std::size_t mark = std::min(text.find_first_of("eE"), text.size());
+    const std::string_view digits = text.substr(0, mark);
+    const std::size_t point = digits.find('.');
+    int decimals = point == std::string_view::npos ? 0 : static_cast<int>(digits.size() - point) - 1;
+    std::string_view power = text.substr(std::min(mark + 1, text.size()));
+    if (power.starts_with('+'))
+        power.remove_prefix(1);
+    int exponent = 0; // one too large for this stands behind a value of 0 or one that no cell takes
+    std::from_chars(power.data(), power.data() + power.size(), exponent);
+    constexpr int kFar = 1000;
+    return std::max(0, decimals - std::clamp(exponent, -kFar, kFar));
+}
+
 std::optional<double> ParseTyped(std::string_view text)
 {
     const auto first = text.find_first_not_of(" \t");

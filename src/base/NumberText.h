@@ -27,6 +27,10 @@ std::string Fixed(double value, int decimals);
 /// a value beyond 64 bits.
 std::optional<double> Parse(std::string_view text);
 
+/// How many digits behind the point it takes to write the number in `text` without an exponent: 2 for "0.71",
+/// 3 for "7.1E-2", 0 for "12" and for "1.5E3". \pre Parse takes the text
+int Decimals(std::string_view text);
+
 /// As Parse, with blanks around the number allowed, as a person types it.
 std::optional<double> ParseTyped(std::string_view text);
 

@@ -60,7 +60,9 @@ AsciiText TableOf(std::string_view text, const FitRequest& request)
         table.lines.push_back(row.line);
         for (std::size_t i = 0; i < used.size(); ++i) {
             const std::string& heading = table.headings[i];
-            table.columns[i].push_back(ValueOf(row.cells[used[i]], heading, heading == request.timeColumn));
+            const CsvCell& cell = row.cells[used[i]];
+            table.Add(i, ValueOf(cell, heading, heading == request.timeColumn),
+                      IsMissing(cell.text) ? "" : cell.text);
         }
     }
     return table;

@@ -41,6 +41,7 @@ void Fill(DataTable& t, int column, const Derive& derive)
                             "clsVeltDATA_DoColumnConversions"};
         }
     }
+    t.FormatFilled(column);
 }
 
 /// An index is a catch taken with one unit of effort; it replaces what stood in those two columns.

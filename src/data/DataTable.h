@@ -38,6 +38,10 @@ struct DataTable {
 
     bool operator==(const DataTable&) const = default;
 
+    /// For a column that was just worked out: while its format is still "0", it gets enough decimals to show
+    /// three significant figures of its smallest value other than 0 among the rows that exist.
+    void FormatFilled(int column);
+
     /// Rows that exist: timeInts, but never more than 200 and never below 0.
     int ShownRows() const;
 

@@ -3,6 +3,7 @@
 
 #include "base/Checked.h"
 #include "base/NumberText.h"
+#include "data/NumberFormat.h"
 #include "data/clsVeltData.h"
 #include "files/AsciiWizard.h"
 #include "files/ReadWholeFile.h"
@@ -84,9 +85,11 @@ void TakeAssignedColumns(clsVeltData& data, const AsciiWizard& wizard)
 {
     for (int textColumn = 1; textColumn <= wizard.TextColumns(); ++textColumn) {
         const int column = wizard.enuUserColRef(textColumn);
-        if (column != AsciiWizard::kNone)
-            TakeColumn(data, column, wizard.collFlexData[static_cast<std::size_t>(textColumn - 1)],
-                       wizard.lines);
+        if (column == AsciiWizard::kNone)
+            continue;
+        const auto index = static_cast<std::size_t>(textColumn - 1);
+        TakeColumn(data, column, wizard.collFlexData[index], wizard.lines);
+        data.ColFormat(column, FixedFormat(wizard.decimals.at(index)));
     }
     for (int row = 1; row <= data.NAPoints(); ++row) {
         data.Included(row, true);

@@ -3,6 +3,7 @@
 
 #include "base/NumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -77,4 +78,10 @@ std::string FormatNumber(float value, std::string_view format)
     if (pattern->category == Category::Standard)
         SetThousandsApart(text);
     return text;
+}
+
+std::string FixedFormat(int decimals)
+{
+    const int shown = std::clamp(decimals, 0, kMostDecimals);
+    return shown == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(shown), '0');
 }

@@ -53,6 +53,7 @@ public:
 
     std::string ColFormat(int column) const;               ///< number format, trimmed
     void ColFormat(int column, const std::string& format); ///< cut to 20 characters; marks as changed
+    void FormatFilled(int column) { m_table.FormatFilled(column); } ///< see DataTable; no change of the data
     static bool DBSysOnly(int column) { return columns::IsSystem(column); }
     std::int16_t NumDPs(int row) const;
     void NumDPs(int row, std::int16_t value);

@@ -7,7 +7,6 @@
 #include "base/Windows1252.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace
 {
@@ -99,11 +98,18 @@ void ReadRow(LineReader& lines, AsciiText& text)
         const auto value = number_text::Parse(words[i]);
         if (!value)
             throw BadData(LinePlace(line), line);
-        text.columns[i].push_back(*value);
+        text.Add(i, *value, words[i]);
     }
     text.lines.push_back(line);
 }
 } // namespace
+
+void AsciiText::Add(std::size_t column, double value, std::string_view text)
+{
+    decimals.resize(columns.size());
+    columns[column].push_back(value);
+    decimals[column] = std::max(decimals[column], number_text::Decimals(text));
+}
 
 void CheckTextSize(std::uintmax_t size)
 {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// A table of periods as a file holds it. In a text file line 1 is the description, line 2 holds the
@@ -16,6 +17,10 @@ struct AsciiText {
     std::vector<std::string> headings;        ///< at least one
     std::vector<std::vector<double>> columns; ///< one a heading, of equal length, at least one value
     std::vector<std::size_t> lines;           ///< in the file, of each row, counted from 1
+    std::vector<int> decimals = {};           ///< of each column, behind the point of its longest number
+
+    /// Adds a number behind a column, as its text has it.
+    void Add(std::size_t column, double value, std::string_view text);
 
     /// Line 1 holds nothing but blanks: the user is to be asked.
     bool MissingDescription() const { return description.empty(); }

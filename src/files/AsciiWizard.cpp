@@ -32,15 +32,18 @@ void CheckDataColumn(int dataColumn)
 
 AsciiWizard::AsciiWizard(std::string file, AsciiText table, std::array<std::string, kUserColumns> titles)
     : fileName(std::move(file)), collFlexHeadings(std::move(table.headings)),
-      collFlexData(std::move(table.columns)), lines(std::move(table.lines)), columnTitles(std::move(titles)),
+      collFlexData(std::move(table.columns)), decimals(std::move(table.decimals)),
+      lines(std::move(table.lines)), columnTitles(std::move(titles)),
       m_userColRef(collFlexHeadings.size(), kNone)
 {
+    decimals.resize(collFlexHeadings.size());
 }
 
 int AsciiWizard::CopyColumn(int textColumn)
 {
     const std::size_t index = Index(textColumn);
     collFlexHeadings.push_back(std::string(collFlexHeadings[index]));
+    decimals.push_back(int{decimals[index]});
     collFlexData.push_back(std::vector<double>(collFlexData[index]));
     m_userColRef.push_back(kNone);
     return TextColumns();

@@ -23,6 +23,7 @@ struct AsciiWizard {
     std::string fileName;
     std::vector<std::string> collFlexHeadings;
     std::vector<std::vector<double>> collFlexData; ///< values of each text column in row order
+    std::vector<int> decimals;                     ///< of each text column
     std::vector<std::size_t> lines;                ///< in the file, of each row
     std::array<std::string, kUserColumns> columnTitles;
 

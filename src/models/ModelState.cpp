@@ -136,11 +136,13 @@ void WriteOtherUnit(ModelState& m)
         data.ColPresent(columns::PopWt, true);
         for (int i = 1; i <= m.NDPoints(); ++i)
             data.PopWt(i, ToFloat(static_cast<double>(m.PopVec(i)) * data.MeanWt(i)));
+        data.FormatFilled(columns::PopWt);
     }
     if (!data.ColPresent(columns::PopNums) && models::IsProduction(m.WhichMeth)) {
         data.ColPresent(columns::PopNums, true);
         for (int i = 1; i <= m.NDPoints(); ++i)
             data.PopNums(i, ToFloat(Div(m.PopVec(i), data.MeanWt(i))));
+        data.FormatFilled(columns::PopNums);
     }
 }
 
@@ -158,8 +160,11 @@ void StoreSeries(ModelState& m)
             data.ExpCatchWt(i, m.ExpCatchVec(i));
         }
     }
-    data.ColPresent(m.UsingNosFlag ? columns::PopNums : columns::PopWt, true);
-    data.ColPresent(m.UsingNosFlag ? columns::ExpCatchNums : columns::ExpCatchWt, true);
+    for (const int column : {m.UsingNosFlag ? columns::PopNums : columns::PopWt,
+                             m.UsingNosFlag ? columns::ExpCatchNums : columns::ExpCatchWt}) {
+        data.ColPresent(column, true);
+        data.FormatFilled(column);
+    }
 }
 } // namespace
 
@@ -181,6 +186,8 @@ void WriteCPUESeries(ModelState& m, const std::function<double(int)>& meanPop)
         m.ExpCatchVec(i) = ToFloat(data.ExpCPUE(i) * m.Effort(i));
     }
     StoreSeries(m);
+    data.FormatFilled(columns::ExpCPUE);
+    data.FormatFilled(columns::ObsCPUE);
 }
 
 double LSQVariance(const ModelState& m)

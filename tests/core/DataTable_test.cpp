@@ -6,6 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
 namespace
 {
 /// Five rows in use, the first three with data.
@@ -122,4 +127,43 @@ TEST(DataTable, WhatIsSavedIsNoLongerDirty)
     ASSERT_TRUE(data.IsDirty());
     data.MarkSaved();
     EXPECT_FALSE(data.IsDirty());
+}
+
+namespace
+{
+std::string FormatFor(const std::vector<float>& values, const std::string& before = "0")
+{
+    DataTable table;
+    table.timeInts = static_cast<std::int32_t>(values.size());
+    table.format(columns::ExpCPUE) = before;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        table.db(columns::ExpCPUE)(static_cast<std::ptrdiff_t>(i) + 1) = values[i];
+    table.FormatFilled(columns::ExpCPUE);
+    return table.format(columns::ExpCPUE);
+}
+} // namespace
+
+TEST(DataTable, AFilledColumnShowsThreeFiguresOfItsSmallestValue)
+{
+    EXPECT_EQ(FormatFor({0.71F, 25.0F}), "0.000"); // 0.710
+    EXPECT_EQ(FormatFor({7.1F, 25.0F}), "0.00");   // 7.10
+    EXPECT_EQ(FormatFor({71.0F}), "0.0");
+    EXPECT_EQ(FormatFor({710.0F}), "0");
+    EXPECT_EQ(FormatFor({-0.05F, 3.0F}), "0.0000"); // a residual may be negative
+    EXPECT_EQ(FormatFor({1e-9F}), "0.000000");      // no more than six
+}
+
+TEST(DataTable, EmptyCellsZeroesAndWhatIsNoNumberDoNotCountForTheFormat)
+{
+    const float infinity = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(FormatFor({-1.0F, 0.0F, infinity, std::nanf(""), 25.0F}), "0.0");
+    EXPECT_EQ(FormatFor({-1.0F, 0.0F}), "0");
+    EXPECT_EQ(FormatFor({}), "0");
+}
+
+TEST(DataTable, AFormatThatWasChosenStays)
+{
+    EXPECT_EQ(FormatFor({0.71F}, "0.0"), "0.0");
+    EXPECT_EQ(FormatFor({0.71F}, "0.00E+"), "0.00E+");
+    EXPECT_EQ(FormatFor({0.71F}, "0                   "), "0.000"); // as a project file holds it
 }

@@ -101,6 +101,36 @@ TEST_F(ImportTextRoad, BytesBecomeATableWithoutAFileAndWithoutABox)
     EXPECT_TRUE(bench.user.asked.empty());
 }
 
+// 0.71 used to show as 1.
+TEST_F(ImportTextRoad, AColumnIsShownWithTheDecimalsOfItsLongestNumber)
+{
+    Import("Ling\nYear Effort Other\n1990 0.7 1\n1991 0.71 1\n1992 12 1\n");
+    EXPECT_EQ(data.ColFormat(columns::Effort), "0.00");
+    Import("Ling\nYear Effort Other\n1990 7 1\n1991 71 1\n");
+    EXPECT_EQ(data.ColFormat(columns::Effort), "0");
+    Import("Ling\nYear Effort Other\n1990 0.123456789 1\n");
+    EXPECT_EQ(data.ColFormat(columns::Effort), "0.000000");
+}
+
+TEST_F(ImportTextRoad, AColumnThatConversionsFillIsShownWithThreeFigures)
+{
+    data = clsVeltData(data.TheRun());
+    data.TimeInts(2);
+    for (const int column : {columns::CatchWt, columns::MeanWt, columns::Effort})
+        data.ColPresent(column, true);
+    data.CatchWt(1, 3.0F); // numbers: 3 / 4 = 0.75 and 2 / 1 = 2
+    data.MeanWt(1, 4.0F);
+    data.CatchWt(2, 2.0F);
+    data.MeanWt(2, 1.0F);
+    for (int row = 3; row <= clsVeltData::kRows; ++row)
+        data.MeanWt(row, 1.0F);
+    data.MarkSaved();
+    data.DoColumnConversions();
+    EXPECT_EQ(data.ColFormat(columns::CatchNums), "0.000");
+    EXPECT_EQ(data.ColFormat(columns::CatchWt), "0"); // as it was typed
+    EXPECT_FALSE(data.IsDirty());
+}
+
 TEST_F(ImportTextRoad, QuestionsComeInTheOrderDescriptionColumnsLabels)
 {
     Import("\nYear Boats\n1990 5\n1992 6\n1991 7\n");

@@ -61,3 +61,12 @@ TEST(NumberFormat, TheLargestFloatIsWrittenOut)
     EXPECT_EQ(FormatNumber(std::numeric_limits<float>::max(), "0"),
               "340282346638528859811704183484516925440");
 }
+
+TEST(NumberFormat, AFixedFormatHasItsDecimalsUpToSix)
+{
+    EXPECT_EQ(FixedFormat(-2), "0");
+    EXPECT_EQ(FixedFormat(0), "0");
+    EXPECT_EQ(FixedFormat(2), "0.00");
+    EXPECT_EQ(FixedFormat(6), "0.000000");
+    EXPECT_EQ(FixedFormat(7), "0.000000");
+}

@@ -130,3 +130,18 @@ TEST(NumberText, ATypedNumberMayStandBetweenBlanks)
     EXPECT_FALSE(ParseTyped(""));
     EXPECT_FALSE(ParseTyped("1 2"));
 }
+
+TEST(NumberText, DecimalsAreThoseOfTheNumberWrittenOut)
+{
+    EXPECT_EQ(number_text::Decimals("12"), 0);
+    EXPECT_EQ(number_text::Decimals("12."), 0);
+    EXPECT_EQ(number_text::Decimals("-0.71"), 2);
+    EXPECT_EQ(number_text::Decimals(".5"), 1);
+    EXPECT_EQ(number_text::Decimals("1.500"), 3); // as the file has it
+    EXPECT_EQ(number_text::Decimals("7.1E-2"), 3);
+    EXPECT_EQ(number_text::Decimals("71e-04"), 4);
+    EXPECT_EQ(number_text::Decimals("1.25e+1"), 1);
+    EXPECT_EQ(number_text::Decimals("1.5E3"), 0);
+    EXPECT_EQ(number_text::Decimals("0e-99999999999"), 0);
+    EXPECT_EQ(number_text::Decimals(""), 0);
+}

@@ -176,7 +176,7 @@ private slots:
             QCOMPARE(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(), titles[column]);
         QCOMPARE(model.data(model.index(0, 0), Qt::DisplayRole).toString(), QString("1970"));
         QCOMPARE(model.data(model.index(0, 3), Qt::DisplayRole).toString(),
-                 QString("109")); // 109.3 in the file
+                 QString("109.3")); // with the decimals of the file
         QCOMPARE(model.GridColOf(columns::Effort), 3);
         QCOMPARE(model.GridColOf(columns::CatchWt), 0);
         QVERIFY(!(model.flags(model.index(0, 3)) & Qt::ItemIsEditable));
