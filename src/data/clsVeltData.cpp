@@ -2,7 +2,6 @@
 #include "data/clsVeltData.h"
 
 #include "base/Checked.h"
-#include "base/StringTable.h"
 #include "base/Text.h"
 #include "data/ColumnConversions.h"
 
@@ -101,32 +100,14 @@ void clsVeltData::DeleteLoggedFit(std::string_view name)
     m_isDirty = true;
 }
 
-clsFit* clsVeltData::GetANewLog(std::int32_t whichMeth, std::int32_t fitOp, std::string name,
-                                const MomentSource& now)
+clsFit& clsVeltData::NewLoggedFit(std::int32_t whichMeth, std::int32_t fitOp, const std::string& name,
+                                  double now)
 {
-    const std::string given = AskFitName(std::move(name));
-    if (given.empty())
-        return nullptr;
     clsFit fit;
-    fit.Create(given, now());
+    fit.Create(name, now);
     fit.MethType(whichMeth);
     fit.FitOp(fitOp);
-    clsFit& logged = m_loggedFits.Add(std::move(fit), given);
+    clsFit& logged = m_loggedFits.Add(std::move(fit), name);
     m_isDirty = true;
-    return &logged;
-}
-
-std::string clsVeltData::AskFitName(std::string name) const
-{
-    const Message taken{.text = LoadResString(1925), .helpContext = 102};
-    for (;;) {
-        if (Trim(name).empty())
-            name = m_run.get().user.InputBox(LoadResString(1942), taken.title, "").value_or("");
-        if (Trim(name).empty())
-            return {};
-        if (!m_loggedFits.Find(name))
-            return name;
-        m_run.get().user.Show(taken);
-        name.clear();
-    }
+    return logged;
 }

@@ -5,7 +5,6 @@
 #include "base/Run.h"
 #include "data/DataTable.h"
 #include "data/KeyedList.h"
-#include "data/Moment.h"
 #include "data/clsFit.h"
 #include "data/clsProjScenario.h"
 
@@ -132,17 +131,16 @@ public:
     /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
     /// change. \throws VeltError 5 when the name is taken.
     void AddLoggedFit(clsFit fit);
+    bool HasLoggedFit(std::string_view name) const { return m_loggedFits.Find(name) != nullptr; }
     /// \throws VeltError 9 when there is none
     clsFit& LoggedFit(std::int32_t index) { return m_loggedFits.At(index); }
     const clsFit& LoggedFit(std::int32_t index) const { return m_loggedFits.At(index); }
     void DeleteLoggedFit(std::string_view name); ///< dirty. \throws VeltError 5 when there is none
 
-    /// A new logged fit, made at the moment `now` gives once its name stands; marks the data set as changed.
-    /// A name that is empty or all blanks is asked for, and asked for again as long as a fit has it already.
+    /// A new logged fit of that name, made at the moment `now`; marks the data set as changed.
     /// \param whichMeth, fitOp  numbers of the model and of its error model
-    /// \return null when the user gave no name; nothing has then changed
-    clsFit* GetANewLog(std::int32_t whichMeth, std::int32_t fitOp, std::string name,
-                       const MomentSource& now = LocalNow);
+    /// \throws VeltError 5 when the name is taken
+    clsFit& NewLoggedFit(std::int32_t whichMeth, std::int32_t fitOp, const std::string& name, double now);
 
     /// Drops the system columns from view; their values stay.
     void Reset();
@@ -180,9 +178,6 @@ private:
         std::int32_t loggedFits = 0;
         std::int32_t projScens = 0;
     };
-
-    /// The name as typed, once no fit has it; empty when the user gave none.
-    std::string AskFitName(std::string name) const;
 
     std::reference_wrapper<Run> m_run; // not a plain reference: a data set built aside is moved in whole
     DataTable m_table;

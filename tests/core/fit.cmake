@@ -2,6 +2,7 @@
 velt_core_test(fit SOURCES
   DataRemarks_test.cpp
   FailureHints_test.cpp
+  FitLog_test.cpp
   ImportASCIIFile_test.cpp
   InputParams_test.cpp
   LimitRemarks_test.cpp
