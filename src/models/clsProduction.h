@@ -116,5 +116,4 @@ private:
     OriginRegress m_line;
     Array1<double, clsVeltData::kRows> WeightVec, m_lineX, m_lineY;
     double m_startNu = 0.0; ///< moment start, restored by every bootstrap replicate
-    double m_startBeta = 0.0;
 };

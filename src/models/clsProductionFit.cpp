@@ -212,7 +212,6 @@ void clsProduction::TakeMoments()
 {
     MethodCommon::TakeMoments();
     m_startNu = m.GammaNu;
-    m_startBeta = m.GammaBeta;
 }
 
 void clsProduction::GammaFinalEstimates()
@@ -288,7 +287,6 @@ void clsProduction::DrawGammaCatch()
 {
     MethodCommon::DrawGammaCatch();
     m.GammaNu = m_startNu;
-    m.GammaBeta = m_startBeta;
 }
 
 void clsProduction::LSQBootStraps()
