@@ -120,6 +120,7 @@ CONDITION = re.compile(r"\b(?:if|while)\s*\(")
 CONSTANT = re.compile(NUMBER)
 LEAVE = re.compile(r"\b(?:break|continue)\s*;")
 RETURN = re.compile(r"\breturn\b(?=\s)")
+ANSWERS = re.compile(r"\bbool\s+[\w:]+\(")
 STATEMENT = re.compile(r"^[ \t]+(?=[A-Za-z_*(])", re.M)
 NO_STATEMENT = re.compile(
     r"(?:return|using|const|constexpr|static|auto|break|continue|if|for|while|switch|case|default|throw|template|typedef"
@@ -167,16 +168,20 @@ def next_constant(word):
     return "1.0" + suffix if float(digits) == 0.0 else f"(2 * {word})"
 
 
-def return_sites(code):
+def return_sites(code, whole):
     for match in RETURN.finditer(code):
         end = end_of_statement(code, match.start()) - 1
         start = match.end() + 1
         value = " ".join(code[start:end].split())
         if end < match.end() or value in ("", "{}", "0", "nullptr", "std::nullopt"):  # `{}` says the same
             continue
-        others = {"true": ("false",), "false": ("true",)}.get(value, ("{}", "true"))
-        for after in others:
-            yield "return", start, end, after
+        # Between the last function's end and here stands the type that this one answers with.
+        ends = ("\n}",) if whole == code else (";", "}")
+        function = whole[max(whole.rfind(sign, 0, match.start()) for sign in ends) + 1:start]
+        truths = ("true", "false") if ANSWERS.search(function) else ("{}",)
+        for after in truths:
+            if after != value:
+                yield "return", start, end, after
 
 
 def statement_sites(code):
@@ -205,10 +210,33 @@ def is_call_or_assignment(statement):
     return "(" in statement  # nothing but a call, or a chain of them
 
 
+def bodies_of(code):
+    """Of a header, only what stands in bodies of functions: defaults of members and constants are declarations."""
+    kept = [c if c == "\n" else " " for c in code]
+    inside = []  # for each open brace, whether it stands in a body
+    head = 0
+    for at, c in enumerate(code):
+        if inside and inside[-1]:
+            kept[at] = c
+        if c == "{":
+            words = code[head:at]
+            body = "(" in words and not re.match(r"\s*(?:class|struct|enum|union|namespace)\b", words)
+            inside.append(body or (bool(inside) and inside[-1]))
+            kept[at] = c if inside[-1] else " "
+        elif c == "}" and inside:
+            inside.pop()
+        if c in "{};":
+            head = at + 1
+    return "".join(kept)
+
+
 def sites_of(name, text):
     """Every way to break the text of the file `name`, in the order of their places."""
     code = masked(text)
-    found = [*binary_sites(code), *condition_sites(text, code), *return_sites(code), *statement_sites(code)]
+    whole = code
+    if name.endswith(".h"):
+        code = bodies_of(code)
+    found = [*binary_sites(code), *condition_sites(text, code), *return_sites(code, whole), *statement_sites(code)]
     found += [("constant", match.start(), match.end(), next_constant(match.group())) for match in CONSTANT.finditer(code)]
     sites = []
     for kind, start, end, after in sorted(found):
@@ -302,25 +330,29 @@ class Workshop:
         return hashlib.sha256(b"".join((self.out / f).read_bytes() for f in files)).hexdigest()
 
     def run(self, program, seconds):
-        """Whether all its tests pass within the time; it is stopped at the first that fails."""
+        """Nothing when all its tests pass within the time, else the line that said so; it stops at the first that fails."""
         shutil.rmtree(self.scratch, ignore_errors=True)
         self.scratch.mkdir(parents=True)
         environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen", "TMPDIR": str(self.scratch),
                        "GTEST_FAIL_FAST": "1", "GTEST_COLOR": "no"}
         with subprocess.Popen([self.out / program], cwd=self.scratch, env=environment, start_new_session=True,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                              preexec_fn=limit_memory) as test:
+                              preexec_fn=prepare_test) as test:
             clock = threading.Timer(seconds, kill_all, [test])
             clock.start()
             try:
-                failed = any(b"[  FAILED  ]" in line or line.startswith(b"FAIL!") for line in test.stdout)
-                return not failed and test.wait() == 0
+                for line in test.stdout:
+                    if b"[  FAILED  ]" in line or line.startswith(b"FAIL!"):
+                        return line.decode(errors="replace").strip()
+                return "" if test.wait() == 0 else f"ended with status {test.returncode}"
             finally:
                 clock.cancel()
                 kill_all(test)
 
 
-def limit_memory():
+def prepare_test():
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, signal.SIG_DFL)  # tests of signals must not inherit that nohup ignores them
     resource.setrlimit(resource.RLIMIT_AS, (BYTES_FOR_A_TEST, BYTES_FOR_A_TEST))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
@@ -340,8 +372,9 @@ def baseline(workshop):
         print(f"building {program}", flush=True)
         workshop.build(program, keep=True)
         start = time.monotonic()
-        if not workshop.run(program, 900):
-            sys.exit(f"{program} fails as it stands; breaks cannot be judged")
+        failure = workshop.run(program, 900)
+        if failure:
+            sys.exit(f"{program} fails as it stands, so breaks cannot be judged: {failure}")
         programs[program] = {"seconds": time.monotonic() - start, "looks": workshop.looks(program)}
     return programs
 
@@ -363,7 +396,7 @@ def judge(workshop, programs, site):
                 return "no mutant"
             if workshop.looks(program) == programs[program]["looks"]:
                 continue  # it does not hold the place
-            if not workshop.run(program, 10 + 4 * programs[program]["seconds"]):
+            if workshop.run(program, 10 + 4 * programs[program]["seconds"]):
                 return "killed by " + program.rsplit("/", 1)[1]
         return "survived"
     finally:
@@ -480,8 +513,9 @@ FOUND = {  # code, then a kind and what the line becomes
     "{\n    Call(a,\n         b);\n}\n": [("statement", "{\n    {}\n\n}\n")],
     "{\n    m.row(t) = Other(t);\n": [("statement", "{\n    {}\n")],
     "    else\n        emit Done();\n": [("statement", "    else\n        {}\n")],
-    "    return true;\n": [("return", "    return false;\n")],
-    "    return a;\n": [("return", "    return {};\n"), ("return", "    return true;\n")],
+    "bool Is()\n{\n    return true;\n": [("return", "bool Is()\n{\n    return false;\n")],
+    "bool Is() { return a; }\n": [("return", "bool Is() { return true; }\n"), ("return", "bool Is() { return false; }\n")],
+    "    return a;\n": [("return", "    return {};\n")],
     "        break;\n": [("leaving", "        {}\n")],
     "        continue;\n": [("leaving", "        {}\n")],
 }
@@ -492,17 +526,24 @@ NOT_FOUND = [
     "    void Call(int x);\n", "    const auto x = y;\n", "    Type x = y;\n", "    return;\n", "    using a = b;\n",
     "x = a1;\n", "bool operator==(const T&) const = default;\n",
 ]
+IN_HEADERS = {  # text, then the line of each break
+    "constexpr int kMost = 5;\nstruct A {\n    int x = 1;\n    virtual void F() = 0;\n    A(int a);\n};\n": [],
+    "struct A {\n    int F() const { return m_x; }\n    A() : m_x(3)\n    {\n        F(2);\n    }\n};\n": [2, 5, 5],
+}
 
 
 def self_test():
     failures = []
     for text, wanted in FOUND.items():
-        results = [(site.kind, applied(text, site)) for site in sites_of("a", text)]
+        results = [(site.kind, applied(text, site)) for site in sites_of("a.cpp", text)]
         if sorted(results) != sorted(wanted):
             failures.append(f"{text!r} becomes {results}, not {wanted}")
-    failures += [f"{text!r} is broken as {sites_of('a', text)}" for text in NOT_FOUND if sites_of("a", text)]
+    failures += [f"{text!r} is broken as {sites_of('a.cpp', text)}" for text in NOT_FOUND if sites_of("a.cpp", text)]
+    for text, lines in IN_HEADERS.items():
+        if [site.line for site in sites_of("a.h", text)] != lines:
+            failures.append(f"of a header {text!r} is broken as {sites_of('a.h', text)}")
     everything = "".join(FOUND) + "".join(NOT_FOUND)
-    sites = sites_of("a", everything)
+    sites = sites_of("a.cpp", everything)
     for site in sites:
         broken = applied(everything, site)
         if broken == everything or undone(broken, site) != everything:
@@ -513,7 +554,7 @@ def self_test():
     if orders[0] != orders[1] or orders[0] == orders[2] or sorted(orders[0]) != sorted(sites):
         failures.append("the draws do not hang on the seed alone, or leave something out")
     try:
-        applied("x = 2;\n", sites_of("a", "x = 1;\n")[0])
+        applied("x = 2;\n", sites_of("a.cpp", "x = 1;\n")[0])
         failures.append("a break is put where the text has changed")
     except ValueError:
         pass

@@ -115,6 +115,31 @@ TEST_F(VeltData, DBLetOfAValueMarksTheSetDirtyEffortLetOfTheSameValueDoesNot)
     EXPECT_TRUE(data.IsDirty());
 }
 
+TEST_F(VeltData, AClearedSystemColumnIsGoneAndHoldsZerosWhileItsNeighboursStay)
+{
+    for (const int column : {columns::ExpCatchNums - 1, columns::ExpCatchNums, columns::ExpCatchNums + 1}) {
+        data.ColPresent(column, true);
+        for (int row = 1; row <= 200; ++row)
+            data.DB(column, row, 7.0F);
+    }
+
+    data.ClearSystemColumn(columns::ExpCatchNums);
+
+    EXPECT_FALSE(data.ColPresent(columns::ExpCatchNums));
+    EXPECT_TRUE(data.ColPresent(columns::ExpCatchNums - 1));
+    EXPECT_TRUE(data.ColPresent(columns::ExpCatchNums + 1));
+    for (int row = 1; row <= 200; ++row) {
+        ASSERT_EQ(data.DB(columns::ExpCatchNums, row), 0.0F) << row; // and not the -1 of a missing value
+        ASSERT_EQ(data.DB(columns::ExpCatchNums - 1, row), 7.0F) << row;
+        ASSERT_EQ(data.DB(columns::ExpCatchNums + 1, row), 7.0F) << row;
+    }
+}
+
+TEST_F(VeltData, ClearingASystemColumnIsNoChangeOfTheDataSet)
+{
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.ClearSystemColumn(columns::ExpCatchNums); }));
+}
+
 TEST_F(VeltData, DSFNameLetLeavesIsDirtyUnchangedDSDescLetSetsIt)
 {
     data.DSFName("/data/ling.vl3");
