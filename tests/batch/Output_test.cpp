@@ -89,6 +89,30 @@ TEST(Batch, AnEmptyCellAndNaAreMissingValues)
     EXPECT_NEAR(job.Json()["Estimates"]["N1"].get<double>(), 1000.0, 0.1);
 }
 
+// Week 13 has no effort; week 15 has one, but was left out by the user.
+TEST(Batch, APeriodThatTheDataKeepOutOfTheFitHasItsPopulationButNothingThatWasFitted)
+{
+    std::string csv = kWeeks;
+    csv.replace(csv.find("13,1,"), 5, "13,,");
+    const BatchJob job = Depletion(csv, {"--exclude", "15"});
+
+    ASSERT_EQ(job.status, 0) << job.err;
+    const nlohmann::json series = job.Json()["Series"];
+    // The catch of an effort that is missing is missing, too; the total is known, and the fish are gone.
+    const std::set<std::string> fitted{"Effort",   "ObsCatch",  "ObsCPUE", "ExpCPUE",
+                                       "ExpCatch", "FittedVec", "ResidVec"};
+    for (const std::string& key : fitted) {
+        EXPECT_TRUE(series[2][key].is_null()) << key;
+        for (const std::size_t row : {0U, 1U, 3U, 4U, 5U, 6U, 7U})
+            EXPECT_TRUE(series[row][key].is_number()) << key << " of row " << row;
+    }
+    EXPECT_TRUE(series[2]["Nt"].is_number());
+    EXPECT_EQ(series[2]["Included"], false);
+    EXPECT_EQ(series[2]["ToggledIn"], false);
+    EXPECT_EQ(series[4]["Included"], true);
+    EXPECT_EQ(series[4]["ToggledIn"], false);
+}
+
 TEST(Batch, ABadCellIsBadDataAndTheMessageSaysWhere)
 {
     std::string csv = kWeeks;
@@ -196,6 +220,20 @@ TEST(Batch, AnExcludedPeriodStaysInTheTableAndOutOfTheFit)
     EXPECT_EQ(series[4]["ToggledIn"], false);
     EXPECT_FALSE(series[4]["ObsCPUE"].is_null());
     EXPECT_NE(less.Json()["Estimates"]["K"], all.Json()["Estimates"]["K"]);
+}
+
+// Its residuals are percentiles of catches; on that scale there is no fitted value.
+TEST(Batch, UnderGammaEveryPeriodHasAResidualAndNoneAFittedValue)
+{
+    const BatchJob job = Schaefer({"--error", "gamma", "--format", "json"});
+
+    ASSERT_EQ(job.status, 0) << job.err;
+    const nlohmann::json series = job.Json()["Series"];
+    for (std::size_t row = 0; row < 30; ++row) {
+        EXPECT_TRUE(series[row]["FittedVec"].is_null()) << row;
+        EXPECT_TRUE(series[row]["ResidVec"].is_number()) << row;
+        EXPECT_TRUE(series[row]["ExpCatch"].is_number()) << row;
+    }
 }
 
 TEST(Batch, ThePopulationHasOneEntryMoreThanThereArePeriods)

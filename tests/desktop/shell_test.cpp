@@ -20,6 +20,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <stdexcept>
 
@@ -93,6 +94,18 @@ private slots:
         QVERIFY(!menu.close && !menu.save && !menu.editMode);
         QVERIFY(menu.open && menu.newData);
     }
+
+    void ADataSetOffersItsCommandsAndNoneOfThoseOfAFit()
+    {
+        const MenuState menu = MenuStateOf({.fileOpen = true});
+        QVERIFY(menu.file && menu.edit && menu.data && menu.fit && menu.projections && menu.options &&
+                menu.help);
+        QVERIFY(menu.save && menu.saveAs && menu.print && menu.textExport && menu.close);
+        QVERIFY(menu.editMode && menu.fileDescription && menu.dataPlots && menu.newModel && menu.fitManager);
+        QVERIFY(!menu.graph && !menu.newParams && !menu.project && !menu.projWithCI);
+    }
+
+    void AGraphOffersTheListOfGraphsAlsoWithoutADataSet() { QVERIFY(MenuStateOf({.anyGraph = true}).graph); }
 
     void EditModeLeavesTheEditMenuAlone()
     {
@@ -378,6 +391,20 @@ private slots:
         QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
     }
 
+    void NewInputParametersThatAreCancelledTakeTheColumnsOfTheFormerFitAway()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
+        QVERIFY(model.GridColOf(columns::ExpCatchNums) > 0);
+        session.user.onInputParams = [](InputParams&) { return false; };
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuNewParams")->trigger();
+        QVERIFY(!session.window.objMeth().MethDefined());
+        QCOMPARE(model.GridColOf(columns::ExpCatchNums), 0);
+    }
+
     // Deliberate: nothing clears the flag.
     void AfterAFitWasReloadedNewInputParametersStaysAvailableOnLaterDataSets()
     {
@@ -611,6 +638,69 @@ private slots:
         session.Open();
         const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
         QCOMPARE(model.data(model.index(0, 3), Qt::ToolTipRole).toString(), QString("109.3"));
+    }
+
+    void TheIncludeColumnTellsAPeriodInTheFitFromOneLeftOutAndFromOneThatTheDataKeepOut()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(4);
+        data.MinTimeP(1990);
+        data.ColPresent(columns::Effort, true);
+        const std::array<bool, 4> included{true, true, false, false};
+        const std::array<bool, 4> toggledIn{true, false, true, false};
+        for (int row = 1; row <= 4; ++row) {
+            data.Included(row, included[static_cast<std::size_t>(row - 1)]);
+            data.ToggledIn(row, toggledIn[static_cast<std::size_t>(row - 1)]);
+        }
+        DataGridModel model;
+        model.Show(&data);
+        const QStringList marks{u"\u2713"_qs, u"\u2013"_qs, u"\u2013"_qs, u"\u2013"_qs};
+        const QString kept("The data of this period do not allow it in a fit");
+        const QStringList hints{"In the fit", "Left out of the fit", kept, kept};
+        for (int row = 0; row < 4; ++row) {
+            const QModelIndex cell = model.index(row, DataGridModel::kIncludeColumn);
+            QCOMPARE(model.data(cell, Qt::DisplayRole).toString(), marks[row]);
+            QCOMPARE(model.data(cell, Qt::ToolTipRole).toString(), hints[row]);
+            QCOMPARE(model.data(cell, Qt::AccessibleTextRole).toString(), hints[row]); // no mark is read out
+            QCOMPARE(model.data(cell, Qt::TextAlignmentRole).toInt(), int(Qt::AlignCenter));
+        }
+        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
+        QCOMPARE(model.data(value, Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(model.data(value, Qt::AccessibleTextRole).toString(), QString("-1"));
+    }
+
+    void TheTitlesOfTheRowsLookLikeTitlesAndTheirCellsHaveNoFullValue()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(1);
+        data.MinTimeP(1990);
+        data.ColPresent(columns::Effort, true);
+        data.DB(columns::Effort, 1, 2.5F);
+        DataGridModel model;
+        model.Show(&data);
+        const QPalette palette = QGuiApplication::palette();
+        for (const int column : {DataGridModel::kTimeColumn, DataGridModel::kIncludeColumn}) {
+            const QModelIndex title = model.index(0, column);
+            QCOMPARE(model.DataColOf(column), 0);
+            QCOMPARE(model.FullValue(title), QString());
+            QCOMPARE(model.data(title, Qt::BackgroundRole).value<QBrush>(), palette.button());
+            QCOMPARE(model.data(title, Qt::ForegroundRole).value<QBrush>(), palette.buttonText());
+        }
+        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
+        QCOMPARE(model.FullValue(value), QString("2.5"));
+        QVERIFY(!model.data(value, Qt::BackgroundRole).isValid());
+        QVERIFY(!model.data(value, Qt::ForegroundRole).isValid());
+        QVERIFY(!model.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
+    }
+
+    void ATableOfNoDataSetIsEmpty()
+    {
+        DataGridModel model;
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(model.columnCount(), 0);
+        QCOMPARE(model.FullValue(model.index(0, 0)), QString());
     }
 
     void AnUnknownFileIsNotRecognised()
