@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 #include <string_view>
 
 using namespace number_text;
@@ -130,6 +131,9 @@ TEST(NumberText, ANumberInALongerTextEndsWhereItsPartEnds)
     EXPECT_EQ(Parse(line.substr(0, 2)), 12.0);
     EXPECT_EQ(Parse(line.substr(3, 2)), 45.0);
     EXPECT_EQ(ParseTyped(line.substr(1, 3)), 234.0);
+    const std::string tiny = "0." + std::string(400, '0') + "1e1"; // 1e-400, and with three more digits 1e599
+    const std::string longer = tiny + "000";
+    EXPECT_EQ(Parse(std::string_view(longer).substr(0, tiny.size())), 0.0);
 }
 
 TEST(NumberText, ATypedNumberMayStandBetweenBlanks)

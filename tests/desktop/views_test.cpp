@@ -200,6 +200,7 @@ private slots:
     void TheObjectiveIsLinearBetweenGridPointsAndEmptyOnThePlateau();
     void AGridOfOnePointStillDraws();
     void EachKindOfMarkHasItsOwnSymbolAndLegend();
+    void ThePathHasAWhiteCasingThatGoesWhereItGoes();
     void AContourWindowClosedInMidPathAnswersFalse();
     void TheContourPictureOutlivesTheFit();
     void ASecondSurfaceReplacesTheFirst();
@@ -844,6 +845,38 @@ void ViewsTest::EachKindOfMarkHasItsOwnSymbolAndLegend()
     QCOMPARE(shapes.size(), 4);
 }
 
+// Without it the path is lost on the dark colours of the surface.
+void ViewsTest::ThePathHasAWhiteCasingThatGoesWhereItGoes()
+{
+    QCustomPlot plot;
+    ContourPainter painter(plot);
+    painter.Surface(Bowl());
+    painter.Step({1, 1, 2, 2});
+    painter.Step({2, 2, 2, 3}); // goes on
+    painter.Step({5, 5, 4, 4}); // a new start
+
+    std::vector<QCPCurve*> curves; // the last two that were made
+    for (int i = 0; i < plot.plottableCount(); ++i)
+        if (auto* curve = qobject_cast<QCPCurve*>(plot.plottable(i)))
+            curves.push_back(curve);
+    QVERIFY(curves.size() >= 2);
+    const QCPCurve& casing = *curves[curves.size() - 2];
+    const QCPCurve& path = *curves.back();
+    QCOMPARE(casing.pen().color(), QColor(Qt::white));
+    QVERIFY(casing.pen().widthF() > path.pen().widthF());
+    const std::vector<QPointF> places{{1, 1}, {2, 2}, {2, 3}, {0, 0}, {5, 5}, {4, 4}};
+    for (const QCPCurve* curve : {&casing, &path}) {
+        QCOMPARE(curve->dataCount(), 6);
+        for (int i = 0; i < 6; ++i) {
+            const QPointF place(curve->data()->at(i)->key, curve->data()->at(i)->value);
+            if (i == 3) // no line leads to the new start
+                QVERIFY(std::isnan(place.x()) && std::isnan(place.y()));
+            else
+                QCOMPARE(place, places[static_cast<std::size_t>(i)]);
+        }
+    }
+}
+
 void ViewsTest::AContourWindowClosedInMidPathAnswersFalse()
 {
     ContourWindowPlot plot;
@@ -1006,6 +1039,9 @@ void ViewsTest::TheReportShowsItsRowsAndNoIntervalBlockWithoutBootstraps()
     window.Show(Report());
 
     QCOMPARE(window.windowTitle(), "Parameter Estimates");
+    QCOMPARE(window.findChild<QLabel*>("lblMeth")->text(), "Model");
+    QCOMPARE(window.findChild<QLabel*>("lblFitOp")->text(), "Fit");
+    QCOMPARE(window.findChild<QLabel*>("lblRSqr")->text(), "R Sqr");
     QCOMPARE(window.findChild<QLabel*>("lblMethName")->text(), "PROD. MODEL(PELLA TOM)");
     QCOMPARE(window.findChild<QLabel*>("lblFitOpName")->text(), "Log Fit");
     QCOMPARE(window.findChild<QLabel*>("lblR2")->text(), "0.500");
