@@ -164,6 +164,22 @@ TEST_F(VeltData, OrigNAPointsLetMakesTheSetDirty)
     EXPECT_TRUE(Dirties([](clsVeltData& d) { d.OrigNAPoints(5); }));
 }
 
+TEST_F(VeltData, EachCounterKeepsItsOwnValue)
+{
+    data.NAPoints(11);
+    data.OrigNAPoints(12);
+    data.NNtPoints(13);
+    data.NumScens(14);
+    data.NumPts(15);
+    data.NDPoints(16);
+    EXPECT_EQ(data.NAPoints(), 11);
+    EXPECT_EQ(data.OrigNAPoints(), 12);
+    EXPECT_EQ(data.NNtPoints(), 13);
+    EXPECT_EQ(data.NumScens(), 14);
+    EXPECT_EQ(data.NumPts(), 15);
+    EXPECT_EQ(data.NDPoints(), 16);
+}
+
 TEST_F(VeltData, OnlyTheMembersThatTheUserChangesMarkTheSetDirty)
 {
     EXPECT_TRUE(Dirties([](clsVeltData& d) { d.ColFormat(1, "0.0"); }));

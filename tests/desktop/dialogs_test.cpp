@@ -508,6 +508,35 @@ private slots:
         QVERIFY(!wizard.Record().OK);
     }
 
+    void AFinishedWizardGivesItsRecordBackAndACancelledOneLeavesItAsItWas()
+    {
+        AsciiWizard file = TextFile();
+        const auto assign = [] {
+            auto* wizard = QApplication::activeModalWidget();
+            wizard->findChild<QTableView*>("grdText")->selectColumn(0);
+            wizard->findChild<QPushButton*>("cmdNext")->click();
+            auto* list = wizard->findChild<QComboBox*>("cboDBCols");
+            list->setCurrentText("Effort");
+            emit list->activated(list->currentIndex());
+        };
+        QTimer::singleShot(0, [&assign] {
+            assign();
+            qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+        });
+        QVERIFY(!frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(!file.OK);
+        QCOMPARE(file.enuUserColRef(2), AsciiWizard::kNone);
+
+        QTimer::singleShot(0, [&assign] {
+            assign();
+            QApplication::activeModalWidget()->findChild<QPushButton*>("cmdFinish")->click();
+        });
+        QVERIFY(frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(file.OK);
+        QCOMPARE(file.timingColumn, 1);
+        QVERIFY(file.enuUserColRef(2) != AsciiWizard::kNone);
+    }
+
     void AYearThatIsNoPeriodEndsTheWizardWithTheReason()
     {
         AsciiWizard file = TextFile({1990, 1991, 40000}); // 16 bits end at 32767

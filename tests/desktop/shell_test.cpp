@@ -236,6 +236,17 @@ private slots:
         QVERIFY(graph->isVisible());
     }
 
+    void ViewParametersBringsTheReportBackThatWasClosed()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.Report()->close();
+        QVERIFY(!session.Report()->isVisible());
+        session.Entry("mnuParameters")->trigger();
+        QVERIFY(session.Report()->isVisible());
+    }
+
     void AGraphReplacesTheOneOfItsTitle()
     {
         Session session;
@@ -743,6 +754,10 @@ private slots:
         QCOMPARE(view.Model().rowCount(), 200);
         auto* scrolling = view.findChild<QTableView*>("grdData");
         auto* fixed = view.findChild<QTableView*>("grdFixed");
+        // Whole rows, so that none is cut beside its label; columns wider than the window move smoothly.
+        QCOMPARE(scrolling->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
+        QCOMPARE(fixed->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
+        QCOMPARE(scrolling->horizontalScrollMode(), QAbstractItemView::ScrollPerPixel);
         scrolling->scrollToBottom();
         QCoreApplication::processEvents();
         QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),

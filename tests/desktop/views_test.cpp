@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -541,7 +542,12 @@ void ViewsTest::APngHasTwiceTheDots()
 
     QVERIFY(SaveGraphPicture(CpueGraph(23), path));
 
-    QCOMPARE(QImage(path).size(), kPictureSize * 2);
+    const QImage picture(path);
+    QCOMPARE(picture.size(), kPictureSize * 2);
+    // On paper it is as large as on the screen: twice the dots on the same inch of 0.0254 m.
+    const double perInch = QGuiApplication::primaryScreen()->logicalDotsPerInch();
+    QCOMPARE(picture.dotsPerMeterX(), qRound(2.0 * perInch / 0.0254));
+    QCOMPARE(picture.dotsPerMeterY(), picture.dotsPerMeterX());
 }
 
 void ViewsTest::AnSvgHoldsRealText()
