@@ -22,6 +22,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QtTest>
+#include <array>
 #include <numeric>
 
 namespace
@@ -214,6 +215,18 @@ private slots:
         for (const char* box : {"txtInitProp", "txtLag", "txtZ"})
             QVERIFY2(second.The(box)->isVisible(), box);
         QVERIFY(second.The<QWidget>("chkViewMin")->isVisible());
+    }
+
+    void TheErrorModelOfTheRecordIsTheOneThatIsMarked()
+    {
+        const std::array<const char*, 4> options{"optLSQ", "optLogT", "optGamma", "optLSQW"};
+        for (std::int32_t fitOp = 1; fitOp <= 4; ++fitOp) {
+            frmInputParams form(m_user, Inputs(5, fitOp), nullptr);
+            for (std::int32_t option = 1; option <= 4; ++option) {
+                const char* name = options[static_cast<std::size_t>(option - 1)];
+                QCOMPARE(form.findChild<QRadioButton*>(name)->isChecked(), option == fitOp);
+            }
+        }
     }
 
     void ARegressionClearsAndDisablesTheTwoSwitches()
@@ -558,6 +571,24 @@ private slots:
         desk.The<QListWidget>("lstItems")->setCurrentRow(1);
         desk.Click("cmdOK");
         QCOMPARE(form.Chosen(), std::size_t{2});
+    }
+
+    void LevelsAreGivenBackByOKAndLeftAsTheyWereByCancel()
+    {
+        RangeQuestion question{"Confidence Interval Range", "Levels", "Low", "High", 0.025, 0.975};
+        const auto leave = [](const char* button) {
+            QTimer::singleShot(0, [button] {
+                QWidget* form = QApplication::activeModalWidget();
+                form->findChild<QLineEdit*>("txtLow")->setText("0.1");
+                form->findChild<QPushButton*>(button)->click();
+            });
+        };
+        leave("cmdCancel");
+        QVERIFY(!RangeDialog::Ask(m_user, question, nullptr));
+        QCOMPARE(question.low, 0.025);
+        leave("cmdOK");
+        QVERIFY(RangeDialog::Ask(m_user, question, nullptr));
+        QCOMPARE(question.low, 0.1);
     }
 
     void LevelsOfA32BitFloatAreShownWithoutNoise()

@@ -23,6 +23,7 @@
 #include <array>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace
 {
@@ -160,6 +161,26 @@ private slots:
         QCOMPARE(session.Entry("mnuDisplayConfInts")->text(), QString("&Display Conf. Ints."));
         QCOMPARE(session.Entry("mnuAbout")->text(), QString("&About VELT 3.0"));
         QCOMPARE(session.Menu("mnuFit")->title(), QString("F&it"));
+    }
+
+    void LinesPartTheEntriesThatDoNotBelongTogether()
+    {
+        Session session;
+        const auto groups = [&session](const char* menu) {
+            QStringList sizes;
+            int entries = 0;
+            for (const QAction* action : session.Menu(menu)->actions()) {
+                if (action->isSeparator())
+                    sizes += QString::number(std::exchange(entries, 0));
+                else
+                    ++entries;
+            }
+            return (sizes << QString::number(entries)).join(' ');
+        };
+        QCOMPARE(groups("mnuFile"), QString("2 2 2 2")); // come in, save, put out, leave
+        QCOMPARE(groups("mnuEdit"), QString("1 1 8 2")); // mode, description, rows and cells, formats
+        QCOMPARE(groups("mnuFit"), QString("3 2 1"));    // fit, intervals, manager
+        QCOMPARE(groups("mnuOptions"), QString("1"));
     }
 
     void WhatIsNotBuiltYetStaysDisabledWithDataAndAFit()
@@ -587,6 +608,22 @@ private slots:
         QCOMPARE(session.Panel("Status"), QString("Ready..."));
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
+    }
+
+    void ACommandThatFailsLeavesNoHourglassBehind()
+    {
+        Session session;
+        session.Open();
+        session.user.onOptions = [&session](MinimiserOptions&) -> bool {
+            session.window.HourglassOn();
+            throw std::runtime_error("disk on fire");
+        };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        session.window.HourglassOn(); // and the next one comes as ever
+        QVERIFY(QApplication::overrideCursor() != nullptr);
+        session.window.HourglassOff();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
     }
 
     void ACommandGivenWhileAnotherRunsIsIgnored()

@@ -150,6 +150,7 @@ class ViewsTest : public QObject
 private slots:
     // Numbers on axes
     void LargeNumbersAreGroupedAndHugeOnesTakeAPowerOfTen();
+    void TheLargestNumberOfAnAxisDecidesHowAllAreWritten();
     void YearsAreNeverGrouped();
     void StepsOfAQuarterShowTwoDecimals();
     void ASingleNumberKeepsSixDigits();
@@ -233,6 +234,17 @@ void ViewsTest::LargeNumbersAreGroupedAndHugeOnesTakeAPowerOfTen()
     QCOMPARE(TickText(-5e8, 5e8, 2e9), QStringLiteral("−0.5 × 10⁹"));
     QCOMPARE(TickText(4e-6, 1e-6, 5e-6), QStringLiteral("4 × 10⁻⁶"));
     QCOMPARE(TickText(1e-22, 0.2, 1.0), "0"); // what sums of steps leave over beside zero
+}
+
+// Groups from 10 000 on, powers of ten from 10^7 on and below 0.001.
+void ViewsTest::TheLargestNumberOfAnAxisDecidesHowAllAreWritten()
+{
+    QCOMPARE(TickText(5000, 1000, 9999), "5000");
+    QCOMPARE(TickText(5000, 1000, 10000), "5" + kThin + "000");
+    QCOMPARE(TickText(5e6, 2.5e6, 9999999), "5" + kThin + "000" + kThin + "000");
+    QCOMPARE(TickText(5e6, 2.5e6, 1e7), QStringLiteral("0.50 × 10⁷"));
+    QCOMPARE(TickText(0.0005, 0.0005, 0.001), "0.0005");
+    QCOMPARE(TickText(0.0005, 0.0001, 0.0009), QStringLiteral("5 × 10⁻⁴"));
 }
 
 void ViewsTest::YearsAreNeverGrouped()
