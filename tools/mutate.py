@@ -3,8 +3,9 @@
 """Breaks the sources in small ways, one at a time, and counts the breaks that the tests notice.
 
     mutate.py [--number 200] [--seed 1] [--build build/mutate] [--in src/base ...] [--list FILE]
-    mutate.py --again [--build build/mutate] [--list FILE]   tries the survivors once more, with the tests as they are now
-    mutate.py --self-test                                    checks how breaks are found, applied and undone
+    mutate.py --again [--build build/mutate] [--in ...] [--list FILE]
+                           tries the survivors once more, with the tests as they are now
+    mutate.py --self-test  checks how breaks are found, applied and undone
 
 The work is done in a copy of the tree under the build folder; the files of the checkout are only read. The copy is
 built without optimisation and without sanitizers. For each break the programs of tests/core, tests/batch and
@@ -451,8 +452,8 @@ def run_draws(workshop, state, arguments, names):
         judged += state.results[site] != "no mutant"
 
 
-def run_again(workshop, state):
-    survivors = [site for site, result in state.results.items() if result == "survived"]
+def run_again(workshop, state, names):
+    survivors = [site for site, result in state.results.items() if result == "survived" and site.file in names]
     programs = baseline(workshop) if survivors else {}
     for site in survivors:
         try:
@@ -591,7 +592,7 @@ def main(words):
     workshop.sync()
     workshop.configure()
     if arguments.again:
-        run_again(workshop, state)
+        run_again(workshop, state, names)
     else:
         run_draws(workshop, state, arguments, names)
     report(state, arguments.list)

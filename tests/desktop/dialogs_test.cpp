@@ -14,7 +14,9 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -318,6 +320,20 @@ private slots:
         desk.Leave("txtP1Lo");
         QVERIFY(m_user.Saw("Value must be in the range 1 - 3.4E+38"));
         QVERIFY(desk.HasFocusSelected("txtP1Lo"));
+    }
+
+    void TheContourDialogCarriesItsWordsAndTheNamesOfTheParameters()
+    {
+        frmContourRange form(m_user, ContourRange{"K", "r", 1, 2, 0.1, 1, 20}, nullptr);
+        QCOMPARE(form.windowTitle(), QString("Contour Ranges"));
+        QCOMPARE(form.findChild<QGroupBox*>()->title(), QString("Specify Contour Ranges"));
+        QStringList labels;
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            labels += label->text();
+        for (const char* words : {"Low", "High", "K", "r", "Number of Points to Plot."})
+            QVERIFY2(labels.contains(QString(words)), words);
+        QCOMPARE(form.findChild<QPushButton*>("cmdOK")->text(), QString("&OK"));
+        QCOMPARE(form.findChild<QPushButton*>("cmdCancel")->text(), QString("&Cancel"));
     }
 
     void EqualLowAndHighValuesGiveInvalidRangeSpecified()
