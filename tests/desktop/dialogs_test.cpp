@@ -15,6 +15,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -526,6 +527,20 @@ private slots:
         QCOMPARE(desk.Title(1), QString("Boats\nTot. Catch Wt"));
         QTest::keyClick(desk.List(), Qt::Key_Return);
         QVERIFY(wizard.Record().OK);
+    }
+
+    void TheFileNameTakesTheRoomBesideItsCaptionAndTheTitlesHaveTheirTwoLines()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        const auto* file = desk.The<QLabel>("lblFile");
+        const auto captions = file->parentWidget()->findChildren<QLabel*>();
+        QCOMPARE(captions.size(), 2);
+        const QLabel* caption = captions.front() == file ? captions.back() : captions.front();
+        QCOMPARE(caption->width(), caption->sizeHint().width());
+        QVERIFY(file->width() > wizard.width() / 2);
+        const QHeaderView* titles = desk.Table()->horizontalHeader();
+        QVERIFY(titles->height() >= 2 * titles->fontMetrics().height());
     }
 
     void EscapeLeavesTheWizardWithNothingDone()

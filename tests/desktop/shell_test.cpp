@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -481,6 +482,22 @@ private slots:
         QVERIFY(session.Histograms() > 0);
         QVERIFY(session.Report()->findChild<QWidget*>("picCI")->isVisible());
         QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    void TheButtonOfTheReportMakesBootstrapsAndShowsThemUnlessTheLevelsAreCancelled()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        auto* button = session.Report()->findChild<QPushButton*>("cmdCIs");
+        session.user.onRange = [](RangeQuestion&) { return false; };
+        button->click();
+        QVERIFY(session.window.objMeth().IsBSDone());
+        QCOMPARE(session.Histograms(), std::size_t{0});
+        session.user.onRange = [](RangeQuestion&) { return true; };
+        button->click();
+        QVERIFY(session.Histograms() > 0);
     }
 
     void ASecondGenerateAsksAndNoKeepsTheBootstrapsThatStand()
