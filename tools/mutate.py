@@ -587,7 +587,7 @@ def main(words):
     if arguments.again and not (folder / "state.jsonl").exists():
         parser.error("nothing has been run there yet")
     head = None if arguments.again else {"seed": arguments.seed, "in": within, "sources": digest(names)}
-    state = State(folder / "state.jsonl", head, arguments.fresh)
+    state = State(folder / "state.jsonl", head, arguments.fresh and not arguments.again)
     workshop = Workshop(folder)
     workshop.sync()
     workshop.configure()
