@@ -208,6 +208,32 @@ TEST(Batch, ASearchThatDidNotArriveSaysSoFirst)
     EXPECT_EQ(job.Json()["Message"].get<std::string>().rfind("Minimisation Failed To Converge.", 0), 0U);
 }
 
+TEST(Batch, TheObjectNamesModelAndErrorModelAsTheCommandLineDoes)
+{
+    for (const char* error : {"ls", "log", "gamma"}) {
+        const nlohmann::json fit = Schaefer({"--error", error, "--format", "json"}).Json();
+        EXPECT_EQ(fit["Model"], "schaefer");
+        EXPECT_EQ(fit["ErrorModel"], error);
+    }
+    const nlohmann::json depletion = Depletion(kWeeks).Json();
+    EXPECT_EQ(depletion["Model"], "no-recruitment");
+    EXPECT_EQ(depletion["ErrorModel"], "ls");
+}
+
+TEST(Batch, TheObjectTellsTheInputsThatTheFitWasMadeWith)
+{
+    const nlohmann::json inputs =
+        Schaefer({"--init-proportion", "0.75", "--lag", "1", "--format", "json"}).Json()["Inputs"];
+    EXPECT_EQ(inputs["InitialProportion"].get<float>(), 0.75F);
+    EXPECT_EQ(inputs["LAG"].get<float>(), 1.0F);
+    const BatchJob depletion =
+        RunJob({"fit", "--data", Sample("expected/const25.txt"), "--time-column", "Year", "--columns",
+                "Effort=Effort,Catch=Catch Nums,Total=Tot. Catch Nums", "--model", "constant-recruitment",
+                "--m", "0.25", "--format", "json"});
+    ASSERT_EQ(depletion.status, 0) << depletion.err;
+    EXPECT_EQ(depletion.Json()["Inputs"]["M"].get<float>(), 0.25F);
+}
+
 TEST(Batch, AnExcludedPeriodStaysInTheTableAndOutOfTheFit)
 {
     const BatchJob all = Schaefer({"--format", "json"});

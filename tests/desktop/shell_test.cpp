@@ -760,6 +760,24 @@ private slots:
         QVERIFY(!model.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
     }
 
+    void WhoLooksAtTheTableIsToldBeforeAndAfterAnotherDataSetComes()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(4);
+        DataGridModel model;
+        QSignalSpy before(&model, &QAbstractItemModel::modelAboutToBeReset);
+        QSignalSpy after(&model, &QAbstractItemModel::modelReset);
+        int rowsBefore = -1;
+        connect(&model, &QAbstractItemModel::modelAboutToBeReset, &model,
+                [&] { rowsBefore = model.rowCount(); });
+        model.Show(&data);
+        QCOMPARE(before.count(), 1);
+        QCOMPARE(after.count(), 1);
+        QCOMPARE(rowsBefore, 0); // the old table still stands then
+        QCOMPARE(model.rowCount(), 4);
+    }
+
     void ATableOfNoDataSetIsEmpty()
     {
         DataGridModel model;
