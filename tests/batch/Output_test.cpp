@@ -78,6 +78,30 @@ TEST(Batch, AnEmptyCellAndNaAreMissingValues)
     EXPECT_NEAR(job.Json()["Estimates"]["N1"].get<double>(), 1000.0, 0.1);
 }
 
+// Week 13 has no effort; week 15 has one, but was left out by the user.
+TEST(Batch, APeriodThatTheDataKeepOutOfTheFitHasItsPopulationButNothingThatWasFitted)
+{
+    std::string csv = kWeeks;
+    csv.replace(csv.find("13,1,"), 5, "13,,");
+    const BatchJob job = Depletion(csv, {"--exclude", "15"});
+
+    ASSERT_EQ(job.status, 0) << job.err;
+    const nlohmann::json series = job.Json()["Series"];
+    // The catch of an effort that is missing is missing, too; the total is known, and the fish are gone.
+    const std::set<std::string> fitted{"Effort",   "ObsCatch",  "ObsCPUE", "ExpCPUE",
+                                       "ExpCatch", "FittedVec", "ResidVec"};
+    for (const std::string& key : fitted) {
+        EXPECT_TRUE(series[2][key].is_null()) << key;
+        for (const std::size_t row : {0U, 1U, 3U, 4U, 5U, 6U, 7U})
+            EXPECT_TRUE(series[row][key].is_number()) << key << " of row " << row;
+    }
+    EXPECT_TRUE(series[2]["Nt"].is_number());
+    EXPECT_EQ(series[2]["Included"], false);
+    EXPECT_EQ(series[2]["ToggledIn"], false);
+    EXPECT_EQ(series[4]["Included"], true);
+    EXPECT_EQ(series[4]["ToggledIn"], false);
+}
+
 TEST(Batch, ABadCellIsBadDataAndTheMessageSaysWhere)
 {
     std::string csv = kWeeks;
@@ -173,6 +197,32 @@ TEST(Batch, ASearchThatDidNotArriveSaysSoFirst)
     EXPECT_EQ(job.Json()["Message"].get<std::string>().rfind("Minimisation Failed To Converge.", 0), 0U);
 }
 
+TEST(Batch, TheObjectNamesModelAndErrorModelAsTheCommandLineDoes)
+{
+    for (const char* error : {"ls", "log", "gamma"}) {
+        const nlohmann::json fit = Schaefer({"--error", error, "--format", "json"}).Json();
+        EXPECT_EQ(fit["Model"], "schaefer");
+        EXPECT_EQ(fit["ErrorModel"], error);
+    }
+    const nlohmann::json depletion = Depletion(kWeeks).Json();
+    EXPECT_EQ(depletion["Model"], "no-recruitment");
+    EXPECT_EQ(depletion["ErrorModel"], "ls");
+}
+
+TEST(Batch, TheObjectTellsTheInputsThatTheFitWasMadeWith)
+{
+    const nlohmann::json inputs =
+        Schaefer({"--init-proportion", "0.75", "--lag", "1", "--format", "json"}).Json()["Inputs"];
+    EXPECT_EQ(inputs["InitialProportion"].get<float>(), 0.75F);
+    EXPECT_EQ(inputs["LAG"].get<float>(), 1.0F);
+    const BatchJob depletion =
+        RunJob({"fit", "--data", Sample("expected/const25.txt"), "--time-column", "Year", "--columns",
+                "Effort=Effort,Catch=Catch Nums,Total=Tot. Catch Nums", "--model", "constant-recruitment",
+                "--m", "0.25", "--format", "json"});
+    ASSERT_EQ(depletion.status, 0) << depletion.err;
+    EXPECT_EQ(depletion.Json()["Inputs"]["M"].get<float>(), 0.25F);
+}
+
 TEST(Batch, AnExcludedPeriodStaysInTheTableAndOutOfTheFit)
 {
     const BatchJob all = Schaefer({"--format", "json"});
@@ -185,6 +235,20 @@ TEST(Batch, AnExcludedPeriodStaysInTheTableAndOutOfTheFit)
     EXPECT_EQ(series[4]["ToggledIn"], false);
     EXPECT_FALSE(series[4]["ObsCPUE"].is_null());
     EXPECT_NE(less.Json()["Estimates"]["K"], all.Json()["Estimates"]["K"]);
+}
+
+// Its residuals are percentiles of catches; on that scale there is no fitted value.
+TEST(Batch, UnderGammaEveryPeriodHasAResidualAndNoneAFittedValue)
+{
+    const BatchJob job = Schaefer({"--error", "gamma", "--format", "json"});
+
+    ASSERT_EQ(job.status, 0) << job.err;
+    const nlohmann::json series = job.Json()["Series"];
+    for (std::size_t row = 0; row < 30; ++row) {
+        EXPECT_TRUE(series[row]["FittedVec"].is_null()) << row;
+        EXPECT_TRUE(series[row]["ResidVec"].is_number()) << row;
+        EXPECT_TRUE(series[row]["ExpCatch"].is_number()) << row;
+    }
 }
 
 TEST(Batch, ThePopulationHasOneEntryMoreThanThereArePeriods)

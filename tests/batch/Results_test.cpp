@@ -211,9 +211,9 @@ TEST(Results, OnlyNamesThatTheProgramGivesAreItsOwn)
     for (const char* name : {"series.csv", "estimates.csv", "intervals.csv", "replicates.csv", "contours.csv",
                              "contour_path.csv", "01-catch.png", "12-n1-0-025-0-975.svg", "100-k.png"})
         EXPECT_TRUE(all.byName(name)) << name;
-    for (const char* name :
-         {"Series.csv", "series.csv.bak", "1-catch.png", "01-Catch.png", "01catch.png", "01-a b.png",
-          "01-catch.jpg", "01", ".png", "01.png", "notes.txt", "", "2019.png"})
+    for (const char* name : {"Series.csv", "series.csv.bak", "1-catch.png", "01-Catch.png", "01catch.png",
+                             "01-a b.png", "01-catch.jpg", "01-catcH.png", "01-catch_.svg", "01", ".png",
+                             "01.png", "notes.txt", "", "2019.png"})
         EXPECT_FALSE(all.byName(name)) << name;
 }
 

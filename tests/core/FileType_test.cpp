@@ -89,6 +89,16 @@ TEST_F(FileTypes, EveryByteOfTheMagicCounts)
     }
 }
 
+TEST_F(FileTypes, NoExtensionMakesUpForAMissingMagicOrAFileThatIsTooShort)
+{
+    for (const char* extension : {"qx4", "vl2", "vl3", "qx5"}) {
+        const std::string name = std::string("foreign.") + extension;
+        EXPECT_EQ(GetFileType(Write(name, "A letter to the harbour master")), FileType::NotRecognised)
+            << name;
+        EXPECT_EQ(GetFileType(Write(name, "short")), FileType::NotRecognised) << name;
+    }
+}
+
 TEST_F(FileTypes, WritingOverAFileAsksFirst)
 {
     const std::string path = Write("old.vl3", "x");

@@ -177,6 +177,43 @@ TEST(ModelGraph, APeriodLightsUpAlsoWhereItStandsInTheOtherSet)
     EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{2, 20.0}));
 }
 
+TEST(ModelGraph, APeriodInTheFitLightsUpAlsoWhenItIsLookedForOutsideTheFit)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kExcluded, 3);
+    EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{3, 30.0}));
+}
+
+// The mark itself is looked for among the points in the fit first, and found among the others.
+TEST(ModelGraph, AnotherPeriodThanTheOneThatIsLitUpTakesTheLightOver)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kExcluded, 2);
+    graph.HighlightPoint(ModelGraph::kIncluded, 1);
+    EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{1, 10.0}));
+}
+
+TEST(ModelGraph, ACopiedGraphOfTimeHasItsObservedPointsInAndOutOfTheFitInOneColumn)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.XTitle("Time");
+    graph.OverlayLine(std::vector{11.5, 21.5, ModelGraph::InvalidData});
+    EXPECT_EQ(graph.CopiedText(), "Time\tObs CPUE\tExp CPUE\r\n"
+                                  "1\t10\t11.5\r\n"
+                                  "2\t20\t21.5\r\n"
+                                  "3\t30\t-999.999\r\n");
+}
+
+TEST(ModelGraph, ACopiedGraphOfAnotherKindHasItsTwoColumnsAndNoPointsOutOfTheFit)
+{
+    for (const GraphType type : {GraphType::Residuals, GraphType::Line, GraphType::Histogram}) {
+        ModelGraph graph = ClickableGraph(type);
+        graph.XTitle("Effort");
+        graph.YTitle("Yield");
+        EXPECT_EQ(graph.CopiedText(), "Effort\tYield\r\n1\t10\r\n2\t-999.999\r\n3\t30\r\n");
+    }
+}
+
 TEST(ModelGraph, TheExpectedLineLightsNothingUp)
 {
     ModelGraph graph = ClickableGraph();

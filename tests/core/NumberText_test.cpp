@@ -5,6 +5,8 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <string_view>
 
 using namespace number_text;
 
@@ -121,6 +123,17 @@ TEST(NumberText, ATinyNumberWrittenOutIsZero)
     EXPECT_EQ(Parse("1e-99999999999999999999"), 0.0);
     EXPECT_EQ(Parse("0." + std::string(400, '0') + "1e401"), 1.0);
     EXPECT_EQ(Parse("0e999"), 0.0);
+}
+
+TEST(NumberText, ANumberInALongerTextEndsWhereItsPartEnds)
+{
+    const std::string_view line = "12345e6";
+    EXPECT_EQ(Parse(line.substr(0, 2)), 12.0);
+    EXPECT_EQ(Parse(line.substr(3, 2)), 45.0);
+    EXPECT_EQ(ParseTyped(line.substr(1, 3)), 234.0);
+    const std::string tiny = "0." + std::string(400, '0') + "1e1"; // 1e-400, and with three more digits 1e599
+    const std::string longer = tiny + "000";
+    EXPECT_EQ(Parse(std::string_view(longer).substr(0, tiny.size())), 0.0);
 }
 
 TEST(NumberText, ATypedNumberMayStandBetweenBlanks)

@@ -333,6 +333,17 @@ TEST_F(ProductionFit, WeightedLeastSquaresEndsWithExcuse3)
     EXPECT_EQ(model.INelMead_MinFunc(std::array{6000.0, 0.4}), 0.0);
 }
 
+TEST_F(ProductionFit, WeightedLeastSquaresFailsAlsoBehindAFitThatArrived)
+{
+    TakeFrom(kStocks[1], 0.02);
+    Prepared(kStocks[1], fit_op::kLeastSquares);
+    ASSERT_TRUE(model.CalcInitEstimates());
+    ASSERT_FALSE(FailureOfFit());
+    model.FitOp(fit_op::kWeightedLeastSquares);
+    ASSERT_TRUE(FailureOfFit()); // what that one found inside the domain is no evaluation of this one
+    EXPECT_EQ(model.Excuse(), excuse::kNotConverged);
+}
+
 // The presence asked for is that of the variance column, the value read is the index itself. Deliberate.
 TEST_F(ProductionFit, TheWeightIsReadFromTheIndexColumn)
 {

@@ -232,6 +232,22 @@ TEST(VELT_NelMead, PenaltiesAloneAreNoConvergence)
         }
 }
 
+// The second point is better than the start by the lower of two penalties. From 20 the sixth doubling meets
+// the domain at 1280, and the other vertex of the simplex that is built there lies outside again.
+TEST(VELT_NelMead, ANarrowDomainFarAwayIsFoundFromTwoKindsOfPenalty)
+{
+    Fit fit([](Point x) {
+        if (x[0] < 15.0)
+            return kHigherPenalty;
+        const double away = x[0] / 1300.0 - 1.0;
+        return x[0] < 1200.0 || x[0] > 1400.0 ? kHuge : AsFloat(1.0 + away * away);
+    });
+    fit.From({{10, 20}});
+    EXPECT_TRUE(fit.minimiser.Converged());
+    EXPECT_NEAR(fit.minimiser.Estimate(1), 1300.0,
+                1.0); // a float near 1 tells 1 + 6e-8 from 1, so 0.3 from 1300
+}
+
 // A likelihood of data without noise: valid only close by, and the start itself is a hole in the middle of
 // it.
 TEST(VELT_NelMead, FindsASpikeTooNarrowForTheFirstStep)

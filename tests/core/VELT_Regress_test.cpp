@@ -101,6 +101,19 @@ TEST(VELT_Regress, DoesNotSucceedWhereTheNormalEquationsAreSingular)
         << "one point left";
 }
 
+// The second column leaves 5e-15 of itself, and under a weight of 0.64 only 4e-15, less than the 4.44e-15 of
+// ten units of rounding for each of two points.
+TEST(VELT_Regress, AProblemThatBecomesSingularDoesNotSucceedOnWhatTheOneBeforeLeft)
+{
+    VELT_Regress kept = Regression({{0.5, 0.0}, {0.5, 5.0e-15}}, {1.0, 1.0}, {1.0, 1.0});
+    ASSERT_TRUE(kept.Succeeded());
+    kept.Weights(Column{1.0, 0.64});
+    kept.Solve();
+    EXPECT_FALSE(kept.Succeeded());
+    EXPECT_EQ(kept.Coefficient(1), 0.0);
+    EXPECT_EQ(kept.Coefficient(2), 0.0);
+}
+
 TEST(VELT_Regress, StillSolvesColumnsThatDifferInTheTenthDigit)
 {
     std::vector<Column> columns{kThree[0], kThree[0]};

@@ -176,6 +176,30 @@ TEST_F(WholeFile, AFolderThatDoesNotExistIsTheReason)
 }
 
 // Somebody else's file of that very name must not be written into: names are tried until one is free.
+// A name may be given to it much later, and a power cut must not leave an empty file under that name.
+TEST_F(WholeFile, AFileWrittenAsideIsOnTheDeviceOrGone)
+{
+    FileCalls calls = SystemFileCalls();
+    int flushed = 0;
+    calls.sync = [&flushed](int file) {
+        struct stat found {
+        };
+        EXPECT_EQ(::fstat(file, &found), 0);
+        flushed = static_cast<int>(found.st_size);
+        return 0;
+    };
+    WriteAside(folder / "aside", folder / "target", "bytes", calls);
+    EXPECT_EQ(flushed, 5); // all of them, and before the name is given
+    EXPECT_EQ(Read(folder / "aside"), "bytes");
+
+    calls.sync = [](int) {
+        errno = EIO;
+        return -1;
+    };
+    EXPECT_THROW(WriteAside(folder / "second", folder / "target", "bytes", calls), VeltError);
+    EXPECT_EQ(FilesInFolder(), 1U);
+}
+
 TEST_F(WholeFile, ANameThatIsTakenIsNotWrittenInto)
 {
     FileCalls calls = SystemFileCalls();

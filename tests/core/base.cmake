@@ -6,6 +6,7 @@ velt_core_test(base SOURCES
   FileErrors_test.cpp
   FileType_test.cpp
   ForeignText_test.cpp
+  MeterScope_test.cpp
   NumberText_test.cpp
   Paths_test.cpp
   RaisedErrors_test.cpp

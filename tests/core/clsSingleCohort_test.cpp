@@ -167,11 +167,15 @@ TEST(clsSingleCohort, HalfTheMortalityActsBeforeTheCatchAndHalfAfter)
 TEST(clsSingleCohort, AnUnderflowLeavesNothingToAllLaterPeriods)
 {
     SingleBench bench(ThreePeriods());
+    Walk(bench, 1000.0); // leaves something everywhere
+    ASSERT_GT(bench.model.m.EffMidPop(3), 0.0);
     Walk(bench, 25.0); // 25, 15, below 0
 
     EXPECT_EQ(bench.model.Nt(2), 15.0F);
     EXPECT_EQ(bench.model.Nt(3), 0.0F);
     EXPECT_EQ(bench.model.Nt(4), 0.0F);
+    EXPECT_EQ(bench.model.m.MidPop(3), 0.0F); // and not what the trajectory before left there
+    EXPECT_EQ(bench.model.m.EffMidPop(3), 0.0);
     EXPECT_TRUE(bench.model.PopUnderflow());
     Walk(bench, 60.0); // exactly the total catch: zero counts as underflow
     EXPECT_TRUE(bench.model.PopUnderflow());

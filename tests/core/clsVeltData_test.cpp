@@ -82,6 +82,31 @@ TEST_F(VeltData, DBLetOfAValueMarksTheSetDirtyEffortLetOfTheSameValueDoesNot)
     EXPECT_TRUE(data.IsDirty());
 }
 
+TEST_F(VeltData, AClearedSystemColumnIsGoneAndHoldsZerosWhileItsNeighboursStay)
+{
+    for (const int column : {columns::ExpCatchNums - 1, columns::ExpCatchNums, columns::ExpCatchNums + 1}) {
+        data.ColPresent(column, true);
+        for (int row = 1; row <= 200; ++row)
+            data.DB(column, row, 7.0F);
+    }
+
+    data.ClearSystemColumn(columns::ExpCatchNums);
+
+    EXPECT_FALSE(data.ColPresent(columns::ExpCatchNums));
+    EXPECT_TRUE(data.ColPresent(columns::ExpCatchNums - 1));
+    EXPECT_TRUE(data.ColPresent(columns::ExpCatchNums + 1));
+    for (int row = 1; row <= 200; ++row) {
+        ASSERT_EQ(data.DB(columns::ExpCatchNums, row), 0.0F) << row; // and not the -1 of a missing value
+        ASSERT_EQ(data.DB(columns::ExpCatchNums - 1, row), 7.0F) << row;
+        ASSERT_EQ(data.DB(columns::ExpCatchNums + 1, row), 7.0F) << row;
+    }
+}
+
+TEST_F(VeltData, ClearingASystemColumnIsNoChangeOfTheDataSet)
+{
+    EXPECT_FALSE(Dirties([](clsVeltData& d) { d.ClearSystemColumn(columns::ExpCatchNums); }));
+}
+
 TEST_F(VeltData, DSFNameLetLeavesIsDirtyUnchangedDSDescLetSetsIt)
 {
     data.DSFName("/data/ling.vl3");
@@ -104,6 +129,22 @@ TEST_F(VeltData, ColFormatHoldsAtMost20CharactersALongerFormatIsCut)
 TEST_F(VeltData, OrigNAPointsLetMakesTheSetDirty)
 {
     EXPECT_TRUE(Dirties([](clsVeltData& d) { d.OrigNAPoints(5); }));
+}
+
+TEST_F(VeltData, EachCounterKeepsItsOwnValue)
+{
+    data.NAPoints(11);
+    data.OrigNAPoints(12);
+    data.NNtPoints(13);
+    data.NumScens(14);
+    data.NumPts(15);
+    data.NDPoints(16);
+    EXPECT_EQ(data.NAPoints(), 11);
+    EXPECT_EQ(data.OrigNAPoints(), 12);
+    EXPECT_EQ(data.NNtPoints(), 13);
+    EXPECT_EQ(data.NumScens(), 14);
+    EXPECT_EQ(data.NumPts(), 15);
+    EXPECT_EQ(data.NDPoints(), 16);
 }
 
 TEST_F(VeltData, OnlyTheMembersThatTheUserChangesMarkTheSetDirty)

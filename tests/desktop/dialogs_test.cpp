@@ -14,7 +14,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -22,6 +25,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QtTest>
+#include <array>
 #include <numeric>
 
 namespace
@@ -216,6 +220,18 @@ private slots:
         QVERIFY(second.The<QWidget>("chkViewMin")->isVisible());
     }
 
+    void TheErrorModelOfTheRecordIsTheOneThatIsMarked()
+    {
+        const std::array<const char*, 4> options{"optLSQ", "optLogT", "optGamma", "optLSQW"};
+        for (std::int32_t fitOp = 1; fitOp <= 4; ++fitOp) {
+            frmInputParams form(m_user, Inputs(5, fitOp), nullptr);
+            for (std::int32_t option = 1; option <= 4; ++option) {
+                const char* name = options[static_cast<std::size_t>(option - 1)];
+                QCOMPARE(form.findChild<QRadioButton*>(name)->isChecked(), option == fitOp);
+            }
+        }
+    }
+
     void ARegressionClearsAndDisablesTheTwoSwitches()
     {
         InputParams params = Inputs(2, 3);
@@ -305,6 +321,20 @@ private slots:
         desk.Leave("txtP1Lo");
         QVERIFY(m_user.Saw("Value must be in the range 1 - 3.4E+38"));
         QVERIFY(desk.HasFocusSelected("txtP1Lo"));
+    }
+
+    void TheContourDialogCarriesItsWordsAndTheNamesOfTheParameters()
+    {
+        frmContourRange form(m_user, ContourRange{"K", "r", 1, 2, 0.1, 1, 20}, nullptr);
+        QCOMPARE(form.windowTitle(), QString("Contour Ranges"));
+        QCOMPARE(form.findChild<QGroupBox*>()->title(), QString("Specify Contour Ranges"));
+        QStringList labels;
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            labels += label->text();
+        for (const char* words : {"Low", "High", "K", "r", "Number of Points to Plot."})
+            QVERIFY2(labels.contains(QString(words)), words);
+        QCOMPARE(form.findChild<QPushButton*>("cmdOK")->text(), QString("&OK"));
+        QCOMPARE(form.findChild<QPushButton*>("cmdCancel")->text(), QString("&Cancel"));
     }
 
     void EqualLowAndHighValuesGiveInvalidRangeSpecified()
@@ -499,6 +529,20 @@ private slots:
         QVERIFY(wizard.Record().OK);
     }
 
+    void TheFileNameTakesTheRoomBesideItsCaptionAndTheTitlesHaveTheirTwoLines()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        const auto* file = desk.The<QLabel>("lblFile");
+        const auto captions = file->parentWidget()->findChildren<QLabel*>();
+        QCOMPARE(captions.size(), 2);
+        const QLabel* caption = captions.front() == file ? captions.back() : captions.front();
+        QCOMPARE(caption->width(), caption->sizeHint().width());
+        QVERIFY(file->width() > wizard.width() / 2);
+        const QHeaderView* titles = desk.Table()->horizontalHeader();
+        QVERIFY(titles->height() >= 2 * titles->fontMetrics().height());
+    }
+
     void EscapeLeavesTheWizardWithNothingDone()
     {
         frmASCIIWizard wizard(TextFile());
@@ -506,6 +550,35 @@ private slots:
         QTest::keyClick(&wizard, Qt::Key_Escape);
         QCOMPARE(wizard.result(), int(QDialog::Rejected));
         QVERIFY(!wizard.Record().OK);
+    }
+
+    void AFinishedWizardGivesItsRecordBackAndACancelledOneLeavesItAsItWas()
+    {
+        AsciiWizard file = TextFile();
+        const auto assign = [] {
+            auto* wizard = QApplication::activeModalWidget();
+            wizard->findChild<QTableView*>("grdText")->selectColumn(0);
+            wizard->findChild<QPushButton*>("cmdNext")->click();
+            auto* list = wizard->findChild<QComboBox*>("cboDBCols");
+            list->setCurrentText("Effort");
+            emit list->activated(list->currentIndex());
+        };
+        QTimer::singleShot(0, [&assign] {
+            assign();
+            qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+        });
+        QVERIFY(!frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(!file.OK);
+        QCOMPARE(file.enuUserColRef(2), AsciiWizard::kNone);
+
+        QTimer::singleShot(0, [&assign] {
+            assign();
+            QApplication::activeModalWidget()->findChild<QPushButton*>("cmdFinish")->click();
+        });
+        QVERIFY(frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(file.OK);
+        QCOMPARE(file.timingColumn, 1);
+        QVERIFY(file.enuUserColRef(2) != AsciiWizard::kNone);
     }
 
     void AYearThatIsNoPeriodEndsTheWizardWithTheReason()
@@ -529,6 +602,24 @@ private slots:
         desk.The<QListWidget>("lstItems")->setCurrentRow(1);
         desk.Click("cmdOK");
         QCOMPARE(form.Chosen(), std::size_t{2});
+    }
+
+    void LevelsAreGivenBackByOKAndLeftAsTheyWereByCancel()
+    {
+        RangeQuestion question{"Confidence Interval Range", "Levels", "Low", "High", 0.025, 0.975};
+        const auto leave = [](const char* button) {
+            QTimer::singleShot(0, [button] {
+                QWidget* form = QApplication::activeModalWidget();
+                form->findChild<QLineEdit*>("txtLow")->setText("0.1");
+                form->findChild<QPushButton*>(button)->click();
+            });
+        };
+        leave("cmdCancel");
+        QVERIFY(!RangeDialog::Ask(m_user, question, nullptr));
+        QCOMPARE(question.low, 0.025);
+        leave("cmdOK");
+        QVERIFY(RangeDialog::Ask(m_user, question, nullptr));
+        QCOMPARE(question.low, 0.1);
     }
 
     void LevelsOfA32BitFloatAreShownWithoutNoise()

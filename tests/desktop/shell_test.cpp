@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -20,8 +21,10 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace
 {
@@ -94,6 +97,18 @@ private slots:
         QVERIFY(menu.open && menu.newData);
     }
 
+    void ADataSetOffersItsCommandsAndNoneOfThoseOfAFit()
+    {
+        const MenuState menu = MenuStateOf({.fileOpen = true});
+        QVERIFY(menu.file && menu.edit && menu.data && menu.fit && menu.projections && menu.options &&
+                menu.help);
+        QVERIFY(menu.save && menu.saveAs && menu.print && menu.textExport && menu.close);
+        QVERIFY(menu.editMode && menu.fileDescription && menu.dataPlots && menu.newModel && menu.fitManager);
+        QVERIFY(!menu.graph && !menu.newParams && !menu.project && !menu.projWithCI);
+    }
+
+    void AGraphOffersTheListOfGraphsAlsoWithoutADataSet() { QVERIFY(MenuStateOf({.anyGraph = true}).graph); }
+
     void EditModeLeavesTheEditMenuAlone()
     {
         const MenuState menu = MenuStateOf({.editMode = true, .fileOpen = true});
@@ -147,6 +162,26 @@ private slots:
         QCOMPARE(session.Entry("mnuDisplayConfInts")->text(), QString("&Display Conf. Ints."));
         QCOMPARE(session.Entry("mnuAbout")->text(), QString("&About VELT 3.0"));
         QCOMPARE(session.Menu("mnuFit")->title(), QString("F&it"));
+    }
+
+    void LinesPartTheEntriesThatDoNotBelongTogether()
+    {
+        Session session;
+        const auto groups = [&session](const char* menu) {
+            QStringList sizes;
+            int entries = 0;
+            for (const QAction* action : session.Menu(menu)->actions()) {
+                if (action->isSeparator())
+                    sizes += QString::number(std::exchange(entries, 0));
+                else
+                    ++entries;
+            }
+            return (sizes << QString::number(entries)).join(' ');
+        };
+        QCOMPARE(groups("mnuFile"), QString("2 2 2 2")); // come in, save, put out, leave
+        QCOMPARE(groups("mnuEdit"), QString("1 1 8 2")); // mode, description, rows and cells, formats
+        QCOMPARE(groups("mnuFit"), QString("3 2 1"));    // fit, intervals, manager
+        QCOMPARE(groups("mnuOptions"), QString("1"));
     }
 
     void WhatIsNotBuiltYetStaysDisabledWithDataAndAFit()
@@ -221,6 +256,17 @@ private slots:
         QCOMPARE(session.Menu("mnuGraph")->actions().first()->text(), QString("Effort && more"));
         session.Menu("mnuGraph")->actions().first()->trigger();
         QVERIFY(graph->isVisible());
+    }
+
+    void ViewParametersBringsTheReportBackThatWasClosed()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.Report()->close();
+        QVERIFY(!session.Report()->isVisible());
+        session.Entry("mnuParameters")->trigger();
+        QVERIFY(session.Report()->isVisible());
     }
 
     void AGraphReplacesTheOneOfItsTitle()
@@ -378,6 +424,20 @@ private slots:
         QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
     }
 
+    void NewInputParametersThatAreCancelledTakeTheColumnsOfTheFormerFitAway()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
+        QVERIFY(model.GridColOf(columns::ExpCatchNums) > 0);
+        session.user.onInputParams = [](InputParams&) { return false; };
+        session.user.answers = {Answer::Yes};
+        session.Entry("mnuNewParams")->trigger();
+        QVERIFY(!session.window.objMeth().MethDefined());
+        QCOMPARE(model.GridColOf(columns::ExpCatchNums), 0);
+    }
+
     // Deliberate: nothing clears the flag.
     void AfterAFitWasReloadedNewInputParametersStaysAvailableOnLaterDataSets()
     {
@@ -422,6 +482,22 @@ private slots:
         QVERIFY(session.Histograms() > 0);
         QVERIFY(session.Report()->findChild<QWidget*>("picCI")->isVisible());
         QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    void TheButtonOfTheReportMakesBootstrapsAndShowsThemUnlessTheLevelsAreCancelled()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        session.window.objMeth().NumBootStraps(20);
+        auto* button = session.Report()->findChild<QPushButton*>("cmdCIs");
+        session.user.onRange = [](RangeQuestion&) { return false; };
+        button->click();
+        QVERIFY(session.window.objMeth().IsBSDone());
+        QCOMPARE(session.Histograms(), std::size_t{0});
+        session.user.onRange = [](RangeQuestion&) { return true; };
+        button->click();
+        QVERIFY(session.Histograms() > 0);
     }
 
     void ASecondGenerateAsksAndNoKeepsTheBootstrapsThatStand()
@@ -551,6 +627,22 @@ private slots:
         QVERIFY(session.window.objMeth().MethDefined());
     }
 
+    void ACommandThatFailsLeavesNoHourglassBehind()
+    {
+        Session session;
+        session.Open();
+        session.user.onOptions = [&session](MinimiserOptions&) -> bool {
+            session.window.HourglassOn();
+            throw std::runtime_error("disk on fire");
+        };
+        session.Entry("mnuSettings")->trigger();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        session.window.HourglassOn(); // and the next one comes as ever
+        QVERIFY(QApplication::overrideCursor() != nullptr);
+        session.window.HourglassOff();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+    }
+
     void ACommandGivenWhileAnotherRunsIsIgnored()
     {
         Session session;
@@ -613,6 +705,87 @@ private slots:
         QCOMPARE(model.data(model.index(0, 3), Qt::ToolTipRole).toString(), QString("109.3"));
     }
 
+    void TheIncludeColumnTellsAPeriodInTheFitFromOneLeftOutAndFromOneThatTheDataKeepOut()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(4);
+        data.MinTimeP(1990);
+        data.ColPresent(columns::Effort, true);
+        const std::array<bool, 4> included{true, true, false, false};
+        const std::array<bool, 4> toggledIn{true, false, true, false};
+        for (int row = 1; row <= 4; ++row) {
+            data.Included(row, included[static_cast<std::size_t>(row - 1)]);
+            data.ToggledIn(row, toggledIn[static_cast<std::size_t>(row - 1)]);
+        }
+        DataGridModel model;
+        model.Show(&data);
+        const QStringList marks{u"\u2713"_qs, u"\u2013"_qs, u"\u2013"_qs, u"\u2013"_qs};
+        const QString kept("The data of this period do not allow it in a fit");
+        const QStringList hints{"In the fit", "Left out of the fit", kept, kept};
+        for (int row = 0; row < 4; ++row) {
+            const QModelIndex cell = model.index(row, DataGridModel::kIncludeColumn);
+            QCOMPARE(model.data(cell, Qt::DisplayRole).toString(), marks[row]);
+            QCOMPARE(model.data(cell, Qt::ToolTipRole).toString(), hints[row]);
+            QCOMPARE(model.data(cell, Qt::AccessibleTextRole).toString(), hints[row]); // no mark is read out
+            QCOMPARE(model.data(cell, Qt::TextAlignmentRole).toInt(), int(Qt::AlignCenter));
+        }
+        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
+        QCOMPARE(model.data(value, Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(model.data(value, Qt::AccessibleTextRole).toString(), QString("-1"));
+    }
+
+    void TheTitlesOfTheRowsLookLikeTitlesAndTheirCellsHaveNoFullValue()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(1);
+        data.MinTimeP(1990);
+        data.ColPresent(columns::Effort, true);
+        data.DB(columns::Effort, 1, 2.5F);
+        DataGridModel model;
+        model.Show(&data);
+        const QPalette palette = QGuiApplication::palette();
+        for (const int column : {DataGridModel::kTimeColumn, DataGridModel::kIncludeColumn}) {
+            const QModelIndex title = model.index(0, column);
+            QCOMPARE(model.DataColOf(column), 0);
+            QCOMPARE(model.FullValue(title), QString());
+            QCOMPARE(model.data(title, Qt::BackgroundRole).value<QBrush>(), palette.button());
+            QCOMPARE(model.data(title, Qt::ForegroundRole).value<QBrush>(), palette.buttonText());
+        }
+        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
+        QCOMPARE(model.FullValue(value), QString("2.5"));
+        QVERIFY(!model.data(value, Qt::BackgroundRole).isValid());
+        QVERIFY(!model.data(value, Qt::ForegroundRole).isValid());
+        QVERIFY(!model.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
+    }
+
+    void WhoLooksAtTheTableIsToldBeforeAndAfterAnotherDataSetComes()
+    {
+        Bench bench;
+        clsVeltData data(bench.run);
+        data.TimeInts(4);
+        DataGridModel model;
+        QSignalSpy before(&model, &QAbstractItemModel::modelAboutToBeReset);
+        QSignalSpy after(&model, &QAbstractItemModel::modelReset);
+        int rowsBefore = -1;
+        connect(&model, &QAbstractItemModel::modelAboutToBeReset, &model,
+                [&] { rowsBefore = model.rowCount(); });
+        model.Show(&data);
+        QCOMPARE(before.count(), 1);
+        QCOMPARE(after.count(), 1);
+        QCOMPARE(rowsBefore, 0); // the old table still stands then
+        QCOMPARE(model.rowCount(), 4);
+    }
+
+    void ATableOfNoDataSetIsEmpty()
+    {
+        DataGridModel model;
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(model.columnCount(), 0);
+        QCOMPARE(model.FullValue(model.index(0, 0)), QString());
+    }
+
     void AnUnknownFileIsNotRecognised()
     {
         Session session;
@@ -653,6 +826,10 @@ private slots:
         QCOMPARE(view.Model().rowCount(), 200);
         auto* scrolling = view.findChild<QTableView*>("grdData");
         auto* fixed = view.findChild<QTableView*>("grdFixed");
+        // Whole rows, so that none is cut beside its label; columns wider than the window move smoothly.
+        QCOMPARE(scrolling->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
+        QCOMPARE(fixed->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
+        QCOMPARE(scrolling->horizontalScrollMode(), QAbstractItemView::ScrollPerPixel);
         scrolling->scrollToBottom();
         QCoreApplication::processEvents();
         QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),

@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -149,6 +150,7 @@ class ViewsTest : public QObject
 private slots:
     // Numbers on axes
     void LargeNumbersAreGroupedAndHugeOnesTakeAPowerOfTen();
+    void TheLargestNumberOfAnAxisDecidesHowAllAreWritten();
     void YearsAreNeverGrouped();
     void StepsOfAQuarterShowTwoDecimals();
     void ASingleNumberKeepsSixDigits();
@@ -200,6 +202,7 @@ private slots:
     void TheObjectiveIsLinearBetweenGridPointsAndEmptyOnThePlateau();
     void AGridOfOnePointStillDraws();
     void EachKindOfMarkHasItsOwnSymbolAndLegend();
+    void ThePathHasAWhiteCasingThatGoesWhereItGoes();
     void AContourWindowClosedInMidPathAnswersFalse();
     void TheContourPictureOutlivesTheFit();
     void ASecondSurfaceReplacesTheFirst();
@@ -231,6 +234,17 @@ void ViewsTest::LargeNumbersAreGroupedAndHugeOnesTakeAPowerOfTen()
     QCOMPARE(TickText(-5e8, 5e8, 2e9), QStringLiteral("−0.5 × 10⁹"));
     QCOMPARE(TickText(4e-6, 1e-6, 5e-6), QStringLiteral("4 × 10⁻⁶"));
     QCOMPARE(TickText(1e-22, 0.2, 1.0), "0"); // what sums of steps leave over beside zero
+}
+
+// Groups from 10 000 on, powers of ten from 10^7 on and below 0.001.
+void ViewsTest::TheLargestNumberOfAnAxisDecidesHowAllAreWritten()
+{
+    QCOMPARE(TickText(5000, 1000, 9999), "5000");
+    QCOMPARE(TickText(5000, 1000, 10000), "5" + kThin + "000");
+    QCOMPARE(TickText(5e6, 2.5e6, 9999999), "5" + kThin + "000" + kThin + "000");
+    QCOMPARE(TickText(5e6, 2.5e6, 1e7), QStringLiteral("0.50 × 10⁷"));
+    QCOMPARE(TickText(0.0005, 0.0005, 0.001), "0.0005");
+    QCOMPARE(TickText(0.0005, 0.0001, 0.0009), QStringLiteral("5 × 10⁻⁴"));
 }
 
 void ViewsTest::YearsAreNeverGrouped()
@@ -540,7 +554,12 @@ void ViewsTest::APngHasTwiceTheDots()
 
     QVERIFY(SaveGraphPicture(CpueGraph(23), path));
 
-    QCOMPARE(QImage(path).size(), kPictureSize * 2);
+    const QImage picture(path);
+    QCOMPARE(picture.size(), kPictureSize * 2);
+    // On paper it is as large as on the screen: twice the dots on the same inch of 0.0254 m.
+    const double perInch = QGuiApplication::primaryScreen()->logicalDotsPerInch();
+    QCOMPARE(picture.dotsPerMeterX(), qRound(2.0 * perInch / 0.0254));
+    QCOMPARE(picture.dotsPerMeterY(), picture.dotsPerMeterX());
 }
 
 void ViewsTest::AnSvgHoldsRealText()
@@ -844,6 +863,38 @@ void ViewsTest::EachKindOfMarkHasItsOwnSymbolAndLegend()
     QCOMPARE(shapes.size(), 4);
 }
 
+// Without it the path is lost on the dark colours of the surface.
+void ViewsTest::ThePathHasAWhiteCasingThatGoesWhereItGoes()
+{
+    QCustomPlot plot;
+    ContourPainter painter(plot);
+    painter.Surface(Bowl());
+    painter.Step({1, 1, 2, 2});
+    painter.Step({2, 2, 2, 3}); // goes on
+    painter.Step({5, 5, 4, 4}); // a new start
+
+    std::vector<QCPCurve*> curves; // the last two that were made
+    for (int i = 0; i < plot.plottableCount(); ++i)
+        if (auto* curve = qobject_cast<QCPCurve*>(plot.plottable(i)))
+            curves.push_back(curve);
+    QVERIFY(curves.size() >= 2);
+    const QCPCurve& casing = *curves[curves.size() - 2];
+    const QCPCurve& path = *curves.back();
+    QCOMPARE(casing.pen().color(), QColor(Qt::white));
+    QVERIFY(casing.pen().widthF() > path.pen().widthF());
+    const std::vector<QPointF> places{{1, 1}, {2, 2}, {2, 3}, {0, 0}, {5, 5}, {4, 4}};
+    for (const QCPCurve* curve : {&casing, &path}) {
+        QCOMPARE(curve->dataCount(), 6);
+        for (int i = 0; i < 6; ++i) {
+            const QPointF place(curve->data()->at(i)->key, curve->data()->at(i)->value);
+            if (i == 3) // no line leads to the new start
+                QVERIFY(std::isnan(place.x()) && std::isnan(place.y()));
+            else
+                QCOMPARE(place, places[static_cast<std::size_t>(i)]);
+        }
+    }
+}
+
 void ViewsTest::AContourWindowClosedInMidPathAnswersFalse()
 {
     ContourWindowPlot plot;
@@ -1006,6 +1057,9 @@ void ViewsTest::TheReportShowsItsRowsAndNoIntervalBlockWithoutBootstraps()
     window.Show(Report());
 
     QCOMPARE(window.windowTitle(), "Parameter Estimates");
+    QCOMPARE(window.findChild<QLabel*>("lblMeth")->text(), "Model");
+    QCOMPARE(window.findChild<QLabel*>("lblFitOp")->text(), "Fit");
+    QCOMPARE(window.findChild<QLabel*>("lblRSqr")->text(), "R Sqr");
     QCOMPARE(window.findChild<QLabel*>("lblMethName")->text(), "PROD. MODEL(PELLA TOM)");
     QCOMPARE(window.findChild<QLabel*>("lblFitOpName")->text(), "Log Fit");
     QCOMPARE(window.findChild<QLabel*>("lblR2")->text(), "0.500");
