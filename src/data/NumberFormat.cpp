@@ -40,7 +40,7 @@ std::optional<Pattern> PatternOf(std::string_view format)
 
 std::string Scientific(float value, int decimals)
 {
-    std::array<char, 64> buffer;
+    std::array<char, 64> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), static_cast<double>(value),
                                    std::chars_format::scientific, decimals)
                          .ptr;

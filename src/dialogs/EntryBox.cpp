@@ -14,7 +14,7 @@ EntryBox::EntryBox(const char* name, int digits, Rule rule, QWidget* parent)
 
 EntryBox::Verdict EntryBox::Judge()
 {
-    const Verdict verdict = m_rule(text().toStdString());
+    Verdict verdict = m_rule(text().toStdString());
     if (verdict.taken && verdict.text != text().toStdString())
         setText(QString::fromStdString(verdict.text));
     return verdict;

@@ -45,7 +45,7 @@ SelectionDialog::SelectionDialog(IUser& user, const Selection& selection, QWidge
 
 std::size_t SelectionDialog::Chosen() const
 {
-    return static_cast<std::size_t>(m_list->currentRow() + 1);
+    return static_cast<std::size_t>(m_list->currentRow()) + 1;
 }
 
 bool SelectionDialog::Ask(IUser& user, Selection& selection, QWidget* parent)

@@ -133,7 +133,7 @@ bool frmASCIIWizard::Ask(QWidget* parent, AsciiWizard& wizard)
     return finished;
 }
 
-QWidget* frmASCIIWizard::FileRow()
+QWidget* frmASCIIWizard::FileRow() const
 {
     auto* fileName = new QLabel(QString::fromStdString(m_wizard.fileName));
     fileName->setObjectName("lblFile");

@@ -22,6 +22,7 @@ class frmASCIIWizard : public QDialog
 public:
     explicit frmASCIIWizard(const AsciiWizard& wizard, QWidget* parent = nullptr);
     ~frmASCIIWizard() override;
+    Q_DISABLE_COPY_MOVE(frmASCIIWizard)
 
     /// Runs the dialog. \return true after Finish, with `wizard` changed
     /// \throws VeltError a time label that is no period ends the import, as the record raised it
@@ -30,7 +31,7 @@ public:
     const AsciiWizard& Record() const { return m_wizard; }
 
 private:
-    QWidget* FileRow();
+    QWidget* FileRow() const;
     QWidget* ChoiceRow();
     QWidget* ButtonRow();
     void OnColumnSelected();
