@@ -215,6 +215,7 @@ struct Asked {
     Words words;
     bool json = false;
     bool twice = false; ///< the same job a second time must end the same
+    bool made = false;  ///< no text of the table is foreign
 };
 
 void AddModel(Words& words, Choices& choices)
@@ -236,7 +237,8 @@ Asked AskFor(Bytes input, const std::string& path)
     Asked asked{made ? MadeTable(rest, columns, commaSeparated) : std::string(TextOf(rest)),
                 {"fit", commaSeparated ? "--csv-data" : "--data", path},
                 (bits & 2U) == 0,
-                (bits & 4U) != 0};
+                (bits & 4U) != 0,
+                made};
     const Headings headings = HeadingsOf(asked.table, commaSeparated);
     asked.words.insert(asked.words.end(), {"--time-column", choices.OneOf(headings.texts)});
     asked.words.insert(asked.words.end(), {"--columns", ColumnsOption(choices, headings)});
@@ -273,6 +275,18 @@ void CheckValues(const Json& value)
             CheckValues(item);
 }
 
+/// Neither results nor sentences write a number that is none. A foreign text may hold such words.
+void DemandNumbers(std::string_view text)
+{
+    constexpr const char* kLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find_first_not_of(kLetters));
+        for (const char* name : {"nan", "NaN", "NAN", "inf", "Inf", "INF", "infinity"})
+            Demand(word != name, "a number is a number", text.substr(0, 100));
+        text.remove_prefix(std::max<std::size_t>(word.size(), 1));
+    }
+}
+
 Json ObjectOf(const std::string& out)
 {
     const Json object = Json::parse(out, nullptr, false);
@@ -303,23 +317,28 @@ void CheckFailedFit(const std::string& out)
     DemandSentence(failure.at("Message").get<std::string>());
 }
 
-void Check(const Outcome& outcome, bool json)
+void Check(const Outcome& outcome, const Asked& asked)
 {
     constexpr std::size_t kMostBytes = 1U << 18U; // 201 periods of 11 values
     Demand(outcome.out.size() < kMostBytes && outcome.err.size() < kMostBytes, "a job is brief");
     DemandShowable(outcome.out);
     DemandShowable(outcome.err);
+    if (asked.made) {
+        DemandNumbers(outcome.out);
+        DemandNumbers(outcome.err);
+    }
     const bool fitted = outcome.status == static_cast<int>(ExitStatus::Done);
     const bool failed = outcome.status == static_cast<int>(ExitStatus::FitFailed);
     const bool refused = outcome.status == static_cast<int>(ExitStatus::BadUsage) ||
                          outcome.status == static_cast<int>(ExitStatus::BadData);
     Demand(fitted || failed || refused, "a job has one of four statuses");
-    Demand(outcome.out.empty() == (refused || (failed && !json)), "results stand only where there are some");
+    Demand(outcome.out.empty() == (refused || (failed && !asked.json)),
+           "results stand only where there are some");
     if (!fitted)
         Demand(outcome.err.starts_with("velt-batch: "), "a failure says whose it is", outcome.err);
-    if (json && fitted)
+    if (asked.json && fitted)
         CheckFit(outcome.out);
-    if (json && failed)
+    if (asked.json && failed)
         CheckFailedFit(outcome.out);
 }
 } // namespace
@@ -330,7 +349,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Asked asked = AskFor({data, size}, file.Path());
     file.Write(asked.table);
     const Outcome outcome = RunJob(asked.words);
-    Check(outcome, asked.json);
+    Check(outcome, asked);
     if (asked.twice)
         Demand(RunJob(asked.words) == outcome, "the same job ends the same", outcome.out);
     return 0;
