@@ -4,7 +4,7 @@
 # no rights, when all are there.
 set -eu
 
-packages="g++ cmake ninja-build ccache git python3 clang-format-14
+packages="g++ cmake ninja-build ccache git python3 clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
 qt6-base-dev qt6-svg-dev libgl1-mesa-dev qt6-qpa-plugins libqcustomplot-dev libqcustomplot2.1-qt6
 libcli11-dev nlohmann-json3-dev libgtest-dev libbenchmark-dev fonts-dejavu-core"
 

@@ -105,6 +105,7 @@ MinimumTest::Shape MinimumTest::FindVisibleStep(Line& line)
     for (;;) {
         MeasureStep(line);
         const double rise = Rise(line);
+        const bool visible = rise >= m_visible && rise > 0.0; // a value of 0 makes the threshold 0
         if (SlopeSeen())
             return Shape::Slope;
         if (std::max(line.up, line.down) >= SearchSpace::kPenalty) {
@@ -112,7 +113,7 @@ MinimumTest::Shape MinimumTest::FindVisibleStep(Line& line)
             if (line.length <= kShortestStep)
                 return Shape::Border;
             Scale(line, 1.0 / kMostScaling);
-        } else if (!(rise >= m_visible)) {
+        } else if (!visible) {
             if (borderSeen)
                 return Shape::Border;
             if (line.length >= kLongestStep)

@@ -319,6 +319,17 @@ TEST(MinimumTest, AValleyThatNowhereEndsIsFlatAlongItsDiagonal)
     EXPECT_EQ(Settled(endless, 2, 1e-6).shape, Shape::Flat);
 }
 
+// Of a value of 0 no share is a rise that counts, so the threshold is 0 as well. The axes of such a surface
+// were taken for bowls that rise by 0, the step along the diagonal was 0/0, and the test never ended.
+TEST(MinimumTest, ASurfaceThatIsZeroAllAroundIsFlatAndTheTestEnds)
+{
+    const auto zero = [](const Point& u) { return std::isnan(u[0]) ? kPenalty : 0.0; };
+
+    for (const bool thorough : {true, false})
+        for (const std::size_t dimensions : {1U, 2U, 3U})
+            EXPECT_EQ(Settled(zero, dimensions, 0.0, thorough).shape, Shape::Flat) << dimensions;
+}
+
 TEST(MinimumTest, MoreThanTwoParametersAreExaminedAndNotMoved)
 {
     const auto bowl = [](const Point& u) {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A driver for compilers without a fuzzer of their own: replays every file of the folders named on the
-// command line, then mutations of them from a fixed seed, so that two runs see the same inputs.
+// command line, then a few mutations of them from a fixed seed, so that two runs see the same inputs. Its
+// mutations are blind; the preset `fuzz` searches. The input being run stands in a file, which is what is
+// left of it after a failure.
 //
-//     <program> <number of mutations> <folder>...
+//     <program> <number of mutations> <file for the input being run> <folder>...
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -94,16 +96,23 @@ private:
     const std::vector<Bytes>& m_corpus;
     std::mt19937 m_random;
 };
+
+void Run(const Bytes& input, const char* kept)
+{
+    std::ofstream(kept, std::ios::binary)
+        .write(reinterpret_cast<const char*>(input.data()), static_cast<std::streamsize>(input.size()));
+    LLVMFuzzerTestOneInput(input.data(), input.size());
+}
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc < 3) {
-        std::cerr << "usage: " << argv[0] << " <mutations> <folder>...\n";
+    if (argc < 4) {
+        std::cerr << "usage: " << argv[0] << " <mutations> <file> <folder>...\n";
         return 2;
     }
     std::vector<Bytes> corpus;
-    for (int i = 2; i < argc; ++i) {
+    for (int i = 3; i < argc; ++i) {
         std::vector<Bytes> inputs = ReadFolder(argv[i]);
         std::move(inputs.begin(), inputs.end(), std::back_inserter(corpus));
     }
@@ -112,13 +121,12 @@ int main(int argc, char** argv)
         return 2;
     }
     for (const Bytes& input : corpus)
-        LLVMFuzzerTestOneInput(input.data(), input.size());
+        Run(input, argv[2]);
     Mutator mutator(corpus);
     const int mutations = std::stoi(argv[1]);
-    for (int i = 0; i < mutations; ++i) {
-        const Bytes input = mutator.Next();
-        LLVMFuzzerTestOneInput(input.data(), input.size());
-    }
+    for (int i = 0; i < mutations; ++i)
+        Run(mutator.Next(), argv[2]);
+    std::filesystem::remove(argv[2]);
     std::cout << corpus.size() << " files and " << mutations << " mutations\n";
     return 0;
 }

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whatever the bytes, a comma-separated table is read in rows as long as its headings or refused with the
+// line; and a table that was read reads the same again when it is written with every cell in quotes.
+#include "batch/BatchFailure.h"
+#include "batch/CsvReader.h"
+#include "files/AsciiText.h"
+#include "fuzz/FuzzChecks.h"
+
+#include <vector>
+
+namespace
+{
+using Rows = std::vector<std::vector<std::string>>;
+
+std::vector<std::string> TextsOf(const CsvRow& row, std::size_t& line)
+{
+    Demand(row.line > line, "a row begins below the one before");
+    line = row.line;
+    std::vector<std::string> texts;
+    for (const CsvCell& cell : row.cells) {
+        Demand(cell.line >= line, "a cell begins no earlier than the one before");
+        line = cell.line;
+        texts.push_back(cell.text);
+    }
+    return texts;
+}
+
+/// Headings and rows. \throws BatchFailure as the reader
+Rows Read(std::string_view text)
+{
+    CsvReader reader(text);
+    Demand(!reader.Headings().empty() && reader.Headings().size() <= kMaxTextColumns, "1 to 256 headings");
+    Rows rows{reader.Headings()};
+    CsvRow row;
+    for (std::size_t line = 1; reader.Next(row);) {
+        rows.push_back(TextsOf(row, line));
+        Demand(rows.back().size() == rows.front().size(), "a cell a heading");
+    }
+    Demand(rows.size() > 1 && !reader.Next(row), "a table has rows and ends");
+    return rows;
+}
+
+std::string Quoted(const std::string& cell)
+{
+    std::string quoted = "\"";
+    for (const char c : cell)
+        quoted.append(c == '"' ? 2 : 1, c);
+    return quoted + "\"";
+}
+
+std::string Written(const Rows& rows)
+{
+    std::string text;
+    for (const std::vector<std::string>& row : rows) {
+        for (const std::string& cell : row)
+            text += Quoted(cell) + ",";
+        text.back() = '\n';
+    }
+    return text;
+}
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Rows rows;
+    try {
+        rows = Read(TextOf({data, size}));
+    } catch (const BatchFailure& failure) {
+        Demand(failure.status == ExitStatus::BadData, "a table that cannot be read is bad data");
+        Demand(failure.message.starts_with("Line "), "a refusal begins with its place", failure.message);
+        DemandSentence(failure.message);
+        return 0;
+    }
+    Demand(Read(Written(rows)) == rows, "what was read is what is written"); // and raises nothing
+    return 0;
+}
