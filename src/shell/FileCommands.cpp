@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FileCommands.h"
 
-#include "base/StringTable.h"
 #include "base/FileType.h"
+#include "base/StringTable.h"
 
 void FileCommands::Open()
 {
