@@ -94,6 +94,7 @@ std::string Labels(const std::vector<int>& rows, const clsVeltData& data)
 {
     constexpr std::size_t kMost = 8;
     std::vector<std::string> labels;
+    labels.reserve(rows.size());
     for (const int row : rows)
         labels.push_back(std::to_string(data.MinTimeP() + row - 1));
     if (labels.size() > kMost) {

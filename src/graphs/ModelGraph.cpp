@@ -15,7 +15,7 @@ void ModelGraph::Create(int points)
         series->assign(static_cast<std::size_t>(points), InvalidData);
 }
 
-void ModelGraph::Take(std::vector<double>& series, std::span<const double> values)
+void ModelGraph::Take(std::vector<double>& series, std::span<const double> values) const
 {
     if (values.size() != static_cast<std::size_t>(m_points))
         RaiseSubscript();

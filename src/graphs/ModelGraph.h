@@ -99,7 +99,7 @@ public:
     std::string CopiedText() const;
 
 private:
-    void Take(std::vector<double>& series, std::span<const double> values);
+    void Take(std::vector<double>& series, std::span<const double> values) const;
     bool TakesClicks() const { return m_withToggs && m_type != GraphType::Line; }
     std::size_t IndexOf(int point) const;
 

@@ -203,7 +203,7 @@ protected:
 
     /// Runs `doubleStart` (which doubles the start and runs its trajectory) while the trajectory underflows.
     /// The counter ends it, not the flag: 98 doublings can help, the 99th cannot. \return whether it survives
-    bool DoubleUntilItSurvives(const std::function<void()>& doubleStart);
+    bool DoubleUntilItSurvives(const std::function<void()>& doubleStart) const;
 
     /// Runs `work`; a failure that names no source gets this class and `procedure`.
     template <typename Work>

@@ -115,7 +115,7 @@ double MethodCommon::StartSumSq(double q) const
     return sum;
 }
 
-bool MethodCommon::DoubleUntilItSurvives(const std::function<void()>& doubleStart)
+bool MethodCommon::DoubleUntilItSurvives(const std::function<void()>& doubleStart) const
 {
     constexpr int kMostDoublings = 99;
     int doublings = 0;

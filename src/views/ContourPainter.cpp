@@ -194,7 +194,7 @@ void ContourPainter::AddColours(const ContourSurface& surface)
     scale->setMarginGroup(QCP::msBottom | QCP::msTop, margins);
 }
 
-void ContourPainter::AddContours(const ContourSurface& surface)
+void ContourPainter::AddContours(const ContourSurface& surface) const
 {
     std::vector<std::vector<double>> z = surface.z;
     for (std::size_t i = 0; i < z.size(); ++i)
@@ -217,7 +217,7 @@ void ContourPainter::AddContours(const ContourSurface& surface)
     }
 }
 
-void ContourPainter::NameInvalid(const ContourSurface& surface)
+void ContourPainter::NameInvalid(const ContourSurface& surface) const
 {
     bool any = false;
     for (std::size_t i = 0; i < surface.z.size(); ++i)
@@ -291,7 +291,7 @@ bool ContourPainter::Mark(const ContourMarkAt& mark)
 }
 
 // A mark a little outside the grid is worth a wider picture; one far away would squeeze the surface to a dot.
-bool ContourPainter::Reach(double x, double y)
+bool ContourPainter::Reach(double x, double y) const
 {
     bool wider = false;
     const auto widen = [&](QCPAxis& axis, double value) {

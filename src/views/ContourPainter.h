@@ -44,11 +44,11 @@ public:
 
 private:
     void AddColours(const ContourSurface& surface);
-    void AddContours(const ContourSurface& surface);
-    void NameInvalid(const ContourSurface& surface);
+    void AddContours(const ContourSurface& surface) const;
+    void NameInvalid(const ContourSurface& surface) const;
     void AddPath();
     QCPGraph& SeriesOf(ContourMark kind);
-    bool Reach(double x, double y);
+    bool Reach(double x, double y) const;
 
     QCustomPlot& m_plot;
     QCPCurve* m_casing = nullptr; ///< a light edge that lifts the path off the dark colours

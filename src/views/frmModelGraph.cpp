@@ -40,7 +40,7 @@ QString frmModelGraph::ValueAt(const QPointF& position) const
     const double y = Plot().yAxis->pixelToCoord(position.y());
     if (m_graph->Type() == GraphType::Histogram)
         return ClassAt(x);
-    if (const QString point = NearestPoint(position); !point.isEmpty())
+    if (QString point = NearestPoint(position); !point.isEmpty())
         return point;
     return QStringLiteral("%1 %2,  %3 %4")
         .arg(QString::fromStdString(m_graph->XTitle()), NumberAsText(x),
