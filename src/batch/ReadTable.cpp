@@ -101,15 +101,15 @@ void ImportFile(clsVeltData& data, IImportQuestions& answers, const FitRequest& 
 
 void Import(clsVeltData& data, BatchUser& user, const FitRequest& request)
 {
+    const std::string file = Quotable(request.file) + ": ";
     const auto refuse = [&](const std::string& sentence, const std::string& place = {}) {
-        throw BatchFailure(ExitStatus::BadData,
-                           request.file + ": " + sentence + (place.empty() ? "" : "\n" + place));
+        throw BatchFailure(ExitStatus::BadData, file + sentence + (place.empty() ? "" : "\n" + place));
     };
     BatchAnswers answers(user);
     try {
         ImportFile(data, answers, request);
     } catch (const BatchFailure& failure) {
-        throw BatchFailure(failure.status, request.file + ": " + failure.message);
+        throw BatchFailure(failure.status, file + failure.message);
     } catch (const ImportError& error) {
         refuse(error.description, error.place);
     } catch (const FileError& error) {

@@ -368,3 +368,13 @@ TEST(BatchMeter, GivesUpOnlyWhenTheValueHasNotRisenForFiveHundredLooks)
     meter.Start("Sorting Bootstraps...", 3);
     EXPECT_FALSE(meter.GaveUp());
 }
+
+TEST(BadInput, ALongNameOfTheDataFileIsCutInTheMessage)
+{
+    for (const char* option : {"--data", "--csv-data"}) {
+        const BatchJob job = RunJob(SchaeferWords({}, std::string(3000, 'x') + ".txt", option));
+        EXPECT_EQ(job.status, 3) << option;
+        EXPECT_TRUE(job.err.starts_with("velt-batch: " + std::string(300, 'x') + "...: ")) << job.err;
+        EXPECT_LT(job.err.size(), 600U) << option;
+    }
+}
