@@ -385,3 +385,11 @@ TEST(Batch, EveryGraphOfTheFitIsWrittenAsPngAndSvg)
     // CPUE, catch, two graphs of residuals, biomass, equilibrium yield; each twice.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.Path("plots")), {}), 12);
 }
+
+TEST(Batch, AnInputWithoutMeaningIsToldOnStandardErrorAndChangesNothing)
+{
+    const BatchJob with = Schaefer({"--m", "0.5", "--format", "json"});
+    EXPECT_EQ(with.status, 0);
+    EXPECT_NE(with.err.find("velt-batch: --m has no meaning for the model schaefer"), std::string::npos);
+    EXPECT_EQ(with.Json()["Estimates"], Schaefer({"--format", "json"}).Json()["Estimates"]);
+}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/FileType.h"
 #include "base/VeltError.h"
+#include "data/NumberFormat.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
 #include "shell/MenuState.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -22,6 +24,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -243,6 +246,23 @@ private slots:
         QCOMPARE(session.Menu("mnuGraph")->actions().size(), static_cast<qsizetype>(titles.size()));
         QCOMPARE(session.Menu("mnuGraph")->actions().first()->text(), QString::fromStdString(titles.front()));
         QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
+    }
+
+    void EveryColumnThatAFitFillsShowsThreeFiguresOfItsSmallestValue()
+    {
+        Session session;
+        session.Open();
+        session.Fit();
+        const clsVeltData& data = session.window.objData();
+        for (const int column :
+             {columns::ExpCPUE, columns::ObsCPUE, columns::ExpCatchNums, columns::PopNums}) {
+            float smallest = std::numeric_limits<float>::max();
+            for (int row = 1; row <= data.ShownRows(); ++row)
+                smallest = std::min(smallest, data.DB(column, row));
+            const QString shown = QString::fromStdString(FormatNumber(smallest, data.ColFormat(column)));
+            const QString figures = QString(shown).remove('.').remove(QRegularExpression("^0+"));
+            QVERIFY2(smallest > 0.0F && figures.size() >= 3, qPrintable(shown));
+        }
     }
 
     void TheListBringsBackAWindowThatItsCloseBoxHid()
