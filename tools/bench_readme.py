@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks of a release build and writes bench/README.md.
 
-    bench_readme.py [--bench PATH] [--output FILE]
+    bench_readme.py [--bench PATH] [--desktop PATH] [--output FILE]
 
 Times are processor time per call, the median of five runs. The goals stand beside the figures.
 """
@@ -36,6 +36,9 @@ GOALS = {
     **{f"Bootstraps/model:{m}/error:3/periods:30": 1e9 for m in "1235"},
     "Bootstraps/model:5/error:2/periods:30": 22e6,
     "Bootstraps/model:5/error:2/periods:199": 100e6,
+    "GridRebuild": 50e6,
+    "Paste200x9": 100e6,
+    "TogglePoint": 50e6,
 }
 
 
@@ -102,7 +105,7 @@ def growth(benchmarks):
 
 HEAD = """# Benchmarks
 
-Written by `tools/bench_readme.py` from a run of `velt_bench`; do not edit.
+Written by `tools/bench_readme.py` from runs of `velt_bench` and `velt_bench_desktop`; do not edit.
 
 Machine: {machine}. Processor time per call, median of five runs.
 
@@ -110,6 +113,9 @@ Machine: {machine}. Processor time per call, median of five runs.
 from three starts; the evaluations are those of the search that was kept. `Bootstraps`: 500 replicates and their sorting,
 under the gamma model with the matrix of catches. `Remarks`: what the program says about a fit, whose own time is the
 goal. `Import200Rows`: file, wizard and conversions. `ContourGrid20`: 20 x 20 cells.
+In the real main window, drawn to the last pixel: `GridRebuild`, 200 rows, 15 columns and 200 boxes; `Paste200x9`, a block
+from the clipboard with its step of Undo; `TogglePoint`, a period out of the fit or into it with all graphs of a fit on 199
+periods open.
 """
 
 GROWTH = """
@@ -124,9 +130,10 @@ gamma matrix grows with the square of the periods: each pair of periods is one r
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bench", default=str(ROOT / "build/release/bench/velt_bench"))
+    parser.add_argument("--desktop", default=str(ROOT / "build/release/bench/velt_bench_desktop"))
     parser.add_argument("--output", default=str(ROOT / "bench/README.md"))
     options = parser.parse_args()
-    benchmarks = run(options.bench)
+    benchmarks = run(options.bench) + run(options.desktop)
     rows, missed = table(benchmarks)
     text = HEAD.format(machine=machine()) + "\n" + "\n".join(rows) + "\n" + GROWTH + "\n" + "\n".join(growth(benchmarks))
     pathlib.Path(options.output).write_text(text + "\n", encoding="utf-8")

@@ -12,9 +12,12 @@ class ModelGraph;
 class ParameterReport;
 class VELT_ContourPlot;
 struct AsciiWizard;
+struct CellFont;
 struct ContourRange;
 struct InputParams;
 struct MinimiserOptions;
+struct NewDataSet;
+struct NumberFormatChoice;
 struct StartVals;
 
 enum class Icon { None, Information, Question, Exclamation, Critical };
@@ -35,6 +38,19 @@ struct Selection {
     std::string prompt;
     std::vector<std::string> items = {};
     std::size_t chosen = 0;
+};
+
+/// Any number of choices out of a list, as two lists side by side.
+struct ListPicker {
+    struct Item {
+        std::string text;
+        bool selected = false;
+    };
+    std::string caption;
+    std::string prompt;
+    std::string leftCaption; ///< of those that are not selected
+    std::string rightCaption;
+    std::vector<Item> items = {};
 };
 
 /// Two levels with their labels.
@@ -71,6 +87,24 @@ public:
     virtual bool AskContourRange(ContourRange& range) = 0;
     virtual bool AskOptions(MinimiserOptions& options) = 0;
     virtual bool AskAsciiWizard(AsciiWizard& wizard) = 0;
+    virtual bool AskListPicker(ListPicker& picker) = 0;
+    virtual bool AskNumberFormat(NumberFormatChoice& choice) = 0;
+    virtual bool AskFont(CellFont& font) = 0;
+    virtual bool AskNewDataSet(NewDataSet& wanted) = 0;
+};
+
+/// The text that programs hand to one another.
+class IClipboard
+{
+public:
+    virtual ~IClipboard() = default;
+    virtual bool HasText() const = 0;
+    /// What a grid put there comes back with its exact values, other text as it stands.
+    virtual std::string Text() const = 0;
+    virtual void Text(const std::string& text) = 0;
+    /// A block of cells (parted by tabs, each row ended by CR LF): as displayed, which is what other programs
+    /// see as text, and beside it with the exact values.
+    virtual void Block(const std::string& displayed, const std::string& exact) = 0;
 };
 
 /// What the fit workflow asks of the main window.

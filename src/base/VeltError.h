@@ -19,6 +19,7 @@ inline constexpr std::uint32_t kImportData = 2257;
 inline constexpr std::uint32_t kMinimisationFailed = 2261;
 inline constexpr std::uint32_t kContoursFailed = 2262;
 inline constexpr std::uint32_t kUserCancelled = 2263;
+inline constexpr std::uint32_t kNumberFormat = 2352;
 // What the fit workflow raises when the model answers "no" instead of raising: base + 2253.
 inline constexpr std::uint32_t kFitFailed = 2253;
 // Runtime failures.

@@ -41,6 +41,11 @@ public:
     bool AskContourRange(ContourRange& range) override;
     bool AskOptions(MinimiserOptions& options) override;
     bool AskAsciiWizard(AsciiWizard& wizard) override;
+    // What only someone at a table is asked.
+    bool AskListPicker(ListPicker&) override { return false; }
+    bool AskNumberFormat(NumberFormatChoice&) override { return false; }
+    bool AskFont(CellFont&) override { return false; }
+    bool AskNewDataSet(NewDataSet&) override { return false; }
 
 private:
     const FitRequest& m_request;

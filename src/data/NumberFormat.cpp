@@ -2,6 +2,7 @@
 #include "data/NumberFormat.h"
 
 #include "base/NumberText.h"
+#include "base/VeltError.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +12,7 @@
 
 namespace
 {
-enum class Category { Fixed, Standard, Scientific };
+using Category = NumberCategory;
 
 struct Pattern {
     Category category = Category::Fixed;
@@ -78,6 +79,31 @@ std::string FormatNumber(float value, std::string_view format)
     if (pattern->category == Category::Standard)
         SetThousandsApart(text);
     return text;
+}
+
+std::string FormatText(NumberCategory category, int decPlaces)
+{
+    if (category == NumberCategory::None || decPlaces < 0 || decPlaces > kMostDecPlaces)
+        throw ProgramError(errors::kNumberFormat, "Invalid Number Format", "_frmNumberFormat");
+    const std::string digits =
+        (decPlaces < 1 ? "0" : "0.") + std::string(static_cast<std::size_t>(decPlaces), '0');
+    if (category == NumberCategory::Standard)
+        return "#," + digits;
+    return category == NumberCategory::Scientific ? digits + "E+" : digits;
+}
+
+NumberFormatChoice ChoiceOf(std::string_view format)
+{
+    NumberFormatChoice choice{.category = NumberCategory::Fixed, .decPlaces = 0};
+    const std::size_t exponent = format.find('E');
+    if (exponent != std::string_view::npos)
+        choice.category = NumberCategory::Scientific;
+    else if (format.find(',') != std::string_view::npos)
+        choice.category = NumberCategory::Standard;
+    if (const std::size_t point = format.find('.'); point < std::min(exponent, format.size()))
+        choice.decPlaces =
+            std::min(static_cast<int>(std::min(exponent, format.size()) - point) - 1, kMostDecPlaces);
+    return choice;
 }
 
 std::string FixedFormat(int decimals)

@@ -4,6 +4,7 @@
 #include "base/Checked.h"
 #include "base/Text.h"
 #include "data/ColumnConversions.h"
+#include "data/StructuralEditing.h"
 
 #include <algorithm>
 
@@ -79,6 +80,48 @@ void clsVeltData::DoColumnConversions()
     DataTable converted = m_table; // aside: a conversion that fails changes nothing
     ConvertColumns(converted);
     m_table = std::move(converted);
+}
+
+void clsVeltData::ShiftData(std::int16_t amount, std::int16_t start)
+{
+    ::ShiftData(m_table, amount, start);
+    m_isDirty = m_isDirty || amount != 0;
+}
+
+void clsVeltData::EmptyData(std::int16_t first, std::int16_t last)
+{
+    ::EmptyData(m_table, first, last);
+    m_isDirty = m_isDirty || first <= last;
+}
+
+void clsVeltData::AddColumn(int column)
+{
+    ::AddColumn(m_table, column);
+    m_isDirty = true;
+}
+
+void clsVeltData::EraseColumn(int column)
+{
+    ::EraseColumn(m_table, column);
+    m_isDirty = true;
+}
+
+void clsVeltData::InsertRows(int top, int count)
+{
+    ::InsertRows(m_table, top, count);
+    m_isDirty = true;
+}
+
+void clsVeltData::DeleteRows(int top, int count)
+{
+    ::DeleteRows(m_table, top, count);
+    m_isDirty = true;
+}
+
+void clsVeltData::AddRows(int count)
+{
+    ::AddRows(m_table, count);
+    m_isDirty = true;
 }
 
 void clsVeltData::AddProjScenario(clsProjScenario scenario, std::string_view key)

@@ -153,6 +153,15 @@ public:
     /// is then as it was.
     void DoColumnConversions();
 
+    // Rows and columns come and go; see StructuralEditing. All mark the data set as changed.
+    void ShiftData(std::int16_t amount, std::int16_t start = 1);
+    void EmptyData(std::int16_t first, std::int16_t last);
+    void AddColumn(int column);
+    void EraseColumn(int column);
+    void InsertRows(int top, int count);
+    void DeleteRows(int top, int count);
+    void AddRows(int count);
+
     /// True when every one of `wanted` is present; false for an empty list.
     bool CheckRqCols(std::span<const int> wanted) const;
 

@@ -2,16 +2,22 @@
 #include "dialogs/DesktopUser.h"
 
 #include "dialogs/FormDialog.h"
+#include "dialogs/ListPickerDialog.h"
 #include "dialogs/RangeDialog.h"
 #include "dialogs/SelectionDialog.h"
 #include "dialogs/frmASCIIWizard.h"
 #include "dialogs/frmContourRange.h"
 #include "dialogs/frmInputParams.h"
+#include "dialogs/frmNewFile.h"
+#include "dialogs/frmNumberFormat.h"
 #include "dialogs/frmOptions.h"
 #include "dialogs/frmStartVals.h"
+#include "toolkit/Fonts.h"
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFontDialog>
+#include <QFontInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 
@@ -168,4 +174,35 @@ bool DesktopUser::AskAsciiWizard(AsciiWizard& wizard)
 {
     const PlainPointer pointer;
     return frmASCIIWizard::Ask(Over(), wizard);
+}
+
+bool DesktopUser::AskListPicker(ListPicker& picker)
+{
+    const PlainPointer pointer;
+    return ListPickerDialog::Ask(*this, picker, Over());
+}
+
+bool DesktopUser::AskNumberFormat(NumberFormatChoice& choice)
+{
+    const PlainPointer pointer;
+    return frmNumberFormat::Ask(*this, choice, Over());
+}
+
+bool DesktopUser::AskFont(CellFont& font)
+{
+    const PlainPointer pointer;
+    bool taken = false;
+    const QFont chosen = QFontDialog::getFont(&taken, FontOf(font), Over());
+    if (taken)
+        font = {.name = chosen.family().toStdString(),
+                .size = QFontInfo(chosen).pointSizeF(),
+                .bold = chosen.bold(),
+                .italic = chosen.italic()};
+    return taken;
+}
+
+bool DesktopUser::AskNewDataSet(NewDataSet& wanted)
+{
+    const PlainPointer pointer;
+    return frmNewFile::Ask(*this, wanted, Over());
 }

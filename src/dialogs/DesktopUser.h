@@ -23,6 +23,10 @@ public:
     bool AskContourRange(ContourRange& range) override;
     bool AskOptions(MinimiserOptions& options) override;
     bool AskAsciiWizard(AsciiWizard& wizard) override;
+    bool AskListPicker(ListPicker& picker) override;
+    bool AskNumberFormat(NumberFormatChoice& choice) override;
+    bool AskFont(CellFont& font) override;
+    bool AskNewDataSet(NewDataSet& wanted) override;
 
 private:
     QWidget* Over() const;

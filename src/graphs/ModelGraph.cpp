@@ -55,6 +55,12 @@ void ModelGraph::StopInterrogate()
         m_highlight.reset();
 }
 
+int ModelGraph::SetOf(int point) const
+{
+    const std::size_t index = IndexOf(point);
+    return Shown(m_y[index]) ? kIncluded : Shown(m_y2[index]) ? kExcluded : 0;
+}
+
 std::optional<ModelGraph::TimeAxis> ModelGraph::YearAxis() const
 {
     if (m_x.empty() || m_x.front() < 1900.0 || m_x.front() > 1999.0)

@@ -50,6 +50,9 @@ public:
     float LCI() const { return m_lci; }
     void LCI(float value) { m_lci = value; }
 
+    /// Whether points can be toggled and lit up.
+    bool TakesClicks() const { return m_withToggs && m_type != GraphType::Line; }
+
     int NumPoints() const { return m_points; }
     /// Each setter takes NumPoints values. \throws VeltError 9 for another length.
     void XData(std::span<const double> values) { Take(m_x, values); }
@@ -71,6 +74,9 @@ public:
     /// 1 to NumPoints
     void HighlightPoint(int set, int point);
     void StopInterrogate(); ///< no point is lit up
+
+    /// The set in which a point (from 1) is drawn: kIncluded or kExcluded, 0 when it is in neither.
+    int SetOf(int point) const;
 
     /// The point that is lit up.
     struct Highlight {
@@ -100,7 +106,6 @@ public:
 
 private:
     void Take(std::vector<double>& series, std::span<const double> values) const;
-    bool TakesClicks() const { return m_withToggs && m_type != GraphType::Line; }
     std::size_t IndexOf(int point) const;
 
     std::string m_title = "Title", m_userTitle = "Title", m_xTitle = "X_Title", m_yTitle = "Y_Title";

@@ -3,10 +3,42 @@
 
 #include "base/FileType.h"
 #include "base/StringTable.h"
+#include "data/NewDataSet.h"
+
+/// Whether the data set and its fit may go: what was typed cannot be saved in this version.
+bool FileCommands::MayLose() const
+{
+    const bool typed = m_project.FileOpen() && m_project.Typed();
+    return (!typed ||
+            m_project.TheRun().reporter.Show(
+                {.text = "This version cannot save data sets yet. What was changed in this one will "
+                         "be lost. Continue?",
+                 .buttons = Buttons::YesNo}) == Answer::Yes) &&
+           m_project.MayClearFit();
+}
+
+void FileCommands::New()
+{
+    if (!MayLose())
+        return;
+    Drop();
+    NewDataSet wanted;
+    if (!m_project.TheRun().user.AskNewDataSet(wanted))
+        throw UserCancelled("frmVelt3_mnuNew_Click");
+    Begin(m_project.Data(), wanted);
+    m_project.NoteTyping();
+    m_project.View().EnterEditMode();
+    if (m_project.Data().TimeInts() > m_project.Data().ShownRows())
+        m_project.TheRun().reporter.Show(
+            {.text = "This range has " + std::to_string(m_project.Data().TimeInts()) +
+                     " time periods, and a table has room for " + std::to_string(clsVeltData::kRows) +
+                     ". The last one cannot hold data.",
+             .icon = Icon::Information});
+}
 
 void FileCommands::Open()
 {
-    if (!m_project.MayClearFit())
+    if (!MayLose())
         return;
     Drop();
     const auto path = m_project.TheRun().user.AskFileToOpen({.filter = "Text (*.txt)"});
@@ -16,7 +48,7 @@ void FileCommands::Open()
 
 void FileCommands::Open(const std::string& path)
 {
-    if (!m_project.MayClearFit())
+    if (!MayLose())
         return;
     Drop();
     Load(path);
@@ -24,7 +56,7 @@ void FileCommands::Open(const std::string& path)
 
 void FileCommands::Close()
 {
-    if (m_project.MayClearFit())
+    if (MayLose())
         Drop();
 }
 

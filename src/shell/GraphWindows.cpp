@@ -19,8 +19,51 @@ void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
 {
     std::erase_if(m_windows, [&](const auto& window) { return window->Graph().Title() == graph->Title(); });
     m_windows.push_back(std::make_unique<frmModelGraph>(std::move(graph)));
-    Place(*m_windows.back());
-    m_windows.back()->show();
+    frmModelGraph& window = *m_windows.back();
+    QObject::connect(&window, &frmModelGraph::UserToggle, [this](int point) { m_hands.toggle(point); });
+    QObject::connect(&window, &frmModelGraph::UserInterrogate,
+                     [this, &window](int set, int point) { HighlightPoint(window, set, point); });
+    QObject::connect(&window, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
+    Place(window);
+    window.show();
+}
+
+void GraphWindows::TogglePoint(int point)
+{
+    for (const auto& window : m_windows) {
+        if (point > window->Graph().NumPoints() || !window->Graph().TakesClicks())
+            continue;
+        window->Graph().TogglePoint(point);
+        window->Refresh();
+    }
+}
+
+/// All graphs follow the one that was clicked, so that none stays lit up alone when it came later.
+void GraphWindows::HighlightPoint(const frmModelGraph& source, int set, int point)
+{
+    const auto& lit = source.Graph().Highlighted();
+    if (lit && lit->point == point) {
+        StopHighlight();
+        return;
+    }
+    for (const auto& window : m_windows) {
+        window->Graph().StopInterrogate();
+        if (point <= window->Graph().NumPoints())
+            window->Graph().HighlightPoint(set, point);
+        window->Refresh();
+    }
+    m_hands.highlight(point);
+}
+
+void GraphWindows::StopHighlight()
+{
+    for (const auto& window : m_windows) {
+        if (!window->Graph().Highlighted())
+            continue;
+        window->Graph().StopInterrogate();
+        window->Refresh();
+    }
+    m_hands.highlight(0);
 }
 
 void GraphWindows::Clear(bool histogramsOnly)

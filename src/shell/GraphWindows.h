@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,8 +19,15 @@ class frmModelGraph;
 class GraphWindows
 {
 public:
+    /// What the user does in one graph and the rest of the program has to follow; points count from 1.
+    struct Hands {
+        std::function<void(int point)> toggle;
+        std::function<void(int point)> highlight; ///< 0: no point any more
+    };
+
     /// `main`: the window the others cascade from; it must outlive this object.
     explicit GraphWindows(QWidget& main);
+    void Listen(Hands hands) { m_hands = std::move(hands); }
     ~GraphWindows();
     GraphWindows(const GraphWindows&) = delete;
     GraphWindows& operator=(const GraphWindows&) = delete;
@@ -35,18 +43,25 @@ public:
     /// Shows the window at `position` (from 0), also after its close box has hidden it.
     void BringForward(std::size_t position);
 
+    /// Takes the point into the fit or out of it in every graph that has it.
+    void TogglePoint(int point);
+    /// Lights the point up in all graphs, or puts it out where it is lit up in the graph at `source`.
+    void HighlightPoint(const frmModelGraph& source, int set, int point);
+    void StopHighlight();
+
     /// Brings the histograms that are shown above the other windows; the focus stays where it is.
     void RaiseHistograms();
 
     bool Empty() const { return m_windows.empty(); }
     /// The titles as the user may have edited them, in order.
     std::vector<std::string> UserTitles() const;
-    const frmModelGraph* At(std::size_t position) const { return m_windows.at(position).get(); }
+    frmModelGraph* At(std::size_t position) const { return m_windows.at(position).get(); }
 
 private:
     void Place(QWidget& window);
 
     QWidget& m_main;
+    Hands m_hands;
     std::vector<std::unique_ptr<frmModelGraph>> m_windows;
     std::vector<QPointer<frmGraph>> m_surfaces; ///< a surface deletes itself when it is closed
     int m_placed = 0;

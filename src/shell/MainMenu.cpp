@@ -4,12 +4,14 @@
 #include "toolkit/Words.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QUndoStack>
 
-/// One entry of a menu; without a name, a separator.
+/// One entry of a menu; without a name, a separator; without a caption, one whose words change.
 struct MainMenu::Entry {
     const char* name = nullptr;
     int captionId = 0;
@@ -21,7 +23,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
 {
     const Entry separator;
     AddMenu("mnuFile", 1,
-            {{"mnuNew", 2, false},
+            {{"mnuNew", 2, true, QKeySequence::New},
              {"mnuOpen", 3, true, QKeySequence::Open},
              separator,
              {"mnuSave", 5, false},
@@ -32,22 +34,27 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              separator,
              {"mnuClose", 12, true, QKeySequence::Close},
              {"mnuExit", 13, true, QKeySequence::Quit}});
-    AddMenu("mnuEdit", 14,
-            {{"mnuEditMode", 15, false},
-             separator,
-             {"mnuFileDescription", 17, false},
-             separator,
-             {"mnuDeleteRow", 19, false},
-             {"mnuInsertRow", 20, false},
-             {"mnuDeleteColumn", 21, false},
-             {"mnuInsertColumn", 22, false},
-             {"mnuAddRow", 23, false},
-             {"mnuCut", 24, false},
-             {"mnuCopy", 25, false},
-             {"mnuPaste", 26, false},
-             separator,
-             {"mnuFormat", 28, false},
-             {"mnuNumber", 29, false}});
+    m_edit = AddMenu("mnuEdit", 14,
+                     {{"mnuEditMode", 15, true, QKeySequence(Qt::CTRL | Qt::Key_E)},
+                      separator,
+                      {"mnuUndo", 0, true, QKeySequence::Undo},
+                      {"mnuRedo", 0, true, QKeySequence::Redo},
+                      separator,
+                      {"mnuFileDescription", 17, true},
+                      separator,
+                      {"mnuDeleteRow", 19, true},
+                      {"mnuInsertRow", 20, true},
+                      {"mnuDeleteColumn", 21, true},
+                      {"mnuInsertColumn", 22, true},
+                      {"mnuAddRow", 23, true},
+                      {"mnuCut", 24, true, QKeySequence::Cut},
+                      {"mnuCopy", 25, true, QKeySequence::Copy},
+                      {"mnuPaste", 26, true, QKeySequence::Paste},
+                      separator,
+                      {"mnuFormat", 28, true},
+                      {"mnuNumber", 29, true}});
+    m_actions.at("mnuEditMode")->setCheckable(true);
+    connect(m_edit, &QMenu::aboutToShow, this, &MainMenu::EditAboutToShow);
     AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}});
     AddMenu("mnuFit", 32,
             {{"mnuNewModel", 33, true},
@@ -83,7 +90,7 @@ void MainMenu::AddEntry(QMenu* menu, const Entry& entry)
         menu->addSeparator();
         return;
     }
-    QAction* action = menu->addAction(Words(entry.captionId));
+    QAction* action = menu->addAction(entry.captionId > 0 ? Words(entry.captionId) : QString());
     action->setObjectName(QString::fromLatin1(entry.name));
     if (!entry.built) {
         action->setEnabled(false);
@@ -106,8 +113,21 @@ void MainMenu::Apply(const MenuState& state)
         m_menus.at(name)->setEnabled(enabled);
 
     // An entry under a disabled menu could still be reached by its keys.
-    const std::map<QString, bool> entries{{"mnuOpen", state.file && state.open},
+    const std::map<QString, bool> entries{{"mnuNew", state.file && state.newData},
+                                          {"mnuOpen", state.file && state.open},
                                           {"mnuClose", state.file && state.close},
+                                          {"mnuEditMode", state.editMode},
+                                          {"mnuFileDescription", state.fileDescription},
+                                          {"mnuDeleteRow", state.rows},
+                                          {"mnuInsertRow", state.rows},
+                                          {"mnuAddRow", state.rows},
+                                          {"mnuDeleteColumn", state.columns},
+                                          {"mnuInsertColumn", state.columns},
+                                          {"mnuCut", state.cut},
+                                          {"mnuCopy", state.copy},
+                                          {"mnuPaste", state.paste},
+                                          {"mnuFormat", state.formats},
+                                          {"mnuNumber", state.formats},
                                           {"mnuDataPlots", state.data && state.dataPlots},
                                           {"mnuNewModel", state.fit && state.newModel},
                                           {"mnuNewParams", state.fit && state.newParams},
@@ -117,6 +137,23 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);
+    m_actions.at("mnuEditMode")->setChecked(state.inEditMode);
+}
+
+void MainMenu::ListSteps(const QUndoStack& steps)
+{
+    const auto show = [this](const char* name, const QString& word, const QString& what, bool can) {
+        QAction* action = m_actions.at(name);
+        action->setText(what.isEmpty() ? word : word + " " + what);
+        action->setEnabled(can);
+    };
+    show("mnuUndo", tr("&Undo"), steps.undoText(), steps.canUndo());
+    show("mnuRedo", tr("&Redo"), steps.redoText(), steps.canRedo());
+}
+
+void MainMenu::PopUpEdit()
+{
+    m_edit->popup(QCursor::pos());
 }
 
 void MainMenu::ListGraphs(const std::vector<std::string>& titles)

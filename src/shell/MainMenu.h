@@ -12,6 +12,7 @@
 class QAction;
 class QMainWindow;
 class QMenu;
+class QUndoStack;
 
 /// The menus of the main window: captions, names and what is enabled. What a command does is told by whoever
 /// listens to `Chosen`.
@@ -28,12 +29,19 @@ public:
     /// Rebuilds the list under "Graph": one entry a window, in this order.
     void ListGraphs(const std::vector<std::string>& titles);
 
+    /// Says in the entries Undo and Redo what they would take back and bring back.
+    void ListSteps(const QUndoStack& steps);
+
+    /// The Edit menu at the mouse.
+    void PopUpEdit();
+
 signals:
     /// `command` is the entry's name ("mnuOpen").
     void Chosen(const QString& command);
     /// Position of the graph in the list, from 0.
     void GraphChosen(int position);
     void AboutToShow();
+    void EditAboutToShow();
 
 private:
     struct Entry;
@@ -42,6 +50,7 @@ private:
 
     QMainWindow& m_window;
     QMenu* m_graphs = nullptr;
+    QMenu* m_edit = nullptr;
     std::map<QString, QMenu*> m_menus;
     std::map<QString, QAction*> m_actions; ///< those that are built
 };

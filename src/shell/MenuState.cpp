@@ -22,6 +22,11 @@ MenuState MenuStateOf(const RunState& run)
     menu.fileDescription = run.fileOpen;
     menu.dataPlots = run.fileOpen;
 
+    menu.inEditMode = run.editMode;
+    menu.rows = menu.columns = menu.cut = run.editMode && run.fileOpen;
+    menu.paste = menu.cut && run.clipboardHasText;
+    menu.copy = menu.formats = run.fileOpen; // looking at data is not editing them
+
     menu.newModel = menu.fitManager = true; // their top menu decides
     menu.newParams = run.fitEverMade;
     menu.parameters = run.fitDefined;

@@ -6,7 +6,7 @@
 void OpenProject::Renew()
 {
     m_view.LetGoOfProject();
-    m_fileOpen = m_fitEverMade = false;
+    m_fileOpen = m_fitEverMade = m_typed = false;
     m_fits.reset();
     m_data = std::make_unique<clsVeltData>(m_run);
     m_fits = std::make_unique<clsMethManager>(m_run);

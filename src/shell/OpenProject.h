@@ -17,6 +17,10 @@ public:
     virtual void ShowNoProject() = 0;
     /// The focus comes back to the main window, but what was asked for stays in sight.
     virtual void KeepResultsInSight() = 0;
+    /// The data set that has just come is to be filled.
+    virtual void EnterEditMode() = 0;
+    /// Stores what an open cell of the table holds. \return false when it is refused
+    virtual bool MayLeaveTable() = 0;
 };
 
 /// The one data set and the one fit manager of the run, always made and replaced as a pair, and what is
@@ -40,6 +44,9 @@ public:
     /// A New Fit has run on this data set, or a logged fit was loaded in this run.
     bool FitEverMade() const { return m_fitEverMade || m_run.FitReloaded; }
     void NoteFit() { m_fitEverMade = true; }
+    /// The user has changed the data of this data set by hand.
+    bool Typed() const { return m_typed; }
+    void NoteTyping() { m_typed = true; }
 
     /// Whether the current fit may go: true when there is none, else the user is asked.
     bool MayClearFit() const;
@@ -51,4 +58,5 @@ private:
     std::unique_ptr<clsMethManager> m_fits; // behind the data: to its end it speaks to them
     bool m_fileOpen = false;
     bool m_fitEverMade = false;
+    bool m_typed = false;
 };

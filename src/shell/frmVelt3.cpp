@@ -10,6 +10,7 @@
 #include "shell/MainMenu.h"
 #include "toolkit/Words.h"
 #include "views/DataGridView.h"
+#include "views/GridWidget.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -41,6 +42,12 @@ private:
     bool& m_flag;
 };
 
+/// Commands that speak to the open cell itself.
+bool KeepsTheCell(const QString& name)
+{
+    return name == "mnuCut" || name == "mnuCopy" || name == "mnuPaste";
+}
+
 /// The one file a drag carries when this version can open it; else empty.
 QString TextFileIn(const QMimeData& mime)
 {
@@ -53,8 +60,23 @@ QString TextFileIn(const QMimeData& mime)
 
 frmVelt3::frmVelt3(IUser* user)
     : m_run(user ? *user : m_desktopUser, *this, m_meter, m_random),
-      m_commands{{"mnuOpen", [this] { m_files.Open(); }},
+      m_commands{{"mnuNew", [this] { m_files.New(); }},
+                 {"mnuOpen", [this] { m_files.Open(); }},
                  {"mnuClose", [this] { m_files.Close(); }},
+                 {"mnuEditMode", [this] { m_edit->SwitchEditMode(); }},
+                 {"mnuUndo", [this] { m_edit->Steps().undo(); }},
+                 {"mnuRedo", [this] { m_edit->Steps().redo(); }},
+                 {"mnuFileDescription", [this] { m_edit->FileDescription(); }},
+                 {"mnuDeleteRow", [this] { m_edit->DeleteRow(); }},
+                 {"mnuInsertRow", [this] { m_edit->InsertRow(); }},
+                 {"mnuDeleteColumn", [this] { m_edit->DeleteColumn(); }},
+                 {"mnuInsertColumn", [this] { m_edit->InsertColumn(); }},
+                 {"mnuAddRow", [this] { m_edit->AddRow(); }},
+                 {"mnuCut", [this] { m_edit->Cut(); }},
+                 {"mnuCopy", [this] { m_edit->Copy(); }},
+                 {"mnuPaste", [this] { m_edit->Paste(); }},
+                 {"mnuFormat", [this] { m_edit->Format(); }},
+                 {"mnuNumber", [this] { m_edit->Number(); }},
                  {"mnuDataPlots", [this] { m_fits.PlotData(); }},
                  {"mnuNewModel", [this] { m_fits.NewModel(); }},
                  {"mnuNewParams", [this] { m_fits.NewParams(); }},
@@ -76,7 +98,8 @@ frmVelt3::frmVelt3(IUser* user)
 frmVelt3::~frmVelt3()
 {
     HourglassOff();
-    m_grid->Show(nullptr); // a window that is destroyed while it shows lays its table out once more
+    m_edit->Steps().disconnect(this);
+    m_edit.reset(); // lets go of the table; a window that is destroyed while it shows lays it out once more
 }
 
 void frmVelt3::BuildWindow()
@@ -84,6 +107,7 @@ void frmVelt3::BuildWindow()
     m_menu = new MainMenu(*this);
     connect(m_menu, &MainMenu::Chosen, this, &frmVelt3::Command);
     connect(m_menu, &MainMenu::AboutToShow, this, &frmVelt3::EnableControls);
+    connect(m_menu, &MainMenu::EditAboutToShow, this, &frmVelt3::OnEditMenu);
     connect(m_menu, &MainMenu::GraphChosen, this,
             [this](int position) { m_graphs.BringForward(static_cast<std::size_t>(position)); });
 
@@ -106,6 +130,7 @@ void frmVelt3::BuildWindow()
     statusBar()->addWidget(m_status, 1);
     statusBar()->addPermanentWidget(m_number);
     connect(m_grid, &DataGridView::CellValue, m_number, &QLabel::setText);
+    ListenToTable();
 
     setAcceptDrops(true);
     const QFontMetrics metrics = fontMetrics();
@@ -114,14 +139,38 @@ void frmVelt3::BuildWindow()
     setMinimumSize(metrics.averageCharWidth() * 50, metrics.height() * 14);
 }
 
+/// What is done at the table, and at the points of graphs, runs as commands do.
+void frmVelt3::ListenToTable()
+{
+    m_edit =
+        std::make_unique<EditCommands>(EditCommands::Around{.project = m_project,
+                                                            .graphs = m_graphs,
+                                                            .grid = *m_grid,
+                                                            .showCaption = [this] { ShowCaption(); },
+                                                            .popUpMenu = [this] { m_menu->PopUpEdit(); }});
+    const GridWidget* grid = &m_grid->Grid();
+    connect(grid, &GridWidget::EditAsked, this,
+            [this](int key) { Guarded("grdData", [this, key] { m_edit->GridKey(key); }); });
+    connect(grid, &GridWidget::DeleteAsked, this,
+            [this] { Guarded("grdData", [this] { m_edit->DeleteKey(); }); });
+    connect(m_grid, &DataGridView::ToggleAsked, this,
+            [this](int row) { Guarded("chkTogg", [this, row] { m_edit->ToggleInGrid(row); }); });
+    m_graphs.Listen(
+        {.toggle =
+             [this](int row) { Guarded("mfrmModelGraph", [this, row] { m_edit->ToggleInGraph(row); }); },
+         .highlight = [this](int row) { m_grid->Highlight(row); }});
+    connect(&m_edit->Steps(), &QUndoStack::indexChanged, this, &frmVelt3::EnableControls);
+}
+
 void frmVelt3::LetGoOfProject()
 {
-    m_grid->Show(nullptr);
+    m_edit->LetGo();
     m_graphs.Clear(false);
 }
 
 void frmVelt3::ShowNoProject()
 {
+    m_edit->TakeDataSet();
     ShowCaption();
     ShowHint(true);
     m_number->clear();
@@ -140,6 +189,11 @@ void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
 {
     if (m_busy)
         return;
+    // A cell that is being typed in is stored first; one that is refused stays in front.
+    if (name.startsWith("mnu") && !KeepsTheCell(name) && !m_edit->MayLeaveCell()) {
+        EnableControls(); // the click has already changed the mark at Edit Mode
+        return;
+    }
     const Busy busy(m_busy);
     const std::string source = "frmVelt3_" + name.toStdString() + "_Click";
     try {
@@ -234,22 +288,37 @@ void frmVelt3::SetUpDataGrid()
 {
     m_project.FileOpen(true);
     ShowCaption();
-    m_grid->Show(&m_project.Data());
+    m_edit->Sheet().Arrange();
+    m_grid->Show(&m_edit->Sheet());
     ShowHint(m_project.Data().ShownRows() == 0);
     EnableControls();
 }
 
+MenuState frmVelt3::Menu(bool clipboardHasText) const
+{
+    return MenuStateOf({.editMode = m_edit->EditMode(),
+                        .fileOpen = FileOpen(),
+                        .fitDefined = m_project.Fits().MethDefined(),
+                        .bootstrapsDone = m_project.Fits().IsBSDone(),
+                        .projScenarios = m_project.Data().NumProjScenarios(),
+                        .currMethType = m_project.Fits().CurrMethType(),
+                        .fitEverMade = m_project.FitEverMade(),
+                        .anyGraph = !m_graphs.Empty(),
+                        .clipboardHasText = clipboardHasText});
+}
+
 void frmVelt3::EnableControls()
 {
-    m_menu->Apply(MenuStateOf({.editMode = false, // the data cannot be edited in this version
-                               .fileOpen = FileOpen(),
-                               .fitDefined = m_project.Fits().MethDefined(),
-                               .bootstrapsDone = m_project.Fits().IsBSDone(),
-                               .projScenarios = m_project.Data().NumProjScenarios(),
-                               .currMethType = m_project.Fits().CurrMethType(),
-                               .fitEverMade = m_project.FitEverMade(),
-                               .anyGraph = !m_graphs.Empty()}));
+    m_menu->Apply(Menu());
     m_menu->ListGraphs(m_graphs.UserTitles());
+    m_menu->ListSteps(m_edit->Steps());
+}
+
+/// The clipboard is looked at only here: asking another program for it may take a while.
+void frmVelt3::OnEditMenu()
+{
+    if (m_edit->MayLeaveCell())
+        m_menu->Apply(Menu(m_edit->ClipboardHasText()));
 }
 
 void frmVelt3::ShowParameterReport(const ParameterReport* report)
@@ -283,24 +352,27 @@ void frmVelt3::YieldToEvents()
 void frmVelt3::ShowCaption()
 {
     QString caption = kTitle;
-    if (!m_project.Data().DSFName().empty())
-        caption += " - " + QString::fromStdString(GetFileName(m_project.Data().DSFName()) + " - " +
-                                                  Trim(m_project.Data().DSDesc()));
+    const std::string& path = m_project.Data().DSFName();
+    if (FileOpen())
+        caption += " - " + (path.empty() ? tr("Untitled") : QString::fromStdString(GetFileName(path))) +
+                   " - " + QString::fromStdString(Trim(m_project.Data().DSDesc()));
     setWindowTitle(caption);
 }
 
 void frmVelt3::ShowHint(bool noData)
 {
     m_hint->setText(FileOpen()
-                        ? tr("This data set has no columns. Open another text file.")
-                        : tr("To begin, choose Open from the File menu, or drop a text file (*.txt) here."));
+                        ? tr("This data set has no time periods. Open another text file, or fill it by hand: "
+                             "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
+                        : tr("To begin, choose New or Open from the File menu, or drop a text file (*.txt) "
+                             "here."));
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
 }
 
 void frmVelt3::closeEvent(QCloseEvent* event)
 {
     // Work in progress stands on objects that a close would take away; its own Cancel ends it first.
-    if (m_busy || !m_files.MayExit()) {
+    if (m_busy || !m_edit->MayLeaveCell() || !m_files.MayExit()) {
         event->ignore();
         return;
     }
@@ -311,7 +383,7 @@ void frmVelt3::closeEvent(QCloseEvent* event)
 
 void frmVelt3::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!m_busy && !TextFileIn(*event->mimeData()).isEmpty())
+    if (!m_busy && !m_edit->EditMode() && !TextFileIn(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 

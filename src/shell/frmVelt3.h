@@ -4,9 +4,11 @@
 #include "base/Run.h"
 #include "dialogs/DesktopUser.h"
 #include "engines/RandomSource.h"
+#include "shell/EditCommands.h"
 #include "shell/FileCommands.h"
 #include "shell/FitCommands.h"
 #include "shell/GraphWindows.h"
+#include "shell/MenuState.h"
 #include "shell/OpenProject.h"
 #include "views/ProgressMeterWindow.h"
 #include "views/frmParams.h"
@@ -38,6 +40,8 @@ public:
     const clsVeltData& objData() const { return m_project.Data(); }
     clsMethManager& objMeth() { return m_project.Fits(); }
     const GraphWindows& Graphs() const { return m_graphs; }
+    EditCommands& Edit() { return *m_edit; }
+    const TableSheet& Sheet() const { return m_edit->Sheet(); }
 
     /// Gives one menu command by its name ("mnuNewModel"), as a click on its entry does. A command given
     /// while another still runs is ignored.
@@ -63,6 +67,8 @@ public:
     void LetGoOfProject() override;
     void ShowNoProject() override;
     void KeepResultsInSight() override;
+    void EnterEditMode() override { m_edit->EnterEditMode(); }
+    bool MayLeaveTable() override { return m_edit->MayLeaveCell(); }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -73,6 +79,9 @@ private:
     void BuildWindow();
     void Guarded(const QString& name, const std::function<void()>& work);
     void AfterFailure();
+    void ListenToTable();
+    void OnEditMenu();
+    MenuState Menu(bool clipboardHasText = true) const;
     void OnAbout();
     void ShowCaption();
     void ShowHint(bool noData);
@@ -86,6 +95,7 @@ private:
     OpenProject m_project{m_run, *this};
     FileCommands m_files{m_project};
     FitCommands m_fits{m_project};
+    std::unique_ptr<EditCommands> m_edit;
     const std::map<QString, std::function<void()>> m_commands; ///< by the name of their menu entry
 
     MainMenu* m_menu = nullptr;

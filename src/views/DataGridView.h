@@ -5,9 +5,10 @@
 
 #include <QFrame>
 
+class GridWidget;
 class QTableView;
 
-/// The table of the main window: the time label and the Include mark stay in view while the data columns
+/// The table of the main window: the time label and the Include boxes stay in view while the data columns
 /// scroll. Two views stand side by side over one model and one selection.
 class DataGridView : public QFrame
 {
@@ -16,24 +17,41 @@ class DataGridView : public QFrame
 public:
     explicit DataGridView(QWidget* parent = nullptr);
 
-    /// Brings the table into step with `data` and selects the first data cell.
-    void Show(const clsVeltData* data);
+    /// Brings the table into step with `sheet` and selects the first data cell; null shows nothing. The sheet
+    /// must outlive the view or be replaced.
+    void Show(const TableSheet* sheet);
+    /// Brings the table into step with its sheet; the selected cell stays where it is still there.
+    void Refresh();
+
+    void EditMode(bool on);
+    /// Lights up a row of the sheet and brings it into view; 0 for none.
+    void Highlight(int row);
 
     const DataGridModel& Model() const { return m_model; }
-    QModelIndex Current() const;
+    GridWidget& Grid() const { return *m_scrolling; }
 
 signals:
     /// The current cell's stored value in full precision; empty when it is no data cell.
     void CellValue(const QString& value);
+    /// The user wants to take this row of the sheet into the fit or out of it.
+    void ToggleAsked(int row);
+
+protected:
+    void changeEvent(QEvent* event) override;
 
 private:
-    QTableView* AddView(const char* name);
+    void SetUp(QTableView& view, const char* name);
+    void SetUpFixed();
     void Link();
     void SizeColumns();
     int WidthOf(int column) const;
+    void ShowTint();
+    void TellCellValue();
 
     DataGridModel m_model;
+    const TableSheet* m_sheet = nullptr;
+    bool m_editMode = false;
     QTableView* m_fixed;
-    QTableView* m_scrolling;
+    GridWidget* m_scrolling;
     QWidget* m_underFixed; ///< as high as the other view's scroll bar, so that the rows end alike
 };

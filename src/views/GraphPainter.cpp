@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr int kExpectedText = 1201;
+constexpr int kHighlightedText = 1202;
 constexpr int kExcludedText = 1203;
 constexpr int kIncludedText = 1204;
 constexpr int kManyPoints = 60; // from here on smaller symbols keep points apart
@@ -81,6 +82,20 @@ QCPGraph* AddSymbols(QCustomPlot& plot, const Points& points, const QCPScatterSt
     return series;
 }
 
+/// A ring around the point that is lit up, above all others.
+void AddHighlight(QCustomPlot& plot, const ModelGraph& graph)
+{
+    if (!graph.Highlighted())
+        return;
+    const auto [point, value] = *graph.Highlighted();
+    const double x = graph.XData()[static_cast<std::size_t>(point - 1)];
+    if (!Drawn(x) || !Drawn(value))
+        return;
+    const QCPScatterStyle ring(QCPScatterStyle::ssCircle, Pen(kHighlighted, 2.2), Qt::NoBrush,
+                               2.0 * SymbolSize(graph));
+    AddToLegend(*AddSymbols(plot, {{x}, {value}}, ring), Words(kHighlightedText));
+}
+
 /// Points in and out of the fit, drawn over what the plot holds and named before it in the legend.
 void AddObserved(QCustomPlot& plot, const ModelGraph& graph)
 {
@@ -93,6 +108,7 @@ void AddObserved(QCustomPlot& plot, const ModelGraph& graph)
         AddToLegend(*included, Words(kIncludedText));
     if (excluded != nullptr)
         AddToLegend(*excluded, Words(kExcludedText));
+    AddHighlight(plot, graph);
 }
 
 /// A line with a gap where a value does not show; a value between two gaps shows as a dot.

@@ -6,17 +6,122 @@
 #include "views/NumberTicker.h"
 #include "views/PlotStyle.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
+#include <QKeyEvent>
 
 #include <cmath>
+#include <utility>
+
+namespace
+{
+constexpr double kHandPoints = 6.0; // a hand's precision with a mouse, in points
+}
 
 frmModelGraph::frmModelGraph(std::shared_ptr<ModelGraph> graph, QWidget* parent)
     : PlotWindow(QStringLiteral("mgphPlot"), parent), m_graph(std::move(graph))
 {
     setObjectName(QStringLiteral("frmModelGraph"));
     connect(AddCommand("actCopyData", tr("Copy &Data")), &QAction::triggered, this, &frmModelGraph::CopyData);
+    if (m_graph->TakesClicks())
+        ListenToClicks();
     Redraw();
+}
+
+void frmModelGraph::ListenToClicks()
+{
+    Plot().setToolTip(
+        tr("Click on a point: takes the period into the fit or out of it.\n"
+           "Shift+click or middle button: highlights the period in all graphs and in the table.\n"
+           "Click beside the points: ends the highlight.\n"
+           "Keys: arrows move the highlight, Space toggles its period, Esc ends it."));
+    connect(&Plot(), &QCustomPlot::mousePress, this, [this](const QMouseEvent* event) {
+        m_press = event->position();
+        m_clicks = true;
+    });
+    connect(&Plot(), &QCustomPlot::mouseDoubleClick, this, [this] { m_clicks = false; });
+    connect(&Plot(), &QCustomPlot::mouseRelease, this,
+            [this](const QMouseEvent* event) { OnRelease(*event); });
+}
+
+void frmModelGraph::OnRelease(const QMouseEvent& event)
+{
+    const QPointF moved = event.position() - m_press;
+    const bool dragged = std::hypot(moved.x(), moved.y()) >= QApplication::startDragDistance();
+    const bool middle = event.button() == Qt::MiddleButton;
+    if (!std::exchange(m_clicks, false) || dragged || (event.button() != Qt::LeftButton && !middle))
+        return;
+    const int point = PointAt(event.position());
+    if (point == 0)
+        emit StopHighlight();
+    else if (middle || (event.modifiers() & Qt::ShiftModifier))
+        emit UserInterrogate(m_graph->SetOf(point), point);
+    else
+        emit UserToggle(point);
+}
+
+/// The drawn point nearest to `position` that a hand with a mouse can mean; 0 when there is none.
+int frmModelGraph::PointAt(const QPointF& position) const
+{
+    double nearest = plot_style::Pixels(kHandPoints);
+    int found = 0;
+    for (int point = 1; point <= m_graph->NumPoints(); ++point) {
+        const int set = m_graph->SetOf(point);
+        if (set == 0)
+            continue;
+        const auto index = static_cast<std::size_t>(point - 1);
+        const double value = (set == ModelGraph::kIncluded ? m_graph->YData() : m_graph->YData2())[index];
+        const QPointF at(Plot().xAxis->coordToPixel(m_graph->XData()[index]),
+                         Plot().yAxis->coordToPixel(value));
+        const double distance = std::hypot(at.x() - position.x(), at.y() - position.y());
+        if (distance < nearest) {
+            nearest = distance;
+            found = point;
+        }
+    }
+    return found;
+}
+
+/// To the next drawn point in the order of the periods; the first or the last one when none is lit up.
+void frmModelGraph::MoveHighlight(int step)
+{
+    const auto& lit = m_graph->Highlighted();
+    const int most = m_graph->NumPoints();
+    for (int point = lit        ? lit->point + step
+                     : step > 0 ? 1
+                                : most;
+         point >= 1 && point <= most; point += step) {
+        if (const int set = m_graph->SetOf(point); set != 0) {
+            emit UserInterrogate(set, point);
+            return;
+        }
+    }
+}
+
+void frmModelGraph::keyPressEvent(QKeyEvent* event)
+{
+    const auto& lit = m_graph->Highlighted();
+    if (!m_graph->TakesClicks() || event->modifiers() != Qt::NoModifier)
+        PlotWindow::keyPressEvent(event);
+    else if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)
+        MoveHighlight(event->key() == Qt::Key_Left ? -1 : 1);
+    else if (event->key() == Qt::Key_Space && lit)
+        emit UserToggle(lit->point);
+    else if (event->key() == Qt::Key_Escape && lit)
+        emit StopHighlight();
+    else
+        PlotWindow::keyPressEvent(event);
+}
+
+void frmModelGraph::Refresh()
+{
+    const QCPRange x = Plot().xAxis->range();
+    const QCPRange y = Plot().yAxis->range();
+    PaintGraph(Plot(), *m_graph);
+    RememberRanges();
+    Plot().xAxis->setRange(x);
+    Plot().yAxis->setRange(y);
+    Plot().replot(QCustomPlot::rpQueuedReplot);
 }
 
 void frmModelGraph::CopyData()
@@ -62,7 +167,7 @@ QString frmModelGraph::ClassAt(double x) const
 
 QString frmModelGraph::NearestPoint(const QPointF& position) const
 {
-    double nearest = plot_style::Pixels(6.0); // a hand's precision with a mouse
+    double nearest = plot_style::Pixels(kHandPoints);
     QString text;
     for (int g = 0; g < Plot().graphCount(); ++g) {
         const QCPGraph& series = *Plot().graph(g);

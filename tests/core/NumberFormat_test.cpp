@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "data/NumberFormat.h"
 
+#include "base/VeltError.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -69,4 +71,70 @@ TEST(NumberFormat, AFixedFormatHasItsDecimalsUpToSix)
     EXPECT_EQ(FixedFormat(2), "0.00");
     EXPECT_EQ(FixedFormat(6), "0.000000");
     EXPECT_EQ(FixedFormat(7), "0.000000");
+}
+
+TEST(NumberFormatText, IsBuiltFromCategoryAndDecimalPlaces)
+{
+    EXPECT_EQ(FormatText(NumberCategory::Fixed, 0), "0");
+    EXPECT_EQ(FormatText(NumberCategory::Fixed, 2), "0.00");
+    EXPECT_EQ(FormatText(NumberCategory::Standard, 0), "#,0");
+    EXPECT_EQ(FormatText(NumberCategory::Standard, 1), "#,0.0");
+    EXPECT_EQ(FormatText(NumberCategory::Scientific, 0), "0E+");
+    EXPECT_EQ(FormatText(NumberCategory::Scientific, 3), "0.000E+"); // it ends there
+    EXPECT_EQ(FormatText(NumberCategory::Standard, 15).size(), 19U); // within a column's 20 characters
+}
+
+TEST(NumberFormatText, WithoutAChoiceItIsNone)
+{
+    const auto failure = [](NumberCategory category, int decimals) -> std::uint32_t {
+        try {
+            (void)FormatText(category, decimals);
+        } catch (const VeltError& error) {
+            EXPECT_EQ(error.description, "Invalid Number Format");
+            EXPECT_EQ(error.source, "_frmNumberFormat");
+            return error.number;
+        }
+        return 0;
+    };
+    EXPECT_EQ(failure(NumberCategory::None, 2), 0x80040000U + 2352U);
+    EXPECT_EQ(failure(NumberCategory::Fixed, -1), 0x80040000U + 2352U);
+    EXPECT_EQ(failure(NumberCategory::Fixed, 16), 0x80040000U + 2352U);
+}
+
+TEST(NumberFormatText, IsTakenApartIntoCategoryAndDecimalPlaces)
+{
+    const auto is = [](std::string_view format, NumberCategory category, int decimals) {
+        const NumberFormatChoice choice = ChoiceOf(format);
+        EXPECT_EQ(choice.category, category) << format;
+        EXPECT_EQ(choice.decPlaces, decimals) << format;
+    };
+    is("0", NumberCategory::Fixed, 0);
+    is("0.00", NumberCategory::Fixed, 2);
+    is("#,0", NumberCategory::Standard, 0);
+    is("#,0.000", NumberCategory::Standard, 3);
+    is("0E+", NumberCategory::Scientific, 0);
+    is("0.00E+", NumberCategory::Scientific, 2);
+    is("0.00E+00", NumberCategory::Scientific, 2); // the E ends them, whatever follows
+    is("#,0.0E+", NumberCategory::Scientific, 1);  // E comes first
+    is("", NumberCategory::Fixed, 0);
+    is("0.", NumberCategory::Fixed, 0);
+    is("General", NumberCategory::Fixed, 0);
+    is("0.00000000000000000000", NumberCategory::Fixed, 15);
+}
+
+TEST(NumberFormatText, EveryChoiceComesBackFromItsText)
+{
+    for (const auto category : {NumberCategory::Fixed, NumberCategory::Standard, NumberCategory::Scientific})
+        for (int decimals = 0; decimals <= kMostDecPlaces; ++decimals) {
+            const NumberFormatChoice choice = ChoiceOf(FormatText(category, decimals));
+            EXPECT_EQ(choice.category, category);
+            EXPECT_EQ(choice.decPlaces, decimals);
+        }
+}
+
+TEST(NumberFormatText, AMissingValueFollowsTheFormatLikeAnyNumber)
+{
+    EXPECT_EQ(FormatNumber(-1.0F, "0.00"), "-1.00");
+    EXPECT_EQ(FormatNumber(-1.0F, "0.0E+"), "-1.0E+00");
+    EXPECT_EQ(FormatNumber(12.6F, "0"), "13");
 }

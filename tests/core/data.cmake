@@ -3,7 +3,12 @@ velt_core_test(data SOURCES
   ColumnConversions_test.cpp
   DataTable_test.cpp
   ImportText_test.cpp
+  NewDataSet_test.cpp
   NumberFormat_test.cpp
+  PasteBlock_test.cpp
+  RandomGrid_test.cpp
+  StructuralEditing_test.cpp
+  clsDataGrid_test.cpp
   clsFit_test.cpp
   clsProjScenario_test.cpp
   clsVeltData_test.cpp

@@ -2,11 +2,11 @@
 #include "base/FileType.h"
 #include "base/VeltError.h"
 #include "data/NumberFormat.h"
+#include "desktop/Session.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
 #include "shell/MenuState.h"
 #include "shell/frmVelt3.h"
-#include "support/ScriptedUser.h"
 #include "toolkit/Words.h"
 #include "views/DataGridView.h"
 #include "views/frmModelGraph.h"
@@ -28,62 +28,6 @@
 #include <new>
 #include <stdexcept>
 #include <utility>
-
-namespace
-{
-std::shared_ptr<ModelGraph> Graph(const char* title, GraphType type = GraphType::Line)
-{
-    auto graph = std::make_shared<ModelGraph>();
-    graph->Create(2);
-    graph->Title(title);
-    graph->Type(type);
-    const std::vector<double> x{1970, 1971};
-    graph->XData(x);
-    graph->YData(x);
-    return graph;
-}
-
-/// Text column 1 holds the years, 2 to 4 become Effort, Catch Nums and Tot. Catch Nums.
-bool FillWizard(AsciiWizard& wizard)
-{
-    wizard.ChooseTiming(1);
-    wizard.Next();
-    wizard.Assign(2, columns::Effort);
-    wizard.Assign(3, columns::CatchNums);
-    wizard.Assign(4, columns::TotCatchNums);
-    wizard.Finish();
-    return true;
-}
-
-/// The main window and a person who answers from a script.
-struct Session {
-    Session()
-    {
-        user.onAsciiWizard = FillWizard;
-        user.onInputParams = [](InputParams&) { return true; };
-        window.show();
-    }
-    QAction* Entry(const char* name) { return window.findChild<QAction*>(QString::fromLatin1(name)); }
-    QMenu* Menu(const char* name) { return window.findChild<QMenu*>(QString::fromLatin1(name)); }
-    void Open() { window.OpenPath(QString(VELT_TEST_SAMPLES) + "/expected/const25.txt"); }
-    void Fit()
-    {
-        user.Picks("CONSTANT");
-        Entry("mnuNewModel")->trigger();
-    }
-    QWidget* Report() { return window.findChild<frmParams*>(); }
-    std::size_t Histograms()
-    {
-        const auto titles = window.Graphs().UserTitles();
-        return static_cast<std::size_t>(std::ranges::count_if(
-            titles, [](const std::string& t) { return t.find("n = ") != std::string::npos; }));
-    }
-    QString Panel(const char* name) { return window.findChild<QLabel*>(QString::fromLatin1(name))->text(); }
-
-    ScriptedUser user;
-    frmVelt3 window{&user};
-};
-} // namespace
 
 class shell_test : public QObject
 {
@@ -181,9 +125,9 @@ private slots:
             }
             return (sizes << QString::number(entries)).join(' ');
         };
-        QCOMPARE(groups("mnuFile"), QString("2 2 2 2")); // come in, save, put out, leave
-        QCOMPARE(groups("mnuEdit"), QString("1 1 8 2")); // mode, description, rows and cells, formats
-        QCOMPARE(groups("mnuFit"), QString("3 2 1"));    // fit, intervals, manager
+        QCOMPARE(groups("mnuFile"), QString("2 2 2 2"));   // come in, save, put out, leave
+        QCOMPARE(groups("mnuEdit"), QString("1 2 1 8 2")); // mode, undo, description, rows and cells, formats
+        QCOMPARE(groups("mnuFit"), QString("3 2 1"));      // fit, intervals, manager
         QCOMPARE(groups("mnuOptions"), QString("1"));
     }
 
@@ -193,8 +137,7 @@ private slots:
         session.Open();
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
-        for (const char* name : {"mnuNew", "mnuSave", "mnuSaveAs", "mnuPrint", "mnuTextExport", "mnuEditMode",
-                                 "mnuFileDescription", "mnuCut", "mnuFormat", "mnuNumber", "mnuFitManager",
+        for (const char* name : {"mnuSave", "mnuSaveAs", "mnuPrint", "mnuTextExport", "mnuFitManager",
                                  "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
             QVERIFY2(!session.Entry(name)->isEnabled(), name);
     }
@@ -215,8 +158,8 @@ private slots:
         QCOMPARE(model.data(model.index(0, 0), Qt::DisplayRole).toString(), QString("1970"));
         QCOMPARE(model.data(model.index(0, 3), Qt::DisplayRole).toString(),
                  QString("109.3")); // with the decimals of the file
-        QCOMPARE(model.GridColOf(columns::Effort), 3);
-        QCOMPARE(model.GridColOf(columns::CatchWt), 0);
+        QCOMPARE(session.window.Sheet().GridColOf(columns::Effort), 3);
+        QCOMPARE(session.window.Sheet().GridColOf(columns::CatchWt), 0);
         QVERIFY(!(model.flags(model.index(0, 3)) & Qt::ItemIsEditable));
         QVERIFY(session.Menu("mnuFit")->isEnabled());
         QVERIFY(!session.Entry("mnuParameters")->isEnabled());
@@ -245,7 +188,7 @@ private slots:
         QVERIFY(!titles.empty());
         QCOMPARE(session.Menu("mnuGraph")->actions().size(), static_cast<qsizetype>(titles.size()));
         QCOMPARE(session.Menu("mnuGraph")->actions().first()->text(), QString::fromStdString(titles.front()));
-        QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
+        QVERIFY(session.window.Sheet().GridColOf(columns::ExpCatchNums) > 0);
     }
 
     void EveryColumnThatAFitFillsShowsThreeFiguresOfItsSmallestValue()
@@ -400,7 +343,7 @@ private slots:
         session.Entry("mnuNewModel")->trigger();
         QVERIFY(session.window.Graphs().Empty());
         QVERIFY(!session.window.objMeth().MethDefined());
-        QCOMPARE(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums), 0);
+        QCOMPARE(session.window.Sheet().GridColOf(columns::ExpCatchNums), 0);
     }
 
     void NewInputParametersAsksAndNoKeepsTheFit()
@@ -441,7 +384,7 @@ private slots:
         const auto titles = session.window.Graphs().UserTitles();
         QVERIFY(std::ranges::count(titles, "Of the former fit") == 0);
         QVERIFY(!titles.empty());
-        QVERIFY(session.window.findChild<DataGridView*>()->Model().GridColOf(columns::ExpCatchNums) > 0);
+        QVERIFY(session.window.Sheet().GridColOf(columns::ExpCatchNums) > 0);
     }
 
     void NewInputParametersThatAreCancelledTakeTheColumnsOfTheFormerFitAway()
@@ -449,13 +392,12 @@ private slots:
         Session session;
         session.Open();
         session.Fit();
-        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
-        QVERIFY(model.GridColOf(columns::ExpCatchNums) > 0);
+        QVERIFY(session.window.Sheet().GridColOf(columns::ExpCatchNums) > 0);
         session.user.onInputParams = [](InputParams&) { return false; };
         session.user.answers = {Answer::Yes};
         session.Entry("mnuNewParams")->trigger();
         QVERIFY(!session.window.objMeth().MethDefined());
-        QCOMPARE(model.GridColOf(columns::ExpCatchNums), 0);
+        QCOMPARE(session.window.Sheet().GridColOf(columns::ExpCatchNums), 0);
     }
 
     // Deliberate: nothing clears the flag.
@@ -707,103 +649,14 @@ private slots:
                                  loop.toStdString()));
     }
 
-    void AFailedImportSaysThatTheDataSetHasNoColumns()
+    void AFailedImportSaysThatTheDataSetIsEmptyAndHowToFillIt()
     {
         Session session;
         session.window.OpenPath(QString(VELT_TEST_SAMPLES) + "/import/bad_token_missing.txt");
         QVERIFY(session.user.Saw("Bad number of data columns."));
-        QVERIFY(session.Panel("lblHint").contains("has no columns"));
+        QVERIFY(session.Panel("lblHint").contains("has no time periods"));
         session.Entry("mnuNewModel")->trigger();
         QVERIFY(session.user.Saw("No models available for this dataset"));
-    }
-
-    void ACellTellsTheDecimalsThatItsFormatHides()
-    {
-        Session session;
-        session.Open();
-        const DataGridModel& model = session.window.findChild<DataGridView*>()->Model();
-        QCOMPARE(model.data(model.index(0, 3), Qt::ToolTipRole).toString(), QString("109.3"));
-    }
-
-    void TheIncludeColumnTellsAPeriodInTheFitFromOneLeftOutAndFromOneThatTheDataKeepOut()
-    {
-        Bench bench;
-        clsVeltData data(bench.run);
-        data.TimeInts(4);
-        data.MinTimeP(1990);
-        data.ColPresent(columns::Effort, true);
-        const std::array<bool, 4> included{true, true, false, false};
-        const std::array<bool, 4> toggledIn{true, false, true, false};
-        for (int row = 1; row <= 4; ++row) {
-            data.Included(row, included[static_cast<std::size_t>(row - 1)]);
-            data.ToggledIn(row, toggledIn[static_cast<std::size_t>(row - 1)]);
-        }
-        DataGridModel model;
-        model.Show(&data);
-        const QStringList marks{u"\u2713"_qs, u"\u2013"_qs, u"\u2013"_qs, u"\u2013"_qs};
-        const QString kept("The data of this period do not allow it in a fit");
-        const QStringList hints{"In the fit", "Left out of the fit", kept, kept};
-        for (int row = 0; row < 4; ++row) {
-            const QModelIndex cell = model.index(row, DataGridModel::kIncludeColumn);
-            QCOMPARE(model.data(cell, Qt::DisplayRole).toString(), marks[row]);
-            QCOMPARE(model.data(cell, Qt::ToolTipRole).toString(), hints[row]);
-            QCOMPARE(model.data(cell, Qt::AccessibleTextRole).toString(), hints[row]); // no mark is read out
-            QCOMPARE(model.data(cell, Qt::TextAlignmentRole).toInt(), int(Qt::AlignCenter));
-        }
-        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
-        QCOMPARE(model.data(value, Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
-        QCOMPARE(model.data(value, Qt::AccessibleTextRole).toString(), QString("-1"));
-    }
-
-    void TheTitlesOfTheRowsLookLikeTitlesAndTheirCellsHaveNoFullValue()
-    {
-        Bench bench;
-        clsVeltData data(bench.run);
-        data.TimeInts(1);
-        data.MinTimeP(1990);
-        data.ColPresent(columns::Effort, true);
-        data.DB(columns::Effort, 1, 2.5F);
-        DataGridModel model;
-        model.Show(&data);
-        const QPalette palette = QGuiApplication::palette();
-        for (const int column : {DataGridModel::kTimeColumn, DataGridModel::kIncludeColumn}) {
-            const QModelIndex title = model.index(0, column);
-            QCOMPARE(model.DataColOf(column), 0);
-            QCOMPARE(model.FullValue(title), QString());
-            QCOMPARE(model.data(title, Qt::BackgroundRole).value<QBrush>(), palette.button());
-            QCOMPARE(model.data(title, Qt::ForegroundRole).value<QBrush>(), palette.buttonText());
-        }
-        const QModelIndex value = model.index(0, DataGridModel::FirstDataCol);
-        QCOMPARE(model.FullValue(value), QString("2.5"));
-        QVERIFY(!model.data(value, Qt::BackgroundRole).isValid());
-        QVERIFY(!model.data(value, Qt::ForegroundRole).isValid());
-        QVERIFY(!model.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
-    }
-
-    void WhoLooksAtTheTableIsToldBeforeAndAfterAnotherDataSetComes()
-    {
-        Bench bench;
-        clsVeltData data(bench.run);
-        data.TimeInts(4);
-        DataGridModel model;
-        QSignalSpy before(&model, &QAbstractItemModel::modelAboutToBeReset);
-        QSignalSpy after(&model, &QAbstractItemModel::modelReset);
-        int rowsBefore = -1;
-        connect(&model, &QAbstractItemModel::modelAboutToBeReset, &model,
-                [&] { rowsBefore = model.rowCount(); });
-        model.Show(&data);
-        QCOMPARE(before.count(), 1);
-        QCOMPARE(after.count(), 1);
-        QCOMPARE(rowsBefore, 0); // the old table still stands then
-        QCOMPARE(model.rowCount(), 4);
-    }
-
-    void ATableOfNoDataSetIsEmpty()
-    {
-        DataGridModel model;
-        QCOMPARE(model.rowCount(), 0);
-        QCOMPARE(model.columnCount(), 0);
-        QCOMPARE(model.FullValue(model.index(0, 0)), QString());
     }
 
     void AnUnknownFileIsNotRecognised()
@@ -829,33 +682,6 @@ private slots:
         session.Entry("mnuDataPlots")->trigger();
         QCOMPARE(session.window.Graphs().UserTitles().size(), std::size_t{1});
         QVERIFY(session.Menu("mnuGraph")->isEnabled());
-    }
-
-    void TwoHundredPeriodsScrollTogetherWithTheirLabels()
-    {
-        Bench bench;
-        clsVeltData data(bench.run);
-        data.TimeInts(201); // row 201 does not exist
-        data.MinTimeP(1);
-        for (int column = 1; column <= 9; ++column)
-            data.ColPresent(column, true);
-        DataGridView view;
-        view.resize(400, 300);
-        view.Show(&data);
-        view.show();
-        QCOMPARE(view.Model().rowCount(), 200);
-        auto* scrolling = view.findChild<QTableView*>("grdData");
-        auto* fixed = view.findChild<QTableView*>("grdFixed");
-        // Whole rows, so that none is cut beside its label; columns wider than the window move smoothly.
-        QCOMPARE(scrolling->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
-        QCOMPARE(fixed->verticalScrollMode(), QAbstractItemView::ScrollPerItem);
-        QCOMPARE(scrolling->horizontalScrollMode(), QAbstractItemView::ScrollPerPixel);
-        scrolling->scrollToBottom();
-        QCoreApplication::processEvents();
-        QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),
-                 scrolling->rowAt(scrolling->viewport()->height() - 1));
-        QCOMPARE(fixed->rowAt(1), scrolling->rowAt(1));
-        QCOMPARE(view.Model().data(view.Model().index(0, 2), Qt::DisplayRole).toString(), QString("-1"));
     }
 };
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ScriptedUser.h"
 
+#include "data/CellFont.h"
+#include "data/NewDataSet.h"
+#include "data/NumberFormat.h"
 #include "files/AsciiWizard.h"
 
 #include <algorithm>
@@ -86,6 +89,15 @@ void ScriptedUser::ChoosesFit(const std::string& title, std::int32_t fitOp)
     };
 }
 
+void ScriptedUser::Selects(const std::vector<std::string>& texts)
+{
+    onListPicker = [texts](ListPicker& picker) {
+        for (ListPicker::Item& item : picker.items)
+            item.selected = std::find(texts.begin(), texts.end(), item.text) != texts.end();
+        return true;
+    };
+}
+
 bool ScriptedUser::Saw(const std::string& text) const
 {
     return std::any_of(messages.begin(), messages.end(),
@@ -156,6 +168,30 @@ bool ScriptedUser::AskAsciiWizard(AsciiWizard& wizard)
 {
     asked.emplace_back("ascii wizard");
     return Play(onAsciiWizard, wizard);
+}
+
+bool ScriptedUser::AskListPicker(ListPicker& picker)
+{
+    asked.emplace_back("list picker");
+    return Play(onListPicker, picker);
+}
+
+bool ScriptedUser::AskNumberFormat(NumberFormatChoice& choice)
+{
+    asked.emplace_back("number format");
+    return Play(onNumberFormat, choice);
+}
+
+bool ScriptedUser::AskFont(CellFont& font)
+{
+    asked.emplace_back("font");
+    return Play(onFont, font);
+}
+
+bool ScriptedUser::AskNewDataSet(NewDataSet& wanted)
+{
+    asked.emplace_back("new data set");
+    return Play(onNewDataSet, wanted);
 }
 
 void RecordingWindow::StatusText(const std::string& text)

@@ -30,6 +30,10 @@ public:
     std::function<bool(ContourRange&)> onContourRange;
     std::function<bool(MinimiserOptions&)> onOptions;
     std::function<bool(AsciiWizard&)> onAsciiWizard;
+    std::function<bool(ListPicker&)> onListPicker;
+    std::function<bool(NumberFormatChoice&)> onNumberFormat;
+    std::function<bool(CellFont&)> onFont;
+    std::function<bool(NewDataSet&)> onNewDataSet;
     std::deque<Answer> answers;                    ///< for boxes, in order
     std::deque<std::optional<std::string>> inputs; ///< for input boxes, in order; empty: Cancel
 
@@ -37,6 +41,8 @@ public:
     void Picks(const std::string& text);
     /// Picks the model of this title, and this error model with the inputs as they are offered.
     void ChoosesFit(const std::string& title, std::int32_t fitOp);
+    /// Selects these items of a list picker and no other.
+    void Selects(const std::vector<std::string>& texts);
 
     std::deque<std::string> files; ///< chosen in file dialogs, in order; empty: Cancel
 
@@ -57,6 +63,34 @@ public:
     bool AskContourRange(ContourRange& range) override;
     bool AskOptions(MinimiserOptions& options) override;
     bool AskAsciiWizard(AsciiWizard& wizard) override;
+    bool AskListPicker(ListPicker& picker) override;
+    bool AskNumberFormat(NumberFormatChoice& choice) override;
+    bool AskFont(CellFont& font) override;
+    bool AskNewDataSet(NewDataSet& wanted) override;
+};
+
+/// A clipboard of the test's own.
+class PlainClipboard : public IClipboard
+{
+public:
+    std::string text;  ///< what other programs would see
+    std::string exact; ///< the exact values beside a block of cells; empty for other text
+
+    /// Another program copied `copied`.
+    void Put(const std::string& copied) { Text(copied); }
+
+    bool HasText() const override { return !text.empty(); }
+    std::string Text() const override { return exact.empty() ? text : exact; }
+    void Text(const std::string& copied) override
+    {
+        text = copied;
+        exact.clear();
+    }
+    void Block(const std::string& displayed, const std::string& values) override
+    {
+        text = displayed;
+        exact = values;
+    }
 };
 
 /// A main window without a screen: it keeps what it is given.

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "views/GridWidget.h"
+
+#include "data/clsDataGrid.h"
+
+#include <QApplication>
+#include <QFocusEvent>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+namespace
+{
+/// The code that the controller knows a key by; 0 for keys that it leaves alone.
+int CodeOf(int key)
+{
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return grid_keys::kEnter;
+    case Qt::Key_Escape:
+        return grid_keys::kEscape;
+    case Qt::Key_Up:
+        return grid_keys::kUp;
+    case Qt::Key_Down:
+        return grid_keys::kDown;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return grid_keys::kTab;
+    default:
+        return 0;
+    }
+}
+
+bool MovesAbout(const QKeyEvent& event)
+{
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return true;
+    default:
+        return event.matches(QKeySequence::SelectAll);
+    }
+}
+
+/// Draws the cell where the selection began as spreadsheets do: in a frame, and not filled.
+class CellPainter : public QStyledItemDelegate
+{
+public:
+    explicit CellPainter(GridWidget& grid) : QStyledItemDelegate(&grid), m_grid(grid) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const GridSelection selected = m_grid.Selected();
+        const bool current =
+            selected.row == index.row() + m_grid.FixedRows() && selected.col == index.column();
+        QStyleOptionViewItem plain(option);
+        plain.state &= ~QStyle::State_HasFocus;
+        if (current)
+            plain.state &= ~QStyle::State_Selected;
+        QStyledItemDelegate::paint(painter, plain, index);
+        if (!current)
+            return;
+        constexpr int kFrame = 2;
+        painter->save();
+        painter->setPen(QPen(option.palette.color(QPalette::Highlight), kFrame));
+        painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+        painter->restore();
+    }
+
+private:
+    GridWidget& m_grid;
+};
+} // namespace
+
+CellBox::CellBox(QTableView& grid) : QLineEdit(grid.viewport()), m_grid(grid)
+{
+    setObjectName("txtEdit");
+    setFrame(false);
+    setAlignment(Qt::AlignRight);
+    setAutoFillBackground(true);
+    hide();
+}
+
+void CellBox::Text(const std::string& text)
+{
+    setText(QString::fromStdString(text)); // which also counts as not modified
+}
+
+void CellBox::ShowOver(int row, int col)
+{
+    constexpr int kShortest = 9; // average characters
+    const QModelIndex cell = m_grid.model()->index(row - 1, col);
+    m_grid.scrollTo(cell);
+    QRect place = m_grid.visualRect(cell);
+    setFont(cell.data(Qt::FontRole).value<QFont>());
+    place.setLeft(std::min(place.left(), place.right() - kShortest * fontMetrics().averageCharWidth()));
+    setGeometry(place);
+    show();
+    raise();
+}
+
+bool CellBox::event(QEvent* event)
+{
+    // Here and not in keyPressEvent: Tab would never come there, it moves the focus.
+    if (event->type() == QEvent::KeyPress && m_controller) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const int shift = key->modifiers() & Qt::ShiftModifier ? grid_keys::kShift : 0;
+        const int code = CodeOf(key->key());
+        if (code != 0 && m_controller->TextKeyDown(code, shift))
+            return true;
+    }
+    return QLineEdit::event(event);
+}
+
+void CellBox::focusInEvent(QFocusEvent* event)
+{
+    QLineEdit::focusInEvent(event);
+    if (m_controller)
+        m_controller->TextGotFocus();
+}
+
+void CellBox::focusOutEvent(QFocusEvent* event)
+{
+    QLineEdit::focusOutEvent(event);
+    if (m_controller && event->reason() != Qt::PopupFocusReason) // its own menu is no loss
+        m_controller->TextLostFocus();
+}
+
+GridWidget::GridWidget(int fixedCols, QWidget* parent)
+    : QTableView(parent), m_fixedCols(fixedCols), m_box(new CellBox(*this))
+{
+    setSelectionMode(QAbstractItemView::ContiguousSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setItemDelegate(new CellPainter(*this));
+}
+
+void GridWidget::Attach(clsDataGrid* controller)
+{
+    m_controller = controller;
+    m_box->Attach(controller);
+}
+
+GridSelection GridWidget::Selected() const
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid())
+        return {};
+    GridSelection cells = GridSelection::At(current.row() + FixedRows(), current.column());
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        if (!range.contains(current))
+            continue;
+        // The end that moves is Qt's current cell; the corner opposite to it is where the selection began.
+        const int left = std::max(range.left(), m_fixedCols);
+        cells.row = FixedRows() + (current.row() == range.top() ? range.bottom() : range.top());
+        cells.col = current.column() == left ? range.right() : left;
+    }
+    return cells;
+}
+
+void GridWidget::Select(const GridSelection& selection)
+{
+    const QModelIndex began = At(selection.row, selection.col);
+    const QModelIndex end = At(selection.rowSel, selection.colSel);
+    if (!began.isValid() || !end.isValid())
+        return;
+    setCurrentIndex(began); // from here Shift extends
+    if (began == end)
+        return;
+    selectionModel()->setCurrentIndex(end, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(
+        QItemSelection(At(selection.Top(), selection.Left()), At(selection.Bottom(), selection.Right())),
+        QItemSelectionModel::ClearAndSelect);
+}
+
+/// Not as the toolkit does it, which leaves its current cell amid the block.
+void GridWidget::selectAll()
+{
+    Select({FixedRows(), m_fixedCols, Rows() - 1, Cols() - 1});
+}
+
+std::string GridWidget::TextMatrix(int row, int col) const
+{
+    return row < FixedRows() ? model()->headerData(col, Qt::Horizontal).toString().toStdString()
+                             : At(row, col).data().toString().toStdString();
+}
+
+void GridWidget::TextMatrix(int row, int col, const std::string& text)
+{
+    model()->setData(At(row, col), QString::fromStdString(text), Qt::DisplayRole);
+}
+
+void GridWidget::Beep()
+{
+    QApplication::beep();
+}
+
+void GridWidget::keyPressEvent(QKeyEvent* event)
+{
+    const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    if (command && event->key() == Qt::Key_Space)
+        emit ToggleAsked(Selected().row);
+    else if (MovesAbout(*event))
+        QTableView::keyPressEvent(event);
+    else if (event->key() == Qt::Key_Delete && !command)
+        emit DeleteAsked();
+    else if (event->key() == Qt::Key_F2 || CodeOf(event->key()) == grid_keys::kEnter)
+        emit EditAsked(grid_keys::kEnter);
+    else if (!command && event->key() != Qt::Key_Escape && !event->text().isEmpty())
+        emit EditAsked(event->text().at(0).unicode());
+    else
+        event->ignore();
+}
+
+void GridWidget::mousePressEvent(QMouseEvent* event)
+{
+    QTableView::mousePressEvent(event);
+    if (event->button() != Qt::LeftButton || !m_controller)
+        return; // the right one comes as a wish for the menu, as the menu key does
+    m_controller->GridMouseDown(1);
+    m_pressed = !m_box->isVisible(); // a refused value keeps its box, and the release has nothing to say
+}
+
+void GridWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!m_box->isVisible())
+        QTableView::mouseMoveEvent(event);
+}
+
+void GridWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    QTableView::mouseReleaseEvent(event);
+    if (m_pressed && m_controller && event->button() == Qt::LeftButton)
+        m_controller->GridMouseUp();
+    m_pressed = false;
+}
+
+void GridWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && indexAt(event->pos()).isValid())
+        emit EditAsked(0);
+    m_pressed = false; // the release that follows would close the box again
+}
+
+void GridWidget::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (m_controller)
+        m_controller->GridMouseDown(2);
+    event->accept();
+}
+
+void GridWidget::focusInEvent(QFocusEvent* event)
+{
+    QTableView::focusInEvent(event);
+    // A click that brings the focus commits the box itself, before anything else.
+    if (m_controller && event->reason() != Qt::MouseFocusReason)
+        m_controller->GridGotFocus();
+}
