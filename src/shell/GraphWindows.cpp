@@ -75,6 +75,8 @@ void GraphWindows::Clear(bool histogramsOnly)
         return;
     }
     m_windows.clear();
+    if (m_hands.highlight)
+        m_hands.highlight(0);
     for (const QPointer<frmGraph>& surface : m_surfaces) {
         if (surface)
             surface->close();

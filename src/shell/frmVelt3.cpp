@@ -98,6 +98,7 @@ frmVelt3::frmVelt3(IUser* user)
 frmVelt3::~frmVelt3()
 {
     HourglassOff();
+    m_graphs.Listen({});
     m_edit->Steps().disconnect(this);
     m_edit.reset(); // lets go of the table; a window that is destroyed while it shows lays it out once more
 }

@@ -27,7 +27,6 @@ void DataGridModel::Show(const TableSheet* sheet)
 {
     beginResetModel();
     m_sheet = sheet;
-    m_highlight = 0;
     m_rows = sheet ? sheet->Rows() - TableSheet::FirstDataRow : 0;
     m_columns = sheet ? sheet->Cols() : 0;
     endResetModel();

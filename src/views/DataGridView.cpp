@@ -51,6 +51,8 @@ public:
         box.state = cell.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
         if (index.flags() & Qt::ItemIsEnabled)
             box.state |= QStyle::State_Enabled;
+        else
+            box.palette.setCurrentColorGroup(QPalette::Disabled);
         style->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, widget);
     }
 
@@ -92,6 +94,7 @@ DataGridView::DataGridView(QWidget* parent)
     both->addWidget(m_scrolling, 1);
     setFocusProxy(m_scrolling);
     Link();
+    ShowTint();
 }
 
 void DataGridView::SetUp(QTableView& view, const char* name)
@@ -211,6 +214,8 @@ void DataGridView::ShowTint()
     if (m_editMode)
         palette.setColor(QPalette::Base, EditTint(palette));
     m_scrolling->setPalette(palette);
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window)); // where no row is
+    m_fixed->setPalette(palette);
 }
 
 void DataGridView::SizeColumns()

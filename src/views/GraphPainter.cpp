@@ -92,7 +92,7 @@ void AddHighlight(QCustomPlot& plot, const ModelGraph& graph)
     if (!Drawn(x) || !Drawn(value))
         return;
     const QCPScatterStyle ring(QCPScatterStyle::ssCircle, Pen(kHighlighted, 2.2), Qt::NoBrush,
-                               2.0 * SymbolSize(graph));
+                               1.6 * SymbolSize(graph));
     AddToLegend(*AddSymbols(plot, {{x}, {value}}, ring), Words(kHighlightedText));
 }
 

@@ -66,8 +66,10 @@ public:
             selected.row == index.row() + m_grid.FixedRows() && selected.col == index.column();
         QStyleOptionViewItem plain(option);
         plain.state &= ~QStyle::State_HasFocus;
-        if (current)
+        if (current) { // the table has filled it as a selected cell
             plain.state &= ~QStyle::State_Selected;
+            painter->fillRect(option.rect, option.palette.base());
+        }
         QStyledItemDelegate::paint(painter, plain, index);
         if (!current)
             return;
