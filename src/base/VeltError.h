@@ -13,6 +13,7 @@ namespace errors
 {
 inline constexpr std::uint32_t kUnrecognisedFile = 2251;
 inline constexpr std::uint32_t kReadObj = 2253;
+inline constexpr std::uint32_t kWriteObj = 2254;
 inline constexpr std::uint32_t kImportNoDescription = 2255;
 inline constexpr std::uint32_t kImportColumns = 2256;
 inline constexpr std::uint32_t kImportData = 2257;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Windows1252.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace
 {
@@ -47,6 +49,37 @@ Sequence SequenceOf(unsigned char lead)
         return {4, 0x10000, lead & 0x07U};
     return {0, 0, 0};
 }
+
+/// Takes the first code point off the front of `text`; nothing, and `text` as it was, where none stands
+/// there.
+std::optional<std::uint32_t> TakePoint(std::string_view& text)
+{
+    const Sequence sequence = SequenceOf(static_cast<unsigned char>(text.front()));
+    if (sequence.length == 0 || sequence.length > text.size())
+        return std::nullopt;
+    std::uint32_t point = sequence.bits;
+    for (std::size_t i = 1; i < sequence.length; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0U) != 0x80U)
+            return std::nullopt;
+        point = (point << 6U) | (byte & 0x3FU);
+    }
+    const bool surrogate = point >= 0xD800 && point <= 0xDFFF;
+    if (point < sequence.least || point > 0x10FFFF || surrogate)
+        return std::nullopt;
+    text.remove_prefix(sequence.length);
+    return point;
+}
+
+std::optional<char> ByteOf(std::uint32_t point)
+{
+    if (point < 0x80 || (point >= 0xA0 && point <= 0xFF))
+        return static_cast<char>(point);
+    const auto at = std::find(kHighBlock.begin(), kHighBlock.end(), static_cast<char16_t>(point));
+    if (point > 0xFFFF || at == kHighBlock.end())
+        return std::nullopt;
+    return static_cast<char>(0x80 + (at - kHighBlock.begin()));
+}
 } // namespace
 
 std::string FromWindows1252(std::string_view bytes)
@@ -62,21 +95,30 @@ std::string FromWindows1252(std::string_view bytes)
 
 bool IsUtf8(std::string_view text)
 {
-    for (std::size_t at = 0; at < text.size();) {
-        const Sequence sequence = SequenceOf(static_cast<unsigned char>(text[at]));
-        if (sequence.length == 0 || sequence.length > text.size() - at)
+    while (!text.empty())
+        if (!TakePoint(text))
             return false;
-        std::uint32_t point = sequence.bits;
-        for (std::size_t i = 1; i < sequence.length; ++i) {
-            const auto byte = static_cast<unsigned char>(text[at + i]);
-            if ((byte & 0xC0U) != 0x80U)
-                return false;
-            point = (point << 6U) | (byte & 0x3FU);
-        }
-        const bool surrogate = point >= 0xD800 && point <= 0xDFFF;
-        if (point < sequence.least || point > 0x10FFFF || surrogate)
+    return true;
+}
+
+std::string ToWindows1252(std::string_view text)
+{
+    std::string bytes;
+    while (!text.empty()) {
+        const auto point = TakePoint(text);
+        if (!point)
+            text.remove_prefix(1);
+        bytes += point ? ByteOf(*point).value_or('?') : '?';
+    }
+    return bytes;
+}
+
+bool FitsWindows1252(std::string_view text)
+{
+    while (!text.empty()) {
+        const auto point = TakePoint(text);
+        if (!point || !ByteOf(*point))
             return false;
-        at += sequence.length;
     }
     return true;
 }

@@ -9,6 +9,12 @@
 /// of the same number.
 std::string FromWindows1252(std::string_view bytes);
 
+/// `text` (UTF-8) in the code page; a character that it lacks, and a byte that is no UTF-8, becomes a "?".
+std::string ToWindows1252(std::string_view text);
+
+/// Whether the code page has every character of `text`.
+bool FitsWindows1252(std::string_view text);
+
 /// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool IsUtf8(std::string_view text);
 

@@ -9,9 +9,9 @@ constexpr std::string_view kEndsOfCell = "\t\r\n";
 std::string TakeCell(std::string_view& text)
 {
     if (!text.starts_with('"')) {
-        const std::string cell(text.substr(0, text.find_first_of(kEndsOfCell)));
-        text.remove_prefix(cell.size());
-        return cell;
+        std::string plain(text.substr(0, text.find_first_of(kEndsOfCell)));
+        text.remove_prefix(plain.size());
+        return plain;
     }
     std::string cell;
     for (std::size_t i = 1; i < text.size(); ++i) {

@@ -28,8 +28,6 @@ class clsDataGrid
 public:
     /// Both must outlive this object.
     clsDataGrid(IUser& user, IClipboard& clipboard) : m_user(user), m_clipboard(clipboard) {}
-    clsDataGrid(const clsDataGrid&) = delete;
-    clsDataGrid& operator=(const clsDataGrid&) = delete;
 
     /// The window to serve. It must outlive this object or be replaced.
     void Create(IDataGrid& host) { m_host = &host; }

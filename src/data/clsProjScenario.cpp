@@ -6,4 +6,11 @@
 void clsProjScenario::Vector(int i, double value)
 {
     m_vector(i) = checked::ToInt32(value);
+    m_short(i) = false;
+}
+
+void clsProjScenario::Stored(int i, double value, bool isShort)
+{
+    Vector(i, value);
+    m_short(i) = isShort;
 }

@@ -39,6 +39,11 @@ public:
     /// \throws VeltError 6 when it does not fit 32 bits; the element is then as it was.
     void Vector(int i, double value);
 
+    /// Whether element i stands as a 16-bit number in the project file, as one does that was never set.
+    bool IsShort(int i) const { return m_short(i); }
+    /// An element as the project file has it. \throws VeltError 6 as above
+    void Stored(int i, double value, bool isShort);
+
     const std::string& Title() const { return m_title; }
     void Title(std::string title) { m_title = std::move(title); }
 
@@ -46,5 +51,6 @@ private:
     std::int32_t m_vecType = vec_type::kEffort;
     Array1<float, kPoints> m_popTraj;
     Array1<std::int32_t, kPoints> m_vector;
+    Array1<bool, kPoints> m_short{true};
     std::string m_title;
 };

@@ -103,13 +103,23 @@ public:
     bool IsDirty() const { return m_isDirty; }
     /// What stands on disk is what stands here.
     void MarkSaved() { m_isDirty = false; }
+    void MarkChanged() { m_isDirty = true; }
 
     // As the project file told them; nothing in the program changes them.
     std::int32_t NumLoggedRuns() const { return m_stored.numLoggedRuns; }
     std::int32_t V2KLoggedFits() const { return m_stored.loggedFits; }
     std::int32_t V2kProjScens() const { return m_stored.projScens; }
 
+    /// Counts as a project file tells them.
+    struct StoredCounts {
+        std::int32_t numLoggedRuns = 0;
+        std::int32_t loggedFits = 0;
+        std::int32_t projScens = 0;
+    };
+    void Stored(const StoredCounts& counts) { m_stored = counts; }
+
     /// True: the next file operation handles the body of a logged fit, not the project's own data.
+    bool LogOrReload() const { return m_logOrReload; }
     void LogOrReload(bool value) { m_logOrReload = value; }
 
     // Projection scenarios, in the order of adding, from 1. Titles are told apart by their first 30
@@ -180,13 +190,6 @@ private:
         field = std::move(value);
         m_isDirty = true;
     }
-
-    /// Counts found in the project file, to drive its reader.
-    struct StoredCounts {
-        std::int32_t numLoggedRuns = 0;
-        std::int32_t loggedFits = 0;
-        std::int32_t projScens = 0;
-    };
 
     std::reference_wrapper<Run> m_run; // not a plain reference: a data set built aside is moved in whole
     DataTable m_table;
