@@ -66,6 +66,10 @@ struct RangeQuestion {
 /// A file to be chosen.
 struct FileQuestion {
     std::string filter; ///< as "Text (*.txt)", several parted by ";;"
+    // For a file to be written:
+    std::string title = {};
+    std::string suggestion = {}; ///< name or path
+    std::string ending = {};     ///< put behind a name without one, "vl3"
 };
 
 /// Questions to the person at the desk. A dialog is record in, record out: the operation fills its form from
@@ -80,6 +84,9 @@ public:
                                                 const std::string& suggestion) = 0;
     /// The full path of an existing file; nothing for Cancel.
     virtual std::optional<std::string> AskFileToOpen(const FileQuestion& question) = 0;
+    /// The full path of a file to write, which the user has agreed to replace if it exists; nothing for
+    /// Cancel.
+    virtual std::optional<std::string> AskFileToSave(const FileQuestion& question) = 0;
     virtual bool AskSelection(Selection& selection) = 0;
     virtual bool AskRange(RangeQuestion& question) = 0;
     virtual bool AskInputParams(InputParams& params) = 0;

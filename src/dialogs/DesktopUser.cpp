@@ -134,6 +134,20 @@ std::optional<std::string> DesktopUser::AskFileToOpen(const FileQuestion& questi
     return path.isEmpty() ? std::nullopt : std::optional(path.toStdString());
 }
 
+std::optional<std::string> DesktopUser::AskFileToSave(const FileQuestion& question)
+{
+    const PlainPointer pointer;
+    QFileDialog dialog(Over(), QString::fromStdString(question.title));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(QString::fromStdString(question.filter));
+    // The ending is added inside the dialog, which then asks before it replaces a file of that name.
+    dialog.setDefaultSuffix(QString::fromStdString(question.ending));
+    dialog.selectFile(QString::fromStdString(question.suggestion));
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.selectedFiles().constFirst().toStdString();
+}
+
 bool DesktopUser::AskSelection(Selection& selection)
 {
     const PlainPointer pointer;

@@ -16,6 +16,7 @@ public:
     std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
                                         const std::string& suggestion) override;
     std::optional<std::string> AskFileToOpen(const FileQuestion& question) override;
+    std::optional<std::string> AskFileToSave(const FileQuestion& question) override;
     bool AskSelection(Selection& selection) override;
     bool AskRange(RangeQuestion& question) override;
     bool AskInputParams(InputParams& params) override;

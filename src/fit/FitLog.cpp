@@ -3,7 +3,11 @@
 
 #include "base/StringTable.h"
 #include "base/Text.h"
+#include "data/ProjectData.h"
 #include "data/clsVeltData.h"
+#include "fit/ProjectFile.h"
+#include "fit/Remarks.h"
+#include "fit/clsMethManager.h"
 
 #include <utility>
 
@@ -19,9 +23,10 @@ std::string AskFitName(const clsVeltData& data, std::string name)
             name = user.InputBox(LoadResString(1942), taken.title, "").value_or("");
         if (Trim(name).empty())
             return {};
-        if (!data.HasLoggedFit(name))
+        const auto refusal = RefusalOfName(name);
+        if (!refusal && !data.HasLoggedFit(name))
             return name;
-        user.Show(taken);
+        user.Show(refusal ? Message{.text = *refusal} : taken);
         name.clear();
     }
 }
@@ -32,4 +37,75 @@ clsFit* GetANewLog(clsVeltData& data, std::int32_t whichMeth, std::int32_t fitOp
 {
     const std::string given = AskFitName(data, std::move(name));
     return given.empty() ? nullptr : &data.NewLoggedFit(whichMeth, fitOp, given, now());
+}
+
+void clsMethManager::SaveAsVELT3()
+{
+    m_project->Save();
+}
+
+bool clsMethManager::LogCurrentFit(const std::string& name)
+{
+    const bool wasDirty = m_data->IsDirty();
+    m_data->LogOrReload(true);
+    clsFit* const fit = GetANewLog(*m_data, m_method->WhichMeth(), m_method->FitOp(), name);
+    if (fit == nullptr)
+        return false;
+    try {
+        m_project->Append(*fit, project_file::WriteBody(m_method->SaveAsVELT3(), m_method->WhichMeth()));
+        m_project->Save();
+    } catch (VeltError& error) {
+        m_data->DeleteLoggedFit(fit->FitName()); // what is not on disk is not logged
+        if (!wasDirty)
+            m_data->MarkSaved();
+        error.source = "VELT 3.0_LogCurrentFit";
+        throw;
+    }
+    m_fitLogged = true;
+    return true;
+}
+
+void clsMethManager::TakeStoredFit(const clsFit& fit)
+{
+    m_currMethType = fit.MethType();
+    m_method = NewMethod(m_currMethType);
+    m_method->Create(*m_data);
+    m_method->WhichMeth(m_currMethType);
+    m_inputs.FitOp = fit.FitOp();
+    m_methDefined = true;
+    m_data->LogOrReload(true);
+    m_method->OpenAsVELT3(project_file::ReadBody(m_project->BodyOf(fit), m_currMethType));
+    m_method->SetColumnRefs();
+    m_method->CalcDiscCatches();
+    PullResults();
+    m_method->CopyFinalToWorkEsts();
+    m_method->CalcPopTraj();
+    m_fitRemarks = RemarksOfFit(*m_method, *m_data);
+}
+
+void clsMethManager::ReLoadFit(const clsFit& fit)
+{
+    Reset();
+    const DataTable before = m_data->Table();
+    const bool wasDirty = m_data->IsDirty();
+    const std::int32_t former = m_currMethType;
+    try {
+        TakeStoredFit(fit);
+        m_run.window.SetUpDataGrid();
+        m_method->BuildModelGraphs();
+        PullResults();
+        if (m_method->IsBSDone()) {
+            NumBootStraps(m_method->NumBootStraps());
+            m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
+        }
+    } catch (const VeltError&) {
+        m_data->Table(before);
+        if (!wasDirty)
+            m_data->MarkSaved();
+        m_currMethType = former;
+        Reset();
+        m_run.window.ClearGraphs(false);
+        m_run.window.SetUpDataGrid();
+        throw;
+    }
 }

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+class ProjectFile;
+
 /// The fit manager: the one object between the main window and the models. It owns the current model, the
 /// inputs of the current fit and a copy of its results; the mathematics stays in the models.
 class clsMethManager
@@ -28,6 +30,8 @@ public:
     /// Keeps the data set, which must outlive the manager, and starts with no fit.
     void Create(clsVeltData& data);
     void Reset();
+    /// The project behind the data set; it must outlive the manager.
+    void Project(ProjectFile& project) { m_project = &project; }
 
     /// The whole way from the list of models to the report and the graphs. With `keepInputs` the model, the
     /// inputs and the two check boxes of the former fit stand; otherwise, or when no model was ever chosen,
@@ -70,6 +74,18 @@ public:
     /// what goes wrong and may try again. \return whether a table was imported; the data set is empty
     /// otherwise
     bool ImportASCIIFile(const std::string& path);
+
+    /// Writes the project; see ProjectFile. The project must have been given.
+    void SaveAsVELT3();
+    /// Logs the current fit under `name`, which is asked for when it is empty, and writes the project at
+    /// once. \return false when the user gave no name: nothing has changed then, but that the next file
+    /// operation is
+    ///         still that of a log. Deliberate. \throws VeltError the fit could not be written: it is not
+    ///         logged
+    bool LogCurrentFit(const std::string& name = {});
+    /// Brings a logged fit back: its data, its results, its graphs. It counts as not logged.
+    /// \throws VeltError there is then no fit, and the data set is as it was
+    void ReLoadFit(const clsFit& fit);
 
     // Copies of the results, filled when a fit is done; a value the model does not have keeps what it held.
     float Result(model_table::Quantity quantity) const
@@ -129,6 +145,7 @@ private:
         float RSqr = 0.0F;
     };
 
+    void TakeStoredFit(const clsFit& fit);
     void BuildModelList();
     bool HasEnoughPoints(std::int32_t needed) const;
     bool ChooseModel();
@@ -147,6 +164,7 @@ private:
 
     Run& m_run;
     clsVeltData* m_data = nullptr;
+    ProjectFile* m_project = nullptr;
     std::unique_ptr<IMethod> m_method;
     std::int32_t m_currMethType = 0;
     std::int32_t m_lastExcuse = 0;

@@ -25,6 +25,8 @@ public:
     double Coefficient(int column) const { return m_regress.Coefficient(column); }
     std::span<const double> Weights() const { return m_w.All(); } ///< of the periods whose rows were given
 
+    double SecondRegressor(int i) const { return m_x[1](i); }
+
     /// FittedVec and ResidVec (times the root of the weight) of the Included periods, from the coefficients.
     void FillResiduals(ModelState& m) const;
 

@@ -37,6 +37,9 @@ protected:
     void GammaFinalEstimates() override;
     void LSQBootStraps() override;
     void DrawLogCatch() override;
+    project_file::TaggedArray StoredWeights() const override;
+    project_file::TaggedArray StoredTimes() const override;
+    void PrepareReloaded() override;
     double Objective(std::span<const double> x) override;
     double SurfaceValue(std::span<const double> x) override;
 

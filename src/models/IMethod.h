@@ -11,6 +11,10 @@
 #include <vector>
 
 class clsVeltData;
+namespace project_file
+{
+struct Body;
+}
 
 /// Model numbers (`WhichMeth`).
 namespace models
@@ -155,6 +159,13 @@ public:
     virtual void CopyFinalToWorkEsts() = 0;
     virtual void CopyQANDFinalToWorkEsts() = 0;
     virtual void CopyBStrapsToWorkEsts(std::int16_t n) = 0;
+
+    /// The fit with all that it takes to show it again: the model, the data set as it stands, the replicates.
+    virtual project_file::Body SaveAsVELT3() const = 0;
+    /// Takes a stored fit, and its data in place of those of the data set; afterwards the model answers as
+    /// after that fit. \pre Create and WhichMeth were called
+    /// \throws VeltError the body holds what no fit of this model can; the data set may have changed then
+    virtual void OpenAsVELT3(const project_file::Body& body) = 0;
 
     /// First call on a new object: the defaults of the class, then the data set.
     virtual void Create(clsVeltData& data) = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engines/VELT_NelMead.h"
+#include "files/ProjectRecords.h"
 #include "models/Bootstraps.h"
 #include "models/ContourGrid.h"
 #include "models/GammaFit.h"
@@ -93,6 +94,8 @@ public:
     bool BuildModelGraphs() override;
     void CalcBootStrapHistos(float low, float high) override;
     void Create(clsVeltData& data) override;
+    project_file::Body SaveAsVELT3() const override;
+    void OpenAsVELT3(const project_file::Body& body) override;
     FitDetails Details() const override;
     FitSurface Surface() override { return FitSurface(*this); }
     std::optional<double> ReplacedStart() const override { return m.replacedStart; }
@@ -161,6 +164,15 @@ protected:
     virtual ContourWords WordsOfContours() const { return {}; }
     virtual void PrepareContours();
     virtual double GridValue(double first, double second);
+
+    // What of a stored fit differs by class. Arrays have one element a period.
+    virtual project_file::TaggedNumber StoredZ() const { return m_stored.Z; }
+    virtual void TakeStoredZ(const project_file::TaggedNumber&) {}
+    virtual project_file::TaggedArray StoredWeights() const = 0;
+    virtual project_file::TaggedArray StoredTimes() const = 0;
+    /// Works out what a fit leaves behind and a project does not store.
+    virtual void PrepareReloaded() = 0;
+    project_file::TaggedArray TimeLabels(const std::function<bool(int i)>& has) const;
 
     // The surface around a fit.
     ModelState& State() override { return m; }
@@ -231,6 +243,17 @@ private:
     double ValueOf(model_table::Quantity quantity, const Estimates& of) const;
     void SortBootstraps();
     double OnceMoreFromHome(std::span<const double> x, double failed);
+    void TakeReplicates(const project_file::BootStrapRecord& replicates);
+
+    /// What a stored fit holds and no calculation reads; a fit that is logged once more keeps it.
+    struct StoredRest {
+        project_file::TaggedNumber Z;
+        std::int32_t unnamed12 = 0;
+        std::int16_t unnamed15 = 0;
+        std::int32_t unnamed26 = 0;
+        std::optional<project_file::TaggedArray> weights, times;
+    };
 
     std::string m_className;
+    StoredRest m_stored;
 };

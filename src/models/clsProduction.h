@@ -75,6 +75,11 @@ protected:
     void AddYieldGraph() override;
     double Derived(model_table::Quantity quantity, const Estimates& of) const override;
     std::optional<Start> SurfaceStart(std::size_t number) override;
+    project_file::TaggedNumber StoredZ() const override;
+    void TakeStoredZ(const project_file::TaggedNumber& z) override;
+    project_file::TaggedArray StoredWeights() const override;
+    project_file::TaggedArray StoredTimes() const override;
+    void PrepareReloaded() override;
 
 private:
     /// What differs between the searches of the three error models.

@@ -43,6 +43,8 @@ protected:
     bool KeepRefit(int b) override;
     void AfterReplicates(int drawnAgain) override;
     double ExpectedMeanPop(int i) const override;
+    project_file::TaggedNumber StoredZ() const override;
+    void TakeStoredZ(const project_file::TaggedNumber& z) override;
     ContourWords WordsOfContours() const override { return {"Contour Plot", "RIM - PlotInitContours"}; }
 
 private:

@@ -144,6 +144,7 @@ void EditCommands::LeaveEditMode()
     m_steps.clear();
     m_around.grid.EditMode(false);
     TheRun().window.SetUpDataGrid();
+    m_around.project.File().KeepCopy();
 }
 
 /// Data are only ever changed in Edit Mode; the menu sees to it, keys do not know.
@@ -262,7 +263,6 @@ void EditCommands::DeleteColumn()
 
 void EditCommands::Changed(const std::string& what, const TableSheet::State& before)
 {
-    m_around.project.NoteTyping();
     if (m_editMode)
         m_steps.push(new TableChange(*this, what, before, m_sheet.Now())); // the stack takes it over
     m_around.grid.Refresh();

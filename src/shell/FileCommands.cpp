@@ -2,19 +2,55 @@
 #include "shell/FileCommands.h"
 
 #include "base/FileType.h"
+#include "base/Paths.h"
 #include "base/StringTable.h"
+#include "base/Text.h"
 #include "data/NewDataSet.h"
 
-/// Whether the data set and its fit may go: what was typed cannot be saved in this version.
-bool FileCommands::MayLose() const
+#include <filesystem>
+
+namespace
 {
-    const bool typed = m_project.FileOpen() && m_project.Typed();
-    return (!typed ||
-            m_project.TheRun().reporter.Show(
-                {.text = "This version cannot save data sets yet. What was changed in this one will "
-                         "be lost. Continue?",
-                 .buttons = Buttons::YesNo}) == Answer::Yes) &&
-           m_project.MayClearFit();
+constexpr const char* kProjectEnding = ".VL3";
+
+bool IsProjectName(const std::string& path)
+{
+    return ToUpper(path).ends_with(kProjectEnding);
+}
+
+/// The name that Save As offers for a data set that came from `path`.
+std::string SuggestionFor(const std::string& path)
+{
+    if (path.empty())
+        return {};
+    const std::string name = GetBaseName(path) + kProjectEnding;
+    return (std::filesystem::path(path).parent_path() / name).string();
+}
+} // namespace
+
+bool FileCommands::Says(const std::string& question) const
+{
+    return TheRun().reporter.Show({.text = question, .buttons = Buttons::YesNo}) == Answer::Yes;
+}
+
+Answer FileCommands::QuerySaveChanges() const
+{
+    if (!m_project.FileOpen() || !m_project.Data().IsDirty())
+        return Answer::No;
+    return TheRun().reporter.Show({.text = LoadResString(1926), .buttons = Buttons::YesNoCancel});
+}
+
+/// Whether the data set and its fit may go. A save that was abandoned keeps them.
+bool FileCommands::MayLose()
+{
+    switch (QuerySaveChanges()) {
+    case Answer::Yes:
+        return Save() && m_project.MayClearFit();
+    case Answer::No:
+        return m_project.MayClearFit();
+    default:
+        return false;
+    }
 }
 
 void FileCommands::New()
@@ -23,17 +59,18 @@ void FileCommands::New()
         return;
     Drop();
     NewDataSet wanted;
-    if (!m_project.TheRun().user.AskNewDataSet(wanted))
+    if (!TheRun().user.AskNewDataSet(wanted))
         throw UserCancelled("frmVelt3_mnuNew_Click");
     Begin(m_project.Data(), wanted);
-    m_project.NoteTyping();
+    m_project.FileOpen(true);
+    Save();
     m_project.View().EnterEditMode();
     if (m_project.Data().TimeInts() > m_project.Data().ShownRows())
-        m_project.TheRun().reporter.Show(
-            {.text = "This range has " + std::to_string(m_project.Data().TimeInts()) +
-                     " time periods, and a table has room for " + std::to_string(clsVeltData::kRows) +
-                     ". The last one cannot hold data.",
-             .icon = Icon::Information});
+        TheRun().reporter.Show({.text = "This range has " + std::to_string(m_project.Data().TimeInts()) +
+                                        " time periods, and a table has room for " +
+                                        std::to_string(clsVeltData::kRows) +
+                                        ". The last one cannot hold data.",
+                                .icon = Icon::Information});
 }
 
 void FileCommands::Open()
@@ -41,7 +78,8 @@ void FileCommands::Open()
     if (!MayLose())
         return;
     Drop();
-    const auto path = m_project.TheRun().user.AskFileToOpen({.filter = "Text (*.txt)"});
+    const auto path = TheRun().user.AskFileToOpen(
+        {.filter = "Projects and tables (*.vl3 *.txt);;Velt 3.0 (*.vl3);;Text (*.txt)"});
     if (path)
         Load(*path);
 }
@@ -51,7 +89,9 @@ void FileCommands::Open(const std::string& path)
     if (!MayLose())
         return;
     Drop();
-    Load(path);
+    std::error_code error;
+    const std::filesystem::path whole = std::filesystem::absolute(path, error);
+    Load(error ? path : whole.string());
 }
 
 void FileCommands::Close()
@@ -63,29 +103,134 @@ void FileCommands::Close()
 void FileCommands::Drop()
 {
     m_project.Fits().DisplayParameters(false);
-    m_project.TheRun().window.ClearGraphs(false);
+    TheRun().window.ClearGraphs(false);
     m_project.Renew();
-    m_project.TheRun().window.EnableControls();
+    TheRun().window.EnableControls();
 }
 
 /// Loads `path` in place of nothing: the former data set has been closed.
 void FileCommands::Load(const std::string& path)
 {
-    Run& run = m_project.TheRun();
-    run.window.StatusText(LoadResString(61));
+    TheRun().window.StatusText(LoadResString(61));
     FileType type = GetFileType(path);
-    if (!CheckFileAccess(path, FileAccess::Read, run.reporter))
+    if (!CheckFileAccess(path, FileAccess::Read, TheRun().reporter))
         type = FileType::NotRecognised;
-    if (type == FileType::Text) {
-        // A failed import leaves an empty data set, which is shown as it is: it explains itself.
-        m_project.Fits().ImportASCIIFile(path);
-        run.window.SetUpDataGrid();
-    } else if (type == FileType::Velt3 || type == FileType::Velt2) {
-        run.reporter.Show(
-            {.text = "This version cannot open projects yet. Open a text file (*.txt) instead."});
-    } else {
-        run.reporter.Show({.text = LoadResString(60)});
+    if (type == FileType::Text)
+        Import(path);
+    else if (type == FileType::Velt3)
+        OpenVelt3(path);
+    else if (type == FileType::Velt2)
+        TheRun().reporter.Show({.text = "This version cannot open projects of version 2.0 yet."});
+    else
+        TheRun().reporter.Show({.text = LoadResString(60)});
+    TheRun().window.StatusText(TheRun().globals.Ready);
+    TheRun().window.EnableControls();
+}
+
+/// A failed import leaves an empty data set, which is shown as it is: it explains itself. One that succeeded
+/// becomes a project before work begins.
+void FileCommands::Import(const std::string& path)
+{
+    const bool imported = m_project.Fits().ImportASCIIFile(path);
+    TheRun().window.SetUpDataGrid();
+    if (!imported)
+        return;
+    m_project.View().NoteFile(path);
+    m_project.File().KeepCopy();
+    SaveAs();
+}
+
+void FileCommands::OpenVelt3(const std::string& path)
+{
+    if (ScratchFolder::IsOpenElsewhere(path) &&
+        !Says(
+            "Another VELT on this computer has this project open:\n" + path +
+            "\n\nWhat one of them saves, the other does not see, and would replace with its own. Open it all "
+            "the same?"))
+        return;
+    const auto failedConversion = m_project.File().Open(path);
+    m_project.View().NoteFile(path);
+    ShowProject(failedConversion);
+}
+
+void FileCommands::ShowProject(const std::optional<VeltError>& failedConversion)
+{
+    TheRun().window.SetUpDataGrid();
+    if (failedConversion)
+        TheRun().reporter.HandleError(
+            *failedConversion, "frmVelt3_mnuOpen_Click",
+            "The project is open with its columns as they stand in the file. Mend the "
+            "data in Edit Mode before you fit them.");
+}
+
+bool FileCommands::Save()
+{
+    if (!IsProjectName(m_project.Data().DSFName()))
+        return SaveAs();
+    if (m_project.File().ChangedOnDisk() &&
+        !Says("The project on disk was changed since it was opened here:\n" + m_project.Data().DSFName() +
+              "\n\nReplace it by what is open here?"))
+        return false;
+    IMainWindow& window = TheRun().window;
+    window.StatusText(TheRun().globals.SavingFile);
+    window.HourglassOn();
+    m_project.Fits().SaveAsVELT3(); // what fails here ends the command, which puts the pointer back
+    window.HourglassOff();
+    m_project.View().ShowCaption();
+    m_project.View().NoteFile(m_project.Data().DSFName());
+    window.StatusText(TheRun().globals.Ready);
+    return true;
+}
+
+bool FileCommands::SaveAs()
+{
+    const std::string before = m_project.Data().DSFName();
+    auto path = TheRun().user.AskFileToSave({.filter = "VELT3 (*.vl3)",
+                                             .title = "Save As",
+                                             .suggestion = SuggestionFor(before),
+                                             .ending = "vl3"});
+    if (!path)
+        return false;
+    if (!IsProjectName(*path)) { // the dialog has asked about another name
+        *path += ".vl3";
+        if (!CheckFileAccess(*path, FileAccess::Write, TheRun().reporter))
+            return false;
     }
-    run.window.StatusText(run.globals.Ready);
-    run.window.EnableControls();
+    if (*path != before && ScratchFolder::IsOpenElsewhere(*path) &&
+        !Says("Another VELT on this computer has this project open:\n" + *path +
+              "\n\nReplace it all the same?"))
+        return false;
+    m_project.Data().DSFName(*path);
+    m_project.File().ForgetDisk(); // the user has agreed to replace what stands there
+    try {
+        return Save();
+    } catch (...) {
+        m_project.Data().DSFName(before);
+        throw;
+    }
+}
+
+void FileCommands::OfferLeftovers()
+{
+    for (const ScratchFolder::Leftover& leftover : ScratchFolder::Leftovers()) {
+        const std::string name =
+            leftover.origin.empty() ? "a data set that was not saved yet" : leftover.origin;
+        const Answer answer = TheRun().reporter.Show(
+            {.text =
+                 "VELT ended unexpectedly while this was open:\n" + name +
+                 "\n\nIts working copy was found. Open it as a project with unsaved changes? No removes the "
+                 "copy, Cancel leaves it for the next start.",
+             .icon = Icon::Question,
+             .buttons = Buttons::YesNoCancel});
+        if (answer == Answer::No)
+            ScratchFolder::Discard(leftover);
+        if (answer != Answer::Yes)
+            continue;
+        if (!MayLose())
+            return;
+        Drop();
+        ShowProject(m_project.File().OpenLeftover(leftover));
+        ScratchFolder::Discard(leftover);
+        return;
+    }
 }

@@ -5,26 +5,38 @@
 
 #include <string>
 
-/// The commands of the File menu. Each asks before it takes a fit away; what fails is raised or told.
+/// The commands of the File menu: when a data set comes and goes. Each asks before work would be lost; what
+/// fails is raised or told.
 class FileCommands
 {
 public:
     explicit FileCommands(OpenProject& project) : m_project(project) {}
 
-    /// A data set as the user describes it, to be filled in Edit Mode.
+    /// A data set as the user describes it, saved under a name that is asked for, to be filled in Edit Mode.
     /// \throws VeltError "User Cancelled." when the description is cancelled
     void New();
     void Open();
-    /// Closes what is open and opens the file at `path`.
+    /// Closes what is open and opens the file at `path`, relative to the working folder.
     void Open(const std::string& path);
+    /// Writes the project; one that has no project file yet goes through SaveAs. \return whether it is saved
+    bool Save();
+    bool SaveAs();
     void Close();
-    /// Whether the program may end.
-    bool MayExit() const { return MayLose(); }
+    /// Whether the program may end: changes are saved, or the user lets them go.
+    bool MayExit() { return MayLose(); }
+    /// Offers what a crash left behind. Yes opens it, No removes it, Cancel leaves it for the next start.
+    void OfferLeftovers();
 
 private:
-    bool MayLose() const;
+    bool MayLose();
+    Answer QuerySaveChanges() const;
     void Drop();
     void Load(const std::string& path);
+    void OpenVelt3(const std::string& path);
+    void Import(const std::string& path);
+    void ShowProject(const std::optional<VeltError>& failedConversion);
+    bool Says(const std::string& question) const;
+    Run& TheRun() const { return m_project.TheRun(); }
 
     OpenProject& m_project;
 };

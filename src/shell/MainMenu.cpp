@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QCursor>
+#include <QFileInfo>
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
@@ -22,18 +23,21 @@ struct MainMenu::Entry {
 MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
 {
     const Entry separator;
-    AddMenu("mnuFile", 1,
-            {{"mnuNew", 2, true, QKeySequence::New},
-             {"mnuOpen", 3, true, QKeySequence::Open},
-             separator,
-             {"mnuSave", 5, false},
-             {"mnuSaveAs", 6, false},
-             separator,
-             {"mnuPrint", 8, false},
-             {"mnuTextExport", 9, false},
-             separator,
-             {"mnuClose", 12, true, QKeySequence::Close},
-             {"mnuExit", 13, true, QKeySequence::Quit}});
+    QMenu* file = AddMenu("mnuFile", 1,
+                          {{"mnuNew", 2, true, QKeySequence::New},
+                           {"mnuOpen", 3, true, QKeySequence::Open},
+                           separator,
+                           {"mnuSave", 5, true, QKeySequence::Save},
+                           {"mnuSaveAs", 6, true, QKeySequence::SaveAs},
+                           separator,
+                           {"mnuPrint", 8, false},
+                           {"mnuTextExport", 9, false},
+                           separator,
+                           {"mnuClose", 12, true, QKeySequence::Close},
+                           {"mnuExit", 13, true, QKeySequence::Quit}});
+    m_recent = new QMenu(tr("Open &Recent"), file);
+    m_recent->setObjectName("mnuRecent");
+    file->insertMenu(file->actions().at(2), m_recent); // below Open
     m_edit = AddMenu("mnuEdit", 14,
                      {{"mnuEditMode", 15, true, QKeySequence(Qt::CTRL | Qt::Key_E)},
                       separator,
@@ -64,7 +68,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              {"mnuGenerateConfInts", 37, true},
              {"mnuDisplayConfInts", 38, true},
              separator,
-             {"mnuFitManager", 40, false}});
+             {"mnuFitManager", 40, true}});
     AddMenu("mnuProjections", 41,
             {{"mnuViewProj", 42, false}, {"mnuProject", 43, false}, {"mnuProjWithCI", 44, false}});
     m_graphs = AddMenu("mnuGraph", 45, {});
@@ -115,6 +119,8 @@ void MainMenu::Apply(const MenuState& state)
     // An entry under a disabled menu could still be reached by its keys.
     const std::map<QString, bool> entries{{"mnuNew", state.file && state.newData},
                                           {"mnuOpen", state.file && state.open},
+                                          {"mnuSave", state.file && state.save},
+                                          {"mnuSaveAs", state.file && state.saveAs},
                                           {"mnuClose", state.file && state.close},
                                           {"mnuEditMode", state.editMode},
                                           {"mnuFileDescription", state.fileDescription},
@@ -134,10 +140,26 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuParameters", state.fit && state.parameters},
                                           {"mnuGenerateConfInts", state.fit && state.generateConfInts},
                                           {"mnuDisplayConfInts", state.fit && state.displayConfInts},
+                                          {"mnuFitManager", state.fit && state.fitManager},
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);
     m_actions.at("mnuEditMode")->setChecked(state.inEditMode);
+}
+
+void MainMenu::ListRecent(const QStringList& paths)
+{
+    m_recent->clear();
+    m_recent->setEnabled(!paths.isEmpty());
+    int number = 1;
+    for (const QString& path : paths) {
+        const QString name = QFileInfo(path).fileName();
+        QAction* action = m_recent->addAction(
+            QStringLiteral("&%1  %2").arg(number++).arg(QString(name).replace('&', "&&")));
+        action->setToolTip(path);
+        connect(action, &QAction::triggered, this, [this, path] { emit RecentChosen(path); });
+    }
+    m_recent->setToolTipsVisible(true);
 }
 
 void MainMenu::ListSteps(const QUndoStack& steps)

@@ -29,6 +29,9 @@ public:
     /// Rebuilds the list under "Graph": one entry a window, in this order.
     void ListGraphs(const std::vector<std::string>& titles);
 
+    /// Fills the list of recent files under Open, in this order.
+    void ListRecent(const QStringList& paths);
+
     /// Says in the entries Undo and Redo what they would take back and bring back.
     void ListSteps(const QUndoStack& steps);
 
@@ -40,6 +43,7 @@ signals:
     void Chosen(const QString& command);
     /// Position of the graph in the list, from 0.
     void GraphChosen(int position);
+    void RecentChosen(const QString& path);
     void AboutToShow();
     void EditAboutToShow();
 
@@ -51,6 +55,7 @@ private:
     QMainWindow& m_window;
     QMenu* m_graphs = nullptr;
     QMenu* m_edit = nullptr;
+    QMenu* m_recent = nullptr;
     std::map<QString, QMenu*> m_menus;
     std::map<QString, QAction*> m_actions; ///< those that are built
 };

@@ -6,11 +6,14 @@
 void OpenProject::Renew()
 {
     m_view.LetGoOfProject();
-    m_fileOpen = m_fitEverMade = m_typed = false;
+    m_fileOpen = m_fitEverMade = false;
     m_fits.reset();
+    m_file.reset();
     m_data = std::make_unique<clsVeltData>(m_run);
+    m_file = std::make_unique<ProjectFile>(*m_data);
     m_fits = std::make_unique<clsMethManager>(m_run);
     m_fits->Create(*m_data);
+    m_fits->Project(*m_file);
     m_view.ShowNoProject();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/clsVeltData.h"
+#include "fit/ProjectFile.h"
 #include "fit/clsMethManager.h"
 
 #include <memory>
@@ -19,12 +20,16 @@ public:
     virtual void KeepResultsInSight() = 0;
     /// The data set that has just come is to be filled.
     virtual void EnterEditMode() = 0;
+    /// The title of the window follows the name and the description of the data set.
+    virtual void ShowCaption() = 0;
+    /// A file was opened or saved, for the list of recent ones.
+    virtual void NoteFile(const std::string& path) = 0;
     /// Stores what an open cell of the table holds. \return false when it is refused
     virtual bool MayLeaveTable() = 0;
 };
 
-/// The one data set and the one fit manager of the run, always made and replaced as a pair, and what is
-/// remembered about them between commands.
+/// The one data set of the run with its file and its fit manager, always made and replaced together, and what
+/// is remembered about them between commands.
 class OpenProject
 {
 public:
@@ -35,6 +40,7 @@ public:
     IProjectView& View() const { return m_view; }
     clsVeltData& Data() const { return *m_data; }
     clsMethManager& Fits() const { return *m_fits; }
+    ProjectFile& File() const { return *m_file; }
 
     /// A new data set and a new manager.
     void Renew();
@@ -44,9 +50,6 @@ public:
     /// A New Fit has run on this data set, or a logged fit was loaded in this run.
     bool FitEverMade() const { return m_fitEverMade || m_run.FitReloaded; }
     void NoteFit() { m_fitEverMade = true; }
-    /// The user has changed the data of this data set by hand.
-    bool Typed() const { return m_typed; }
-    void NoteTyping() { m_typed = true; }
 
     /// Whether the current fit may go: true when there is none, else the user is asked.
     bool MayClearFit() const;
@@ -55,8 +58,8 @@ private:
     Run& m_run;
     IProjectView& m_view;
     std::unique_ptr<clsVeltData> m_data;
-    std::unique_ptr<clsMethManager> m_fits; // behind the data: to its end it speaks to them
+    std::unique_ptr<ProjectFile> m_file;
+    std::unique_ptr<clsMethManager> m_fits; // behind both: to its end it speaks to them
     bool m_fileOpen = false;
     bool m_fitEverMade = false;
-    bool m_typed = false;
 };

@@ -49,12 +49,14 @@ bool KeepsTheCell(const QString& name)
 }
 
 /// The one file a drag carries when this version can open it; else empty.
-QString TextFileIn(const QMimeData& mime)
+QString FileIn(const QMimeData& mime)
 {
     if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
         return {};
     const QString path = mime.urls().first().toLocalFile();
-    return path.endsWith(".txt", Qt::CaseInsensitive) ? path : QString();
+    const bool known =
+        path.endsWith(".txt", Qt::CaseInsensitive) || path.endsWith(".vl3", Qt::CaseInsensitive);
+    return known ? path : QString();
 }
 } // namespace
 
@@ -62,6 +64,8 @@ frmVelt3::frmVelt3(IUser* user)
     : m_run(user ? *user : m_desktopUser, *this, m_meter, m_random),
       m_commands{{"mnuNew", [this] { m_files.New(); }},
                  {"mnuOpen", [this] { m_files.Open(); }},
+                 {"mnuSave", [this] { m_files.Save(); }},
+                 {"mnuSaveAs", [this] { m_files.SaveAs(); }},
                  {"mnuClose", [this] { m_files.Close(); }},
                  {"mnuEditMode", [this] { m_edit->SwitchEditMode(); }},
                  {"mnuUndo", [this] { m_edit->Steps().undo(); }},
@@ -83,6 +87,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuParameters", [this] { m_fits.ViewParameters(); }},
                  {"mnuGenerateConfInts", [this] { m_fits.GenerateConfInts(); }},
                  {"mnuDisplayConfInts", [this] { m_fits.DisplayConfInts(); }},
+                 {"mnuFitManager", [this] { ShowFitManager(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
                  {"mnuAbout", [this] { OnAbout(); }}}
 {
@@ -91,6 +96,14 @@ frmVelt3::frmVelt3(IUser* user)
     m_project.Renew();
     connect(&m_report, &frmParams::confIntsRequested, this,
             [this] { Guarded("cmdCIs", [this] { m_fits.ReportConfInts(); }); });
+    connect(&m_fitManager, &frmFitManager::AddAsked, this,
+            [this] { Guarded("cmdAdd", [this] { m_log.Add(); }); });
+    connect(&m_fitManager, &frmFitManager::LoadAsked, this,
+            [this](const QString& name) { Guarded("cmdLoad", [&] { m_log.Load(name.toStdString()); }); });
+    connect(&m_fitManager, &frmFitManager::DeleteAsked, this,
+            [this](const QString& name) { Guarded("cmdDelete", [&] { m_log.Delete(name.toStdString()); }); });
+    connect(m_menu, &MainMenu::RecentChosen, this, &frmVelt3::OpenPath);
+    m_menu->ListRecent(m_recent.Paths());
     StatusText(m_run.globals.Ready);
     EnableControls();
 }
@@ -166,6 +179,7 @@ void frmVelt3::ListenToTable()
 void frmVelt3::LetGoOfProject()
 {
     m_edit->LetGo();
+    m_fitManager.hide();
     m_graphs.Clear(false);
 }
 
@@ -226,6 +240,34 @@ void frmVelt3::AfterFailure()
 void frmVelt3::OpenPath(const QString& path)
 {
     Guarded("mnuOpen", [&] { m_files.Open(path.toStdString()); });
+}
+
+void frmVelt3::OfferLeftovers()
+{
+    Guarded("Form_Load", [this] { m_files.OfferLeftovers(); });
+}
+
+void frmVelt3::NoteFile(const std::string& path)
+{
+    m_recent.Note(QString::fromStdString(path));
+    m_menu->ListRecent(m_recent.Paths());
+}
+
+void frmVelt3::ShowFitManager()
+{
+    RestoreFitManager();
+    m_fitManager.show();
+    m_fitManager.raise();
+    m_fitManager.activateWindow();
+}
+
+/// One fit cannot be added twice, and none is loaded while data are edited.
+void frmVelt3::RestoreFitManager()
+{
+    const bool working = FileOpen() && !m_edit->EditMode();
+    const clsMethManager& fits = m_project.Fits();
+    m_fitManager.Restore(m_project.Data(), {.add = working && fits.MethDefined() && !fits.FitLogged(),
+                                            .loadAndDelete = working});
 }
 
 void frmVelt3::KeepResultsInSight()
@@ -313,6 +355,8 @@ void frmVelt3::EnableControls()
     m_menu->Apply(Menu());
     m_menu->ListGraphs(m_graphs.UserTitles());
     m_menu->ListSteps(m_edit->Steps());
+    if (m_fitManager.isVisible())
+        RestoreFitManager();
 }
 
 /// The clipboard is looked at only here: asking another program for it may take a while.
@@ -365,8 +409,8 @@ void frmVelt3::ShowHint(bool noData)
     m_hint->setText(FileOpen()
                         ? tr("This data set has no time periods. Open another text file, or fill it by hand: "
                              "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
-                        : tr("To begin, choose New or Open from the File menu, or drop a text file (*.txt) "
-                             "here."));
+                        : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3) or "
+                             "a text file (*.txt) here."));
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
 }
 
@@ -378,19 +422,20 @@ void frmVelt3::closeEvent(QCloseEvent* event)
         return;
     }
     m_report.hide();
+    m_fitManager.hide();
     m_graphs.Clear(false);
     event->accept();
 }
 
 void frmVelt3::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!m_busy && !m_edit->EditMode() && !TextFileIn(*event->mimeData()).isEmpty())
+    if (!m_busy && !m_edit->EditMode() && !FileIn(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void frmVelt3::dropEvent(QDropEvent* event)
 {
-    const QString path = TextFileIn(*event->mimeData());
+    const QString path = FileIn(*event->mimeData());
     event->acceptProposedAction();
     // Queued, so that the program the file comes from is not kept waiting for the questions of an import.
     QMetaObject::invokeMethod(

@@ -8,9 +8,12 @@
 #include "shell/FileCommands.h"
 #include "shell/FitCommands.h"
 #include "shell/GraphWindows.h"
+#include "shell/LogCommands.h"
 #include "shell/MenuState.h"
 #include "shell/OpenProject.h"
+#include "shell/RecentFiles.h"
 #include "views/ProgressMeterWindow.h"
+#include "views/frmFitManager.h"
 #include "views/frmParams.h"
 
 #include <QMainWindow>
@@ -50,6 +53,9 @@ public:
     /// Closes what is open (which may ask) and opens the file at `path`.
     void OpenPath(const QString& path);
 
+    /// Offers the working copies that a crash left behind.
+    void OfferLeftovers();
+
     // IMainWindow
     void StatusText(const std::string& text) override;
     void HourglassOn() override;
@@ -67,6 +73,8 @@ public:
     void LetGoOfProject() override;
     void ShowNoProject() override;
     void KeepResultsInSight() override;
+    void ShowCaption() override;
+    void NoteFile(const std::string& path) override;
     void EnterEditMode() override { m_edit->EnterEditMode(); }
     bool MayLeaveTable() override { return m_edit->MayLeaveCell(); }
 
@@ -83,7 +91,8 @@ private:
     void OnEditMenu();
     MenuState Menu(bool clipboardHasText = true) const;
     void OnAbout();
-    void ShowCaption();
+    void ShowFitManager();
+    void RestoreFitManager();
     void ShowHint(bool noData);
 
     DesktopUser m_desktopUser{this};
@@ -95,6 +104,9 @@ private:
     OpenProject m_project{m_run, *this};
     FileCommands m_files{m_project};
     FitCommands m_fits{m_project};
+    LogCommands m_log{m_project, m_files};
+    RecentFiles m_recent;
+    frmFitManager m_fitManager{this};
     std::unique_ptr<EditCommands> m_edit;
     const std::map<QString, std::function<void()>> m_commands; ///< by the name of their menu entry
 

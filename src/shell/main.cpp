@@ -2,7 +2,9 @@
 #include "shell/frmVelt3.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QProxyStyle>
+#include <QTimer>
 
 namespace
 {
@@ -28,7 +30,21 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName("VELT");
     QApplication::setApplicationVersion("3.0.0");
     QApplication::setStyle(new PlainButtons); // the application owns it
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Stock sizes from catch, effort and index data."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("file"),
+                                 QStringLiteral("A project (*.vl3) or a text file (*.txt) to open."),
+                                 QStringLiteral("[file]"));
+    parser.process(application);
     frmVelt3 window;
     window.show();
+    // Behind the window's first appearance: both may ask questions over it.
+    QTimer::singleShot(0, &window, [&] {
+        window.OfferLeftovers();
+        if (!parser.positionalArguments().isEmpty())
+            window.OpenPath(parser.positionalArguments().constFirst());
+    });
     return QApplication::exec();
 }

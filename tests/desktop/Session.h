@@ -15,7 +15,10 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
@@ -51,6 +54,9 @@ inline bool FillWizard(AsciiWizard& wizard)
 struct Session {
     Session()
     {
+        // The list of recent files is none of the user's who runs the tests.
+        static const QTemporaryDir settings;
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
         user.onAsciiWizard = FillWizard;
         user.onInputParams = [](InputParams&) { return true; };
         window.show();
@@ -65,8 +71,11 @@ struct Session {
         };
         Entry("mnuNew")->trigger();
     }
-    QAction* Entry(const char* name) { return window.findChild<QAction*>(QString::fromLatin1(name)); }
-    QMenu* Menu(const char* name) { return window.findChild<QMenu*>(QString::fromLatin1(name)); }
+    QAction* Entry(const char* name) // other windows have menus too
+    {
+        return window.menuBar()->findChild<QAction*>(QString::fromLatin1(name));
+    }
+    QMenu* Menu(const char* name) { return window.menuBar()->findChild<QMenu*>(QString::fromLatin1(name)); }
     void Open() { window.OpenPath(QString(VELT_TEST_SAMPLES) + "/expected/const25.txt"); }
     void Fit()
     {

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/FileType.h"
 #include "base/VeltError.h"
 #include "data/NumberFormat.h"
 #include "desktop/Session.h"
@@ -125,7 +124,7 @@ private slots:
             }
             return (sizes << QString::number(entries)).join(' ');
         };
-        QCOMPARE(groups("mnuFile"), QString("2 2 2 2"));   // come in, save, put out, leave
+        QCOMPARE(groups("mnuFile"), QString("3 2 2 2"));   // come in, save, put out, leave
         QCOMPARE(groups("mnuEdit"), QString("1 2 1 8 2")); // mode, undo, description, rows and cells, formats
         QCOMPARE(groups("mnuFit"), QString("3 2 1"));      // fit, intervals, manager
         QCOMPARE(groups("mnuOptions"), QString("1"));
@@ -137,8 +136,8 @@ private slots:
         session.Open();
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
-        for (const char* name : {"mnuSave", "mnuSaveAs", "mnuPrint", "mnuTextExport", "mnuFitManager",
-                                 "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
+        for (const char* name :
+             {"mnuPrint", "mnuTextExport", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
             QVERIFY2(!session.Entry(name)->isEnabled(), name);
     }
 
@@ -258,13 +257,14 @@ private slots:
         session.Open();
         session.Fit();
         session.user.messages.clear();
-        session.user.answers = {Answer::No};
+        session.user.answers = {Answer::No, Answer::No}; // do not save, do not clear
         session.Entry("mnuClose")->trigger();
+        QVERIFY(session.user.Saw("Do you wish to save changes to current data set?"));
         QVERIFY(session.user.Saw("Clear Current Fit"));
         QVERIFY(session.window.FileOpen());
         QVERIFY(session.window.objMeth().MethDefined());
 
-        session.user.answers = {Answer::Yes};
+        session.user.answers = {Answer::No, Answer::Yes};
         session.Entry("mnuClose")->trigger();
         QVERIFY(!session.window.FileOpen());
         QCOMPARE(session.window.windowTitle(), QString("VELT 3.0"));
@@ -279,22 +279,25 @@ private slots:
         Session session;
         session.Open();
         session.Fit();
-        session.user.answers = {Answer::No};
+        session.user.answers = {Answer::No, Answer::No};
         session.Entry("mnuExit")->trigger();
         QVERIFY(session.window.isVisible());
-        session.user.answers = {Answer::Yes};
+        session.user.answers = {Answer::No, Answer::Yes};
         session.Entry("mnuExit")->trigger();
         QVERIFY(!session.window.isVisible());
     }
 
-    void CloseWithoutAFitAsksNothing()
+    void CloseWithoutAFitAsksOnlyForTheChangesOfTheData()
     {
         Session session;
         session.Open();
-        const std::size_t before = session.user.messages.size();
+        session.user.messages.clear();
+        session.user.answers = {Answer::No};
         session.Entry("mnuClose")->trigger();
-        QCOMPARE(session.user.messages.size(), before);
+        QCOMPARE(session.user.messages.size(), std::size_t{1}); // imported and never saved
         QVERIFY(!session.window.FileOpen());
+        session.Entry("mnuClose")->trigger();
+        QCOMPARE(session.user.messages.size(), std::size_t{1}); // nothing is open
     }
 
     void ACancelledChoiceOfModelLeavesNoFitButOffersNewInputParameters()
@@ -427,6 +430,7 @@ private slots:
     {
         Session session;
         session.Open();
+        session.user.answers = {Answer::No}; // to the question about changes
         session.Entry("mnuOpen")->trigger();
         QVERIFY(!session.window.FileOpen());
         QVERIFY(session.Panel("lblHint").contains("To begin"));
@@ -617,23 +621,6 @@ private slots:
         session.Entry("mnuSettings")->trigger();
         QVERIFY(session.window.FileOpen());
         QVERIFY(session.window.isVisible());
-    }
-
-    void AProjectIsRecognisedAndRefusedInWords()
-    {
-        Session session;
-        QTemporaryDir folder;
-        QFile file(folder.filePath("stock.vl3"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        for (const std::uint8_t byte : kProjectMagic)
-            file.putChar(static_cast<char>(byte));
-        file.putChar(3);
-        file.close();
-        session.window.OpenPath(file.fileName());
-        QVERIFY(session.user.Saw("This version cannot open projects yet. Open a text file (*.txt) instead."));
-        QVERIFY(!session.window.FileOpen());
-        session.Open();
-        QVERIFY(session.window.FileOpen());
     }
 
     // It used to be called missing, and then of an unknown type.

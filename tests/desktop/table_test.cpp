@@ -99,8 +99,11 @@ private slots:
         Session s;
         s.Open();
         s.user.messages.clear();
+        s.user.answers = {Answer::No}; // to the question about changes
         s.Entry("mnuNew")->trigger();
-        QVERIFY(s.user.asked.back() == "new data set");
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        s.user.messages.clear();
+        QVERIFY(s.user.asked.back() == "new data set"); // and no name of a file
         QVERIFY(!s.window.FileOpen());
         QVERIFY(s.user.messages.empty());
         QVERIFY(s.Entry("mnuNew")->isEnabled());
@@ -884,14 +887,14 @@ private slots:
         QVERIFY(s.window.Graphs().At(s.window.Graphs().UserTitles().size() - 1)->Plot().toolTip().isEmpty());
     }
 
-    void ClosingTheWindowWithTypedDataAsksAndNoKeepsThem()
+    void ClosingTheWindowWithTypedDataAsksAndCancelKeepsThem()
     {
         Editing s;
         s.Put(1, kA, "5");
-        s.user.answers = {Answer::No};
+        s.user.answers = {Answer::Cancel};
         s.window.close();
         QVERIFY(s.window.isVisible());
-        QVERIFY(s.user.Saw("will be lost"));
+        QVERIFY(s.user.Saw("Do you wish to save changes to current data set?"));
         s.Type("5x"); // and an open cell that is refused keeps it open as well
         s.window.close();
         QVERIFY(s.window.isVisible());

@@ -121,11 +121,14 @@ std::optional<std::string> ScriptedUser::InputBox(const std::string& prompt, con
 std::optional<std::string> ScriptedUser::AskFileToOpen(const FileQuestion&)
 {
     asked.push_back("file to open");
-    if (files.empty())
-        return std::nullopt;
-    std::string path = files.front();
-    files.pop_front();
-    return path;
+    return files.empty() ? std::nullopt : std::optional(TakeFirst(files));
+}
+
+std::optional<std::string> ScriptedUser::AskFileToSave(const FileQuestion& question)
+{
+    asked.push_back("file to save");
+    saveQuestions.push_back(question);
+    return filesToSave.empty() ? std::nullopt : std::optional(TakeFirst(filesToSave));
 }
 
 bool ScriptedUser::AskSelection(Selection& selection)

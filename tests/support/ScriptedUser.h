@@ -44,7 +44,9 @@ public:
     /// Selects these items of a list picker and no other.
     void Selects(const std::vector<std::string>& texts);
 
-    std::deque<std::string> files; ///< chosen in file dialogs, in order; empty: Cancel
+    std::deque<std::string> files;       ///< chosen in file dialogs, in order; empty: Cancel
+    std::deque<std::string> filesToSave; ///< the same for files to write
+    std::vector<FileQuestion> saveQuestions;
 
     // What happened.
     std::vector<Message> messages;
@@ -56,6 +58,7 @@ public:
     std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
                                         const std::string& suggestion) override;
     std::optional<std::string> AskFileToOpen(const FileQuestion& question) override;
+    std::optional<std::string> AskFileToSave(const FileQuestion& question) override;
     bool AskSelection(Selection& selection) override;
     bool AskRange(RangeQuestion& question) override;
     bool AskInputParams(InputParams& params) override;

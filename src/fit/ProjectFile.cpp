@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fit/ProjectFile.h"
+
+#include "base/Text.h"
+#include "data/ProjectData.h"
+#include "files/ReadWholeFile.h"
+
+#include <limits>
+#include <system_error>
+
+namespace
+{
+namespace fs = std::filesystem;
+constexpr std::size_t kEndingLength = 4;
+
+std::string ReadFile(const std::string& path)
+{
+    const std::vector<std::uint8_t> bytes = ReadWholeFile(path, [](std::uintmax_t size) {
+        if (size > static_cast<std::uintmax_t>(std::numeric_limits<std::int32_t>::max()))
+            throw RecordError(1, "no project is that large");
+    });
+    return {bytes.begin(), bytes.end()};
+}
+} // namespace
+
+ProjectFile::ProjectFile(clsVeltData& data, const FileCalls& calls) : m_data(data), m_calls(calls) {}
+
+ScratchFolder& ProjectFile::Scratch()
+{
+    if (!m_scratch)
+        m_scratch = std::make_unique<ScratchFolder>();
+    return *m_scratch;
+}
+
+std::optional<ProjectFile::Stamp> ProjectFile::StampOf(const std::string& path)
+{
+    std::error_code error;
+    const auto written = fs::last_write_time(path, error);
+    if (error)
+        return std::nullopt;
+    const auto size = fs::file_size(path, error);
+    return error ? std::nullopt : std::optional(Stamp{written, size});
+}
+
+bool ProjectFile::ChangedOnDisk() const
+{
+    const auto now = StampOf(SavedName(m_data.DSFName()));
+    return m_stamp && now && *now != *m_stamp;
+}
+
+std::string ProjectFile::SavedName(const std::string& path)
+{
+    if (ToUpper(path).ends_with(".VL3") || path.size() < kEndingLength)
+        return path;
+    return path.substr(0, path.size() - kEndingLength) + ".VL3";
+}
+
+fs::path ProjectFile::WriteCopy(const std::string& bytes)
+{
+    fs::path copy = Scratch().NewName();
+    ReplaceFile(copy, bytes, m_calls);
+    return copy;
+}
+
+/// Reads `bytes` aside, makes the copy, and only then puts the data set in place.
+std::optional<VeltError> ProjectFile::Take(const std::string& bytes, const std::string& origin)
+{
+    OpenedProject opened = ReadProjectData(bytes, m_data.TheRun());
+    opened.data.DSFName(origin);
+    const fs::path copy = WriteCopy(bytes);
+    Scratch().Origin(origin);
+    m_data = std::move(opened.data);
+    m_copy = copy;
+    return opened.failedConversion;
+}
+
+std::optional<VeltError> ProjectFile::Open(const std::string& path)
+{
+    const auto stamp = StampOf(path);
+    auto failedConversion = Take(ReadFile(path), path);
+    m_stamp = stamp;
+    return failedConversion;
+}
+
+std::optional<VeltError> ProjectFile::OpenLeftover(const ScratchFolder::Leftover& leftover)
+{
+    auto failedConversion = Take(ReadFile(leftover.copy.string()), leftover.origin);
+    m_stamp = StampOf(leftover.origin);
+    m_data.MarkChanged();
+    return failedConversion;
+}
+
+/// The bytes of the working copy. Should somebody have swept it away, the project on disk holds the same as
+/// long as nobody has changed it.
+std::string ProjectFile::CopyBytes() const
+{
+    if (m_copy.empty())
+        return {};
+    std::error_code error;
+    const bool swept = !fs::exists(m_copy, error);
+    const std::string project = SavedName(m_data.DSFName());
+    return ReadFile(swept && m_stamp && StampOf(project) == m_stamp ? project : m_copy.string());
+}
+
+/// The project with the bodies out of the present copy. \param places start and end of each fit in it
+std::string ProjectFile::Rebuild(std::vector<std::int32_t>& places) const
+{
+    project_file::Project project = ProjectOf(m_data);
+    const std::string copy = project.fits.empty() ? std::string() : CopyBytes();
+    std::vector<std::string_view> bodies;
+    for (const project_file::FitIndexRecord& fit : project.fits)
+        bodies.push_back(project_file::BodyOf(fit, copy));
+    std::string bytes = project_file::WriteProject(project, bodies);
+    for (const project_file::FitIndexRecord& fit : project.fits)
+        places.insert(places.end(), {fit.Start, fit.TheEnd});
+    return bytes;
+}
+
+void ProjectFile::Adopt(const fs::path& copy, const std::vector<std::int32_t>& places)
+{
+    for (std::int32_t i = 1; i <= m_data.NumLoggedFits(); ++i) {
+        const auto at = 2 * static_cast<std::size_t>(i - 1);
+        m_data.LoggedFit(i).Start(places[at]);
+        m_data.LoggedFit(i).TheEnd(places[at + 1]);
+    }
+    std::error_code ignored;
+    if (!m_copy.empty())
+        fs::remove(m_copy, ignored);
+    m_copy = copy;
+}
+
+void ProjectFile::Save()
+{
+    m_data.LogOrReload(false);
+    const std::string target = SavedName(m_data.DSFName());
+    std::vector<std::int32_t> places;
+    const std::string bytes = Rebuild(places);
+    const fs::path copy = WriteCopy(bytes);
+    try {
+        Scratch().Origin(target);
+        ReplaceFile(target, bytes, m_calls);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(copy, ignored);
+        throw;
+    }
+    Adopt(copy, places);
+    m_data.DSFName(target);
+    m_data.NumScens(m_data.NumProjScenarios());
+    m_data.MarkSaved();
+    m_stamp = StampOf(target);
+}
+
+void ProjectFile::KeepCopy()
+{
+    try {
+        std::vector<std::int32_t> places;
+        const std::string bytes = Rebuild(places);
+        const fs::path copy = WriteCopy(bytes);
+        Scratch().Origin(m_data.DSFName());
+        Adopt(copy, places);
+    } catch (const VeltError&) {
+        return; // there is less to find after a crash, and nothing else is lost
+    }
+}
+
+void ProjectFile::Append(clsFit& fit, const std::string& body)
+{
+    std::string bytes = CopyBytes();
+    const std::size_t start = bytes.size() + 1;
+    bytes += body;
+    if (bytes.size() >= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
+        throw ProgramError(errors::kWriteObj, "WriteObj Failure.\nThere is no room for a further fit.",
+                           "WriteObj");
+    if (m_copy.empty())
+        m_copy = Scratch().NewName();
+    ReplaceFile(m_copy, bytes, m_calls);
+    fit.Start(static_cast<std::int32_t>(start));
+    fit.TheEnd(static_cast<std::int32_t>(bytes.size() + 1));
+}
+
+std::string ProjectFile::BodyOf(const clsFit& fit) const
+{
+    project_file::FitIndexRecord place;
+    place.FitName = fit.FitName();
+    place.Start = fit.Start();
+    place.TheEnd = fit.TheEnd();
+    return std::string(project_file::BodyOf(place, CopyBytes()));
+}

@@ -1,0 +1,550 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Projects through the real main window: the File menu, the questions before work would be lost, the fit log.
+#include "desktop/Session.h"
+#include "files/ScratchFolder.h"
+#include "fit/ProjectFile.h"
+#include "views/frmFitManager.h"
+
+#include <QFile>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+
+#include <filesystem>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+/// The imported sample, open and saved as "stock.vl3" in a folder of its own.
+struct Saved : Session {
+    Saved()
+    {
+        user.filesToSave = {Path("stock.vl3")};
+        Open();
+        user.messages.clear();
+        user.asked.clear();
+    }
+    std::string Path(const char* name) const
+    {
+        return folder.filePath(QString::fromLatin1(name)).toStdString();
+    }
+    QByteArray Bytes(const char* name = "stock.vl3") const
+    {
+        QFile file(QString::fromStdString(Path(name)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    bool Dirty() { return window.objData().IsDirty(); }
+    void Reopen() { window.OpenPath(QString::fromStdString(Path("stock.vl3"))); }
+    /// A change of the data set that no other rule has anything to do with.
+    void Change(const char* description = "Changed")
+    {
+        user.inputs = {std::string(description)};
+        Entry("mnuFileDescription")->trigger();
+    }
+    frmFitManager* Manager() { return window.findChild<frmFitManager*>(); }
+    QPushButton* Button(const char* name)
+    {
+        return Manager()->findChild<QPushButton*>(QString::fromLatin1(name));
+    }
+    QTableWidget* Fits() { return Manager()->findChild<QTableWidget*>("grdFits"); }
+    QString Count() { return Manager()->findChild<QLabel*>("lblMsg")->text(); }
+    void Log(const char* name)
+    {
+        Entry("mnuFitManager")->trigger();
+        user.inputs = {std::string(name)};
+        Button("cmdAdd")->click();
+    }
+    void TakeFolderAway() { QVERIFY(QFile::rename(folder.path(), folder.path() + "_gone")); }
+    void BringFolderBack() { QVERIFY(QFile::rename(folder.path() + "_gone", folder.path())); }
+
+    QTemporaryDir folder;
+};
+
+std::vector<fs::path> WorkingFolders()
+{
+    std::vector<fs::path> found;
+    for (const auto& entry : fs::directory_iterator(fs::temp_directory_path()))
+        if (entry.path().filename().string().starts_with("velt-project-"))
+            found.push_back(entry.path());
+    return found;
+}
+} // namespace
+
+class projects_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void AnImportLeadsToSaveAsAndBecomesAProject()
+    {
+        Saved s;
+        QVERIFY(s.Bytes().startsWith(QByteArray("\0\4\0\10\6\11ORVO\3", 11)));
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.window.windowTitle(), QString("VELT 3.0 - stock.vl3 - Constant recruitment, 25 years"));
+        QCOMPARE(QString::fromStdString(s.user.saveQuestions.back().filter), QString("VELT3 (*.vl3)"));
+        QVERIFY(QString::fromStdString(s.user.saveQuestions.back().suggestion).endsWith("const25.VL3"));
+        QVERIFY(s.Entry("mnuSave")->isEnabled() && s.Entry("mnuSaveAs")->isEnabled());
+    }
+
+    void ACancelledSaveAsAfterAnImportLeavesTheDataOpenAndTheNextSaveAsksAgain()
+    {
+        Session s;
+        s.Open();
+        QVERIFY(s.user.asked.back() == "file to save");
+        QVERIFY(s.window.FileOpen());
+        QVERIFY(QString::fromStdString(s.window.objData().DSFName()).endsWith("const25.txt"));
+        s.user.asked.clear();
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(s.user.asked.back() == "file to save");
+        QVERIFY(s.window.objData().IsDirty());
+    }
+
+    void ANameWithoutTheEndingGetsIt()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("other")};
+        s.Entry("mnuSaveAs")->trigger();
+        QVERIFY(!s.Bytes("other.vl3").isEmpty());
+        QCOMPARE(s.window.objData().DSFName(), s.Path("other.vl3"));
+    }
+
+    void SavingWritesTheChangeAndOpeningBringsItBack()
+    {
+        Saved s;
+        s.Change();
+        QVERIFY(s.Dirty());
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(!s.Dirty());
+        s.Entry("mnuClose")->trigger();
+        QVERIFY(s.user.messages.empty()); // nothing to save
+        QVERIFY(!s.window.FileOpen());
+        s.user.files = {s.Path("stock.vl3")};
+        s.Entry("mnuOpen")->trigger();
+        QVERIFY(s.window.FileOpen());
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.window.windowTitle(), QString("VELT 3.0 - stock.vl3 - Changed"));
+        QCOMPARE(s.Grid().Rows(), 26);
+        QCOMPARE(s.Value(1, 2), 9172.47F);
+    }
+
+    void ClosingWithUnsavedDataAndCancelLeavesItOpenSoThatNewAndOpenStopSilently()
+    {
+        Saved s;
+        s.Change();
+        for (const char* command : {"mnuClose", "mnuNew", "mnuOpen"}) {
+            s.user.messages.clear();
+            s.user.asked.clear();
+            s.user.answers = {Answer::Cancel};
+            s.Entry(command)->trigger();
+            QCOMPARE(s.user.messages.size(), std::size_t{1});
+            QCOMPARE(s.user.messages.back().buttons, Buttons::YesNoCancel);
+            QCOMPARE(s.user.messages.back().icon, Icon::Exclamation);
+            QVERIFY(s.user.asked.empty());
+            QVERIFY(s.window.FileOpen());
+        }
+    }
+
+    void ClosingWithYesSavesAndWithNoDoesNot()
+    {
+        Saved s;
+        const QByteArray before = s.Bytes();
+        s.Change();
+        s.user.answers = {Answer::No};
+        s.Entry("mnuClose")->trigger();
+        QCOMPARE(s.Bytes(), before);
+        s.Reopen();
+        s.Change();
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuClose")->trigger();
+        QVERIFY(s.Bytes().contains("Changed"));
+        QVERIFY(!s.window.FileOpen());
+    }
+
+    void ClosingTheWindowWithYesAndThenCancellingTheSaveAsKeepsTheProgramRunning()
+    {
+        Session s;
+        s.Open();
+        s.user.answers = {Answer::Yes};
+        s.window.close();
+        QVERIFY(s.user.asked.back() == "file to save");
+        QVERIFY(s.window.isVisible());
+        QVERIFY(s.window.FileOpen());
+        s.user.answers = {Answer::Yes}; // and so does Close
+        s.Entry("mnuClose")->trigger();
+        QVERIFY(s.window.FileOpen());
+    }
+
+    void ASaveThatFailsIsToldAndTheDataSetStaysChangedUnderItsName()
+    {
+        Saved s;
+        s.Change();
+        s.user.filesToSave = {s.Path("missing/stock.vl3")};
+        s.Entry("mnuSaveAs")->trigger();
+        QVERIFY(s.user.Saw("cannot be written"));
+        QVERIFY(s.Dirty());
+        QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
+        QVERIFY(!s.Bytes().contains("Changed"));
+        s.Entry("mnuSave")->trigger(); // where it was it can still be saved
+        QVERIFY(s.Bytes().contains("Changed"));
+    }
+
+    void AProjectThatSomebodyElseChangedOnDiskIsReplacedOnlyOnYes()
+    {
+        Saved s;
+        s.Change();
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("from elsewhere");
+        file.close();
+        s.user.messages.clear();
+        s.user.answers = {Answer::No};
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(s.user.Saw("was changed since it was opened here"));
+        QVERIFY(s.Bytes().endsWith("from elsewhere"));
+        QVERIFY(s.Dirty());
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(!s.Bytes().endsWith("from elsewhere"));
+        QVERIFY(!s.Dirty());
+    }
+
+    void AProjectThatWasRemovedFromDiskIsWrittenAnew()
+    {
+        Saved s;
+        s.Change();
+        QVERIFY(QFile::remove(QString::fromStdString(s.Path("stock.vl3"))));
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(s.user.messages.empty());
+        QVERIFY(s.Bytes().contains("Changed"));
+    }
+
+    void ADamagedProjectSaysAtWhichByteAndLeavesNoDataSetOpen()
+    {
+        Saved s;
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.resize(500));
+        s.window.OpenPath(file.fileName());
+        QVERIFY(s.user.Saw("ReadObj Failure."));
+        QVERIFY(s.user.Saw("Byte "));
+        QVERIFY(!s.window.FileOpen());
+        QCOMPARE(s.Panel("Status"), QString("Ready..."));
+        QVERIFY(s.Entry("mnuOpen")->isEnabled());
+    }
+
+    void AProjectOpenInAnotherProgramIsNoticedAndOpenedOnlyOnYes()
+    {
+        Saved s;
+        Session other; // holds a working copy of its own, as another program does
+        other.user.answers = {Answer::No};
+        other.window.OpenPath(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(other.user.Saw("Another VELT on this computer has this project open"));
+        QVERIFY(!other.window.FileOpen());
+        other.user.answers = {Answer::Yes};
+        other.window.OpenPath(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(other.window.FileOpen());
+    }
+
+    void TheRecentFilesStandUnderOpenTheLatestFirst()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("second & last.vl3")};
+        s.Entry("mnuSaveAs")->trigger();
+        const auto entries = s.Menu("mnuRecent")->actions();
+        QVERIFY(entries.size() >= 2);
+        QCOMPARE(entries[0]->text(), QString("&1  second && last.vl3"));
+        QCOMPARE(entries[1]->text(), QString("&2  stock.vl3"));
+        entries[1]->trigger();
+        QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
+    }
+
+    void AProjectCanBeDroppedOnTheWindow()
+    {
+        Saved s;
+        QMimeData mime;
+        mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(s.Path("stock.vl3")))});
+        QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        drag.ignore();
+        QApplication::sendEvent(&s.window, &drag);
+        QVERIFY(drag.isAccepted());
+    }
+
+    void NewSavesUnderANameAndACancelledNameLeavesItUnsaved()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("new.vl3")};
+        s.New(3, {columns::Effort});
+        QVERIFY(!s.Bytes("new.vl3").isEmpty());
+        QVERIFY(!s.Dirty());
+        QVERIFY(s.window.Edit().EditMode());
+        s.Entry("mnuEditMode")->trigger();
+        s.New(3, {columns::Effort}); // no name is given
+        QVERIFY(s.Dirty());
+        QVERIFY(s.window.windowTitle().contains("Untitled"));
+    }
+
+    void WithNoLoggedFitsLoadAndDeleteAreGreyAndTheLabelSaysSo()
+    {
+        Saved s;
+        s.Entry("mnuFitManager")->trigger();
+        QVERIFY(s.Manager()->isVisible());
+        for (const char* name : {"cmdLoad", "cmdDelete", "cmdAdd"})
+            QVERIFY2(!s.Button(name)->isEnabled(), name);
+        QCOMPARE(s.Count(), QString("Currently there are 0 saved fits."));
+        s.Button("cmdExit")->click();
+        QVERIFY(!s.Manager()->isVisible());
+    }
+
+    void AFitIsLoggedOnceAndStandsInTheProjectAtOnce()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        const QStringList shown{"First", "CONSTANT RECRUITMENT", "LSQ Fit",
+                                QLocale().toString(QDate::currentDate(), QLocale::ShortFormat)};
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        for (int column = 0; column < shown.size(); ++column)
+            QCOMPARE(s.Fits()->item(0, column)->text(), shown[column]);
+        QVERIFY(!s.Button("cmdAdd")->isEnabled());
+        QVERIFY(s.Button("cmdLoad")->isEnabled() && s.Button("cmdDelete")->isEnabled());
+        QVERIFY(s.Bytes().contains("First  "));
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.Count(), QString("Currently there are 1 saved fits."));
+    }
+
+    void AnEmptyNameLogsNothing()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("");
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(!s.window.objMeth().FitLogged());
+        QVERIFY(s.Button("cmdAdd")->isEnabled());
+    }
+
+    void ANameThatAProjectCannotKeepIsRefusedAndAskedForAgain()
+    {
+        Saved s;
+        s.Fit();
+        s.Entry("mnuFitManager")->trigger();
+        s.user.inputs = {std::string("\xD0\xBB\xD0\xB8\xD0\xBD"), std::string("Second try")};
+        s.Button("cmdAdd")->click();
+        QVERIFY(s.user.Saw("Western European"));
+        QCOMPARE(s.Fits()->item(0, 0)->text(), QString("Second try"));
+    }
+
+    void LoggingADataSetThatIsNoProjectYetGoesThroughSaveAsAndItsCancelLogsNothing()
+    {
+        Saved s;
+        s.Open(); // and the Save As after the import is cancelled
+        s.Fit();
+        s.Log("First");
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(!s.window.objMeth().FitLogged());
+        s.user.filesToSave = {s.Path("later.vl3")};
+        s.Log("First");
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        QVERIFY(s.Bytes("later.vl3").contains("First  "));
+    }
+
+    void ALoggedFitComesBackAfterClosingAndOpening()
+    {
+        Saved s;
+        s.Fit();
+        const clsMethManager& fits = s.window.objMeth();
+        const std::vector<float> results{fits.K(), fits.Q(), fits.RSqr(), fits.FinalPopulation()};
+        const std::size_t graphs = s.window.Graphs().UserTitles().size();
+        s.Log("First");
+        s.user.answers = {Answer::Yes}; // clear the fit
+        s.Entry("mnuClose")->trigger();
+        QVERIFY(!s.Manager()->isVisible());
+        s.Reopen();
+        QVERIFY(!s.Entry("mnuNewParams")->isEnabled());
+        s.Entry("mnuFitManager")->trigger();
+        s.user.messages.clear();
+        s.Button("cmdLoad")->click();
+        QVERIFY(s.user.messages.empty());
+        const clsMethManager& again = s.window.objMeth();
+        QVERIFY(again.MethDefined());
+        QVERIFY((results == std::vector<float>{again.K(), again.Q(), again.RSqr(), again.FinalPopulation()}));
+        QCOMPARE(s.window.Graphs().UserTitles().size(), graphs);
+        QVERIFY(s.Report()->isVisible());
+        QVERIFY(s.Entry("mnuNewParams")->isEnabled()); // from now on for the whole run
+        QVERIFY(s.window.Sheet().GridColOf(columns::ExpCatchNums) > 0);
+        QVERIFY(!s.Dirty());
+        QVERIFY(s.Button("cmdAdd")->isEnabled()); // it counts as not logged and can be logged again
+        s.Log("Second");
+        QCOMPARE(s.Fits()->rowCount(), 2);
+    }
+
+    void LoadingAsksBeforeItReplacesAFitAndNoKeepsIt()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.messages.clear();
+        s.user.answers = {Answer::No};
+        QTest::keyClick(s.Fits(), Qt::Key_Return); // Enter loads the current row
+        QVERIFY(s.user.Saw("OK to delete current fit?"));
+        QCOMPARE(s.user.messages.back().buttons, Buttons::YesNo);
+        QVERIFY(s.window.objMeth().FitLogged());
+        s.user.answers = {Answer::Yes};
+        QTest::keyClick(s.Fits(), Qt::Key_Return);
+        QVERIFY(!s.window.objMeth().FitLogged());
+        QVERIFY(s.window.objMeth().MethDefined());
+    }
+
+    void ReloadingRestoresTheTogglesOfTheFitAndTheGridShowsThem()
+    {
+        Saved s;
+        s.ClickBox(3);
+        s.Fit();
+        s.Log("Without 1972");
+        s.user.answers = {Answer::Yes};
+        s.ClickBox(3);
+        s.ClickBox(5);
+        QVERIFY(s.window.objData().ToggledIn(3) && !s.window.objData().ToggledIn(5));
+        s.Button("cmdLoad")->click();
+        QVERIFY(!s.window.objData().ToggledIn(3) && s.window.objData().ToggledIn(5));
+        const QModelIndex box = s.Grid().model()->index(2, TableSheet::kIncludeColumn);
+        QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Unchecked);
+    }
+
+    void ADeletedFitIsGoneFromTheFileAndTheCurrentFitStays()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        const QByteArray with = s.Bytes();
+        s.user.messages.clear();
+        s.user.answers = {Answer::No};
+        s.Button("cmdDelete")->click();
+        QVERIFY(s.user.Saw("Are you sure you want to permanently delete fit?First"));
+        QCOMPARE(s.user.messages.back().icon, Icon::Question);
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdDelete")->click();
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(!s.Bytes().contains("First  "));
+        QVERIFY(s.Bytes().size() < with.size() - 20000); // its body too
+        QVERIFY(s.window.objMeth().MethDefined());
+        QVERIFY(!s.window.Graphs().Empty());
+    }
+
+    void ADeletionThatDoesNotReachTheDiskIsTakenBack()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        const QByteArray before = s.Bytes();
+        s.TakeFolderAway();
+        s.user.messages.clear();
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdDelete")->click();
+        QVERIFY(s.user.Saw("Unable to Delete Fit"));
+        QVERIFY(s.user.Saw("cannot be written"));
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        QVERIFY(!s.Dirty());
+        s.BringFolderBack();
+        QCOMPARE(s.Bytes(), before);
+    }
+
+    void AFitThatCannotBeLoggedIsTakenOutAgain()
+    {
+        Saved s;
+        s.Fit();
+        s.TakeFolderAway();
+        s.user.messages.clear();
+        s.Log("First");
+        QVERIFY(s.user.Saw("Unable to Save Fit"));
+        QCOMPARE(s.user.messages.front().icon, Icon::Critical);
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(!s.window.objMeth().FitLogged());
+        s.BringFolderBack();
+        s.Log("First");
+        QCOMPARE(s.Fits()->rowCount(), 1);
+    }
+
+    void NoFitIsLoadedWhileDataAreEdited()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuEditMode")->trigger();
+        QVERIFY(s.window.Edit().EditMode());
+        for (const char* name : {"cmdLoad", "cmdDelete", "cmdAdd"})
+            QVERIFY2(!s.Button(name)->isEnabled(), name);
+    }
+
+    void TheMenuOfTheFitManagerRepeatsItsButtons()
+    {
+        Saved s;
+        s.Entry("mnuFitManager")->trigger();
+        emit s.Manager()->findChild<QMenu*>("mnuFit")->aboutToShow();
+        QVERIFY(!s.Manager()->findChild<QAction*>("mnuLoad")->isEnabled());
+        s.Manager()->findChild<QAction*>("mnuExit")->trigger();
+        QVERIFY(!s.Manager()->isVisible());
+    }
+
+    void WhatACrashLeftBehindIsOfferedAndOpenedAsUnsavedOrRemoved()
+    {
+        Saved s;
+        s.Change("Of the crash");
+        s.Entry("mnuEditMode")->trigger();
+        s.Entry("mnuEditMode")->trigger(); // which keeps the working copy in step
+        // A folder as a killed program leaves it: the copy, and a lock that nobody holds.
+        const fs::path left = fs::temp_directory_path() / "velt-project-crashd";
+        const auto leave = [&] {
+            fs::remove_all(left);
+            for (const fs::path& folder : WorkingFolders())
+                fs::copy(folder, left);
+        };
+        leave();
+        Session next;
+        next.user.answers = {Answer::Cancel};
+        next.window.OfferLeftovers();
+        QVERIFY(next.user.Saw("VELT ended unexpectedly while this was open:\n" + s.Path("stock.vl3")));
+        QVERIFY(fs::exists(left) && !next.window.FileOpen());
+
+        next.user.answers = {Answer::Yes};
+        next.window.OfferLeftovers();
+        QVERIFY(next.window.FileOpen());
+        QVERIFY(next.window.objData().IsDirty());
+        QCOMPARE(QString::fromStdString(next.window.objData().DSDesc()), QString("Of the crash"));
+        QVERIFY(!fs::exists(left));
+        next.user.answers = {Answer::No};
+        next.Entry("mnuClose")->trigger();
+
+        leave();
+        next.user.answers = {Answer::No};
+        next.window.OfferLeftovers();
+        QVERIFY(!fs::exists(left));
+        QVERIFY(!next.window.FileOpen());
+    }
+
+    void TheWorkingCopyIsTheOwnersAloneAndGoesWithTheProgram()
+    {
+        fs::path folder;
+        {
+            const Saved s;
+            QCOMPARE(WorkingFolders().size(), std::size_t{1});
+            folder = WorkingFolders().front();
+            QCOMPARE(fs::status(folder).permissions() & fs::perms::all, fs::perms::owner_all);
+        }
+        QVERIFY(!fs::exists(folder));
+    }
+};
+
+int main(int argc, char* argv[])
+{
+    // A folder for working copies that no other program and no other test looks into.
+    const QTemporaryDir temporary;
+    qputenv("TMPDIR", temporary.path().toLocal8Bit());
+    QApplication application(argc, argv);
+    projects_test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "projects_test.moc"
