@@ -8,6 +8,7 @@
 #include "base/modVeltGlobals.h"
 #include "batch/BatchFailure.h"
 #include "batch/TypedOptions.h"
+#include "data/ProjectData.h"
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
 #include "models/ModelTable.h"
@@ -134,16 +135,23 @@ void TakeColumns(const TypedOptions& typed, FitRequest& request)
     }
 }
 
+bool IsProjectName(const std::string& path)
+{
+    return ToUpper(path).ends_with(".VL3");
+}
+
 void TakeData(const TypedOptions& typed, FitRequest& request)
 {
     if (typed.data.empty() == typed.csvData.empty())
         Refuse("The data come through exactly one of --data and --csv-data.");
     request.commaSeparated = typed.data.empty();
     request.file = request.commaSeparated ? typed.csvData : typed.data;
-    const bool project =
-        request.file.size() >= 4 && ToUpper(request.file.substr(request.file.size() - 4)) == ".VL3";
-    if (project)
-        Refuse("--data with a project file (.vl3) is not built yet; export the table as text.");
+    request.isProject = !request.commaSeparated && IsProjectName(request.file);
+    if (request.isProject) {
+        if (!typed.timeColumn.empty() || !typed.columns.empty())
+            Refuse("A project knows its columns: --time-column and --columns are for tables.");
+        return;
+    }
     if (typed.timeColumn.empty())
         Refuse("--time-column names the column that holds the time periods; it is missing.");
     if (typed.columns.empty())
@@ -306,9 +314,32 @@ void RefuseWhatIsNotBuilt(const TypedOptions& typed)
         Refuse("--project-ci is not built yet: velt-batch makes no projections.");
 }
 
+void TakeLog(const TypedOptions& typed, FitRequest& request)
+{
+    if (typed.logAs.empty()) {
+        if (!typed.project.empty())
+            Refuse("--project is where a fit is logged; --log-as, its name, is missing.");
+        return;
+    }
+    if (const auto refusal = RefusalOfName(typed.logAs))
+        Refuse("--log-as: " + *refusal);
+    if (typed.project.empty() && !request.isProject)
+        Refuse("--log-as needs --project, the project (.vl3) to log the fit in.");
+    request.project = typed.project.empty() ? request.file : typed.project;
+    if (!IsProjectName(request.project))
+        Refuse("--project ends in .vl3, unlike " + Quoted(request.project) + ".");
+    request.logAs = typed.logAs;
+}
+
 FitRequest RequestOf(const TypedOptions& typed)
 {
     FitRequest request;
+    if (!typed.info.empty() || !typed.dump.empty()) {
+        request.inspection =
+            FitRequest::Inspection{typed.info.empty() ? typed.dump : typed.info, typed.dumpJson};
+        request.json = typed.dumpJson;
+        return request;
+    }
     RefuseWhatIsNotBuilt(typed);
     TakeData(typed, request);
     TakeModel(typed, request);
@@ -316,6 +347,7 @@ FitRequest RequestOf(const TypedOptions& typed)
     TakeBootstraps(typed, request);
     TakeLevels(typed, request);
     TakeOutput(typed, request);
+    TakeLog(typed, request);
     return request;
 }
 } // namespace

@@ -20,7 +20,17 @@ struct FitRequest {
         double value = 0.0;
     };
 
+    /// A project to be looked into instead of a fit.
+    struct Inspection {
+        std::string file;
+        bool asJson = false;
+    };
+    std::optional<Inspection> inspection;
+
     std::string file;
+    bool isProject = false; ///< the file is a project and not a table
+    std::optional<std::string> logAs;
+    std::string project;         ///< where the fit is logged
     bool commaSeparated = false; ///< the file came through --csv-data
     std::string timeColumn;
     std::vector<Assignment> columns;

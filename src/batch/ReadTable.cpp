@@ -134,9 +134,14 @@ void Exclude(clsVeltData& data, std::int32_t label)
 }
 } // namespace
 
+void ExcludePeriods(clsVeltData& data, const FitRequest& request)
+{
+    for (const std::int32_t label : request.exclude)
+        Exclude(data, label);
+}
+
 void ReadTable(clsVeltData& data, BatchUser& user, const FitRequest& request)
 {
     Import(data, user, request);
-    for (const std::int32_t label : request.exclude)
-        Exclude(data, label);
+    ExcludePeriods(data, request);
 }

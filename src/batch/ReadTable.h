@@ -11,3 +11,6 @@ class clsVeltData;
 /// \throws BatchFailure BadUsage for a heading, grid title or time label that does not exist, BadData with
 ///         the place for a file that cannot be read and for time labels that do not rise by one
 void ReadTable(clsVeltData& data, BatchUser& user, const FitRequest& request);
+
+/// Takes the excluded periods out of the fit. \throws BatchFailure BadUsage for a label that does not exist
+void ExcludePeriods(clsVeltData& data, const FitRequest& request);

@@ -12,7 +12,8 @@
 #include "batch/BatchWindow.h"
 #include "batch/CommandLine.h"
 #include "batch/FitTables.h"
-#include "batch/ReadTable.h"
+#include "batch/InspectProject.h"
+#include "batch/ReadData.h"
 #include "batch/ResultFiles.h"
 #include "batch/WriteCsv.h"
 #include "batch/WriteJson.h"
@@ -20,6 +21,7 @@
 #include "data/clsVeltData.h"
 #include "engines/RandomSource.h"
 #include "fit/ParameterReport.h"
+#include "fit/ProjectFile.h"
 #include "fit/clsMethManager.h"
 
 #include <cerrno>
@@ -31,8 +33,9 @@ namespace
 struct Job {
     explicit Job(const FitRequest& asked)
         : request(asked), user(asked), random(asked.seed ? RandomSource(*asked.seed) : RandomSource()),
-          run(user, window, meter, random), data(run), manager(run)
+          run(user, window, meter, random), data(run), project(data), manager(run)
     {
+        manager.Project(project);
     }
     const FitRequest& request;
     BatchUser user;
@@ -41,6 +44,7 @@ struct Job {
     RandomSource random;
     Run run;
     clsVeltData data;
+    ProjectFile project;
     clsMethManager manager;
 };
 
@@ -123,8 +127,22 @@ void AddFiles(ResultFiles& files, const Job& job, const FitTables& tables)
 
 void Read(Job& job)
 {
-    const SignalHold hold; // the import reads a scratch file
-    ReadTable(job.data, job.user, job.request);
+    const SignalHold hold; // a working copy must not be left behind
+    ReadData(job.data, job.project, job.user, job.request);
+}
+
+/// Logs the fit; the project on disk is then the old one or the new one, whole.
+void Log(Job& job)
+{
+    if (!job.request.logAs)
+        return;
+    const SignalHold hold;
+    try {
+        job.data.DSFName(job.request.project);
+        job.manager.LogCurrentFit(*job.request.logAs);
+    } catch (const VeltError& error) {
+        throw BatchFailure(ExitStatus::BadUsage, "--log-as: " + error.description);
+    }
 }
 
 void TellRemarks(const std::vector<Remark>& remarks, std::ostream& err)
@@ -169,6 +187,7 @@ void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
         Bootstrap(job, tables);
     tables.remarks = job.manager.Remarks();
     AddFiles(files, job, tables);
+    Log(job);
     files.Publish();
     Warn(job, tables, err);
     Print(request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText(), out);
@@ -190,7 +209,11 @@ int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::
     try {
         const std::optional<FitRequest> request = ParseCommandLine(arguments, out);
         json = request && request->json;
-        if (request)
+        if (request && request->inspection)
+            Print(request->inspection->asJson ? DumpOf(request->inspection->file)
+                                              : InfoOf(request->inspection->file),
+                  out);
+        else if (request)
             DoJob(*request, out, err);
         else
             Print({}, out); // help and version stand there already

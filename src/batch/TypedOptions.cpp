@@ -13,7 +13,8 @@ namespace
 {
 void DefineOptions(CLI::App& fit, TypedOptions& typed)
 {
-    fit.add_option("--data", typed.data, "Text file: description, headings, one row a period")
+    fit.add_option("--data", typed.data,
+                   "Text file: description, headings, one row a period; or a project (.vl3)")
         ->type_name("FILE");
     fit.add_option("--csv-data", typed.csvData, "Comma-separated file with one heading line")
         ->type_name("FILE");
@@ -46,6 +47,10 @@ void DefineOptions(CLI::App& fit, TypedOptions& typed)
     fit.add_option("--plots", typed.plotsDir, "Writes graphs as PNG and SVG into this directory")
         ->type_name("DIR");
     fit.add_option("--contours", typed.contours, "Likelihood surface with 2 to 200 points along each axis");
+    fit.add_option("--log-as", typed.logAs, "Logs the fit under this name in a project");
+    fit.add_option("--project", typed.project,
+                   "The project to log in (the one of --data); made if it is not there")
+        ->type_name("FILE");
 }
 
 /// An empty text stands for an option that was not given; one that was given as such is a slip, as of a
@@ -67,6 +72,11 @@ std::optional<TypedOptions> ReadOptions(std::vector<std::string> arguments, std:
     app.require_subcommand(1);
     CLI::App* fit = app.add_subcommand("fit", "Fits one model to a table of periods");
     DefineOptions(*fit, typed);
+    CLI::App* info = app.add_subcommand("info", "Says what a project holds");
+    info->add_option("file", typed.info, "Project (.vl3)")->required();
+    CLI::App* dump = app.add_subcommand("dump", "Writes all that a project holds");
+    dump->add_option("file", typed.dump, "Project (.vl3)")->required();
+    dump->add_flag("--json", typed.dumpJson, "as one JSON object")->required();
     std::reverse(arguments.begin(), arguments.end()); // the library takes them from the back
     try {
         app.parse(std::move(arguments));

@@ -13,6 +13,10 @@ struct TypedOptions {
     std::string maxIts, fTol, xTol, convergeOn = "both";
     std::string bootstraps, seed, ci, scenarios, projectCi;
     std::string format = "text", csvDir, plotsDir, contours;
+    std::string logAs, project;
+
+    std::string info, dump; ///< file of the command of that name; empty for a fit
+    bool dumpJson = false;
 };
 
 /// The command line of velt-batch, without the program's name, sorted by options.

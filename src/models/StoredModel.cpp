@@ -160,8 +160,13 @@ TaggedArray DepletionMethod::StoredTimes() const
 /// The regression is not stored: what is asked of the fit later (its remarks, its replicates) runs over it.
 void DepletionMethod::PrepareReloaded()
 {
+    constexpr std::int32_t kRepaired = 3;
     BuildRegression();
-    m_regression.Solve(m);
+    if (m_regression.Solve(m) && m.StartEstKind == kRepaired) {
+        Estimates own;
+        TakeCoefficients(own);
+        m.replacedStart = own[m.Table().searched[0]];
+    }
 }
 
 TaggedNumber clsRecruitINdex::StoredZ() const
