@@ -69,6 +69,8 @@ bool clsDataGrid::IsValidData()
 {
     if (Box().Text().empty() || m_host->IsValidData())
         return true;
+    // The selection may have gone elsewhere; the box remembers its cell from it when it gets the focus.
+    Grid().Select(GridSelection::At(m_old.row, m_old.col));
     Box().SelectAll();
     Box().SetFocus();
     return false;

@@ -227,8 +227,8 @@ void GridWidget::keyPressEvent(QKeyEvent* event)
 void GridWidget::mousePressEvent(QMouseEvent* event)
 {
     QTableView::mousePressEvent(event);
-    if (event->button() != Qt::LeftButton || !m_controller)
-        return; // the right one comes as a wish for the menu, as the menu key does
+    if (event->button() == Qt::RightButton || !m_controller)
+        return; // it comes as a wish for the menu, as the menu key does
     m_controller->GridMouseDown(1);
     m_pressed = !m_box->isVisible(); // a refused value keeps its box, and the release has nothing to say
 }
@@ -242,7 +242,7 @@ void GridWidget::mouseMoveEvent(QMouseEvent* event)
 void GridWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     QTableView::mouseReleaseEvent(event);
-    if (m_pressed && m_controller && event->button() == Qt::LeftButton)
+    if (m_pressed && m_controller && event->button() != Qt::RightButton)
         m_controller->GridMouseUp();
     m_pressed = false;
 }
@@ -264,7 +264,9 @@ void GridWidget::contextMenuEvent(QContextMenuEvent* event)
 void GridWidget::focusInEvent(QFocusEvent* event)
 {
     QTableView::focusInEvent(event);
-    // A click that brings the focus commits the box itself, before anything else.
-    if (m_controller && event->reason() != Qt::MouseFocusReason)
+    // A click that brings the focus commits the box itself, before anything else; a window that comes back
+    // from a message about the box must leave it open.
+    if (m_controller && event->reason() != Qt::MouseFocusReason &&
+        event->reason() != Qt::ActiveWindowFocusReason)
         m_controller->GridGotFocus();
 }

@@ -356,6 +356,19 @@ TEST(CommitIfOpen, StoresAnOpenBoxAndSaysWhetherTheWayIsFree)
     EXPECT_TRUE(s.box.visible);
 }
 
+TEST(CommitIfOpen, ARefusedTextKeepsItsCellWhereverTheSelectionHasGone)
+{
+    Sheet s;
+    s.Type("5x");
+    s.Go(3, kC); // as the right button does before its menu opens
+    EXPECT_FALSE(s.control.CommitIfOpen());
+    EXPECT_EQ(s.grid.selected, GridSelection::At(1, kA));
+    s.Type("6");
+    s.Press(kEnter);
+    EXPECT_EQ(s.Value(1, kA), 6.0F);
+    EXPECT_EQ(s.Value(3, kC), -1.0F);
+}
+
 TEST(CopyClick, ABlockIsTheCellsAsDisplayedWithALineEndBehindEveryRow)
 {
     Sheet s;

@@ -6,7 +6,11 @@
 #include "views/DataGridModel.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPalette>
 #include <QScrollBar>
@@ -31,6 +35,10 @@ struct Editing : Session {
         Activate();
     }
     QLineEdit* Box() { return window.findChild<QLineEdit*>("txtEdit"); }
+    QPoint Middle(int row, int col)
+    {
+        return Grid().visualRect(Grid().model()->index(row - 1, col)).center();
+    }
     void Put(int row, int col, const QString& text)
     {
         Go(row, col);
@@ -233,6 +241,55 @@ private slots:
         s.Type("5x");
         s.Click(3, kB);
         QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void ABoxOnTheScreenDoesNotTakeTheRefusedTextAway()
+    {
+        Editing s;
+        s.user.onShow = [&] { // a real one takes the focus and gives it back
+            QMessageBox box(&s.window);
+            QTimer::singleShot(0, &box, &QDialog::accept);
+            box.exec();
+            QApplication::setActiveWindow(&s.window); // some window systems do so at once
+        };
+        s.Go(1, kA);
+        s.Type("5x");
+        s.Click(3, kB);
+        QCoreApplication::processEvents();
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        QCOMPARE(s.Box()->text(), QString("5x"));
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void TheMiddleButtonElsewhereStoresTheCellAsTheLeftOneDoes()
+    {
+        Editing s;
+        s.Go(1, kA);
+        s.Type("5");
+        QTest::mouseClick(s.Grid().viewport(), Qt::MiddleButton, Qt::NoModifier, s.Middle(3, kB));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(!s.Box()->isVisible());
+        s.Type("7");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
+    void ARefusedTextMendedAfterTheRightButtonElsewhereLandsInItsOwnCell()
+    {
+        Editing s;
+        s.Go(1, kA);
+        s.Type("5x");
+        QTest::mouseClick(s.Grid().viewport(), Qt::RightButton, Qt::NoModifier, s.Middle(3, kB));
+        emit s.Menu("mnuEdit")->aboutToShow();
+        QVERIFY(s.user.Saw("Data must be numeric."));
         QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
         s.Type("6");
         s.Press(Qt::Key_Return);
@@ -813,20 +870,6 @@ private slots:
         s.ClickPoint(0, 5);
         QVERIFY(s.user.Saw("Cannot Toggle in points that are not Included"));
         QCOMPARE(s.user.messages.back().icon, Icon::Information);
-    }
-
-    void ADragOverAPointAndADoubleClickDoNotToggleIt()
-    {
-        Working s;
-        s.Fit();
-        s.user.messages.clear();
-        QCustomPlot& plot = s.window.Graphs().At(0)->Plot();
-        const QPoint from = s.Spot(0, 5);
-        const QPoint to = from + QPoint(QApplication::startDragDistance() * 3, 0);
-        QTest::mousePress(&plot, Qt::LeftButton, Qt::NoModifier, to);
-        QTest::mouseRelease(&plot, Qt::LeftButton, Qt::NoModifier, from);
-        QVERIFY(s.user.messages.empty());
-        QVERIFY(s.window.objMeth().MethDefined());
     }
 
     void AHighlightedPeriodLightsUpInAllGraphsAndInTheTableAndGoesOutAgain()
