@@ -46,12 +46,18 @@ void clsDataGrid::GridGotFocus()
         Box().Hide();
 }
 
-void clsDataGrid::GridEdit(int key)
+/// Whether a data cell is selected; a table without rows or columns has none.
+bool clsDataGrid::OnACell() const
 {
     const GridSelection selected = Grid().Selected();
-    if (selected.row < Grid().FixedRows() || selected.col < Grid().FixedCols())
-        return; // no cell to edit
-    m_old = GridSelection::At(selected.row, selected.col);
+    return selected.row >= Grid().FixedRows() && selected.col >= Grid().FixedCols();
+}
+
+void clsDataGrid::GridEdit(int key)
+{
+    if (!OnACell())
+        return;
+    m_old = GridSelection::At(Grid().Selected().row, Grid().Selected().col);
     if (StartsANumber(key)) {
         Box().Text({});
         Box().ReplaceSelection(std::string(1, static_cast<char>(key)));
@@ -192,6 +198,8 @@ bool clsDataGrid::Store(int row, int col, const std::string& value)
 
 void clsDataGrid::CopyBlock()
 {
+    if (!OnACell())
+        return;
     const GridSelection block = Grid().Selected();
     std::string displayed;
     std::string exact;
@@ -230,6 +238,8 @@ void clsDataGrid::ClearClick()
 
 void clsDataGrid::ClearSelected()
 {
+    if (!OnACell())
+        return;
     const GridSelection block = Grid().Selected();
     for (int row = block.Top(); row <= block.Bottom(); ++row)
         for (int col = block.Left(); col <= block.Right(); ++col)
@@ -244,6 +254,10 @@ void clsDataGrid::PasteClick()
     }
     if (m_host->Active() != ActiveControl::Grid)
         return;
+    if (!OnACell()) {
+        Tell("The table has no cells to paste into.");
+        return;
+    }
     const PasteBlock block = ReadPasteBlock(m_clipboard.Text());
     if (block.IsOneValue())
         PasteValue(block);
@@ -339,9 +353,9 @@ GridSelection clsDataGrid::WholeColumns() const
 
 void clsDataGrid::FormatNumber()
 {
-    const GridSelection current = Grid().Selected();
-    if (current.row < Grid().FixedRows() || current.col < Grid().FixedCols())
+    if (!OnACell())
         return;
+    const GridSelection current = Grid().Selected();
     const GridSelection columns = WholeColumns();
     Grid().Select(columns);
     NumberFormatChoice choice = ChoiceOf(m_host->FormatString(current.col));
@@ -361,9 +375,9 @@ void clsDataGrid::FormatNumber()
 
 void clsDataGrid::FormatCol()
 {
-    const GridSelection current = Grid().Selected();
-    if (current.row < Grid().FixedRows() || current.col < Grid().FixedCols())
+    if (!OnACell())
         return;
+    const GridSelection current = Grid().Selected();
     const GridSelection columns = WholeColumns();
     Grid().Select(columns);
     CellFont font = m_host->TextFormat(current.col);

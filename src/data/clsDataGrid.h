@@ -73,6 +73,7 @@ public:
 private:
     IFlexGrid& Grid() const { return m_host->FlexGrid(); }
     ITextBox& Box() const { return m_host->txtBox(); }
+    bool OnACell() const;
     void Commit();
     void CloseBox();
     void MoveRow(int step);

@@ -606,6 +606,25 @@ TEST(PasteClick, AHostileTextIsQuotedShortAndOnOneLine)
     EXPECT_EQ(s.Message().find('\x1b'), std::string::npos);
 }
 
+TEST(EmptyTable, WithoutACellNoCommandTouchesTheDataOrTheClipboard)
+{
+    SheetBench s(0, {columns::TotCatchWt, columns::Effort});
+    s.grid.selected = {}; // as a grid without cells says it
+    s.clipboard.Put("1\r\n");
+    s.control.CopyClick();
+    s.control.CutClick();
+    s.control.ClearClick();
+    EXPECT_EQ(s.clipboard.Text(), "1\r\n");
+    EXPECT_TRUE(s.user.messages.empty());
+    for (const char* copied : {"1\r\n", "1\t2\r\n", "x"}) {
+        s.Paste(copied);
+        EXPECT_TRUE(s.user.Saw("The table has no cells to paste into."));
+        s.user.messages.clear();
+    }
+    EXPECT_TRUE(s.changes.empty());
+    EXPECT_TRUE(s.grid.written.empty());
+}
+
 TEST(FormatNumber, WholeColumnsGetTheFormatAndTheirCellsAreRewritten)
 {
     Sheet s;

@@ -600,8 +600,12 @@ private slots:
         QVERIFY(s.window.findChild<QLabel*>("lblHint")->isVisible());
         s.user.messages.clear();
         s.Entry("mnuDeleteRow")->trigger(); // nothing to delete
+        QGuiApplication::clipboard()->setText("1\n");
         for (const char* name : {"mnuNumber", "mnuFormat", "mnuCopy", "mnuCut", "mnuPaste"})
             s.Entry(name)->trigger();
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("The table has no cells to paste into."));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("1\n"));
         s.Entry("mnuEditMode")->trigger();
         s.Entry("mnuEditMode")->trigger();
         s.Entry("mnuAddRow")->trigger();
