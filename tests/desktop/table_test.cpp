@@ -813,6 +813,37 @@ private slots:
         QCOMPARE(s.window.objData().NNtPoints(), 3);
     }
 
+    void ATableWithoutDataColumnsHasNoCellAndItsKeysDoNothing()
+    {
+        Session s;
+        s.user.onAsciiWizard = [](AsciiWizard& wizard) { // only the years are taken
+            wizard.ChooseTiming(1);
+            wizard.Next();
+            wizard.Finish();
+            return true;
+        };
+        s.Open();
+        s.Activate();
+        QCOMPARE(s.Grid().Cols(), 2);
+        s.Press(Qt::Key_Space, Qt::ControlModifier);
+        s.Entry("mnuCopy")->trigger();
+        s.Entry("mnuEditMode")->trigger();
+        QGuiApplication::clipboard()->setText("1\t2\n");
+        s.user.messages.clear();
+        for (const Qt::Key key : {Qt::Key_5, Qt::Key_Delete, Qt::Key_Return, Qt::Key_Down, Qt::Key_End})
+            s.Press(key);
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        for (const char* name : {"mnuCut", "mnuNumber", "mnuFormat"})
+            s.Entry(name)->trigger();
+        QVERIFY(s.user.messages.empty());
+        s.Entry("mnuPaste")->trigger();
+        QVERIFY(s.user.Saw("The table has no cells to paste into."));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("1\t2\n"));
+        s.user.Selects({"Effort"});
+        s.Entry("mnuInsertColumn")->trigger();
+        QCOMPARE(s.Grid().Selected(), GridSelection::At(1, kA));
+    }
+
     void ABoxAsksBeforeItTakesAFitAwayAndNoKeepsIt()
     {
         Working s;
