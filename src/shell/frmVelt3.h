@@ -83,6 +83,7 @@ private:
     void OnEditMenu();
     MenuState Menu(bool clipboardHasText = true) const;
     void OnAbout();
+    void ShowDataSet();
     void ShowCaption();
     void ShowHint(bool noData);
 

@@ -616,6 +616,30 @@ private slots:
         QCOMPARE(s.Value(1, kA), 5.0F);
     }
 
+    void UndoShowsATableAgainOfWhichAllRowsWereDeletedAndTheKeysGoThere()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        s.Entry("mnuDeleteRow")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        QVERIFY(s.Grid().isVisible());
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(s.Grid().hasFocus());
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        s.Entry("mnuUndo")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        QCOMPARE(s.Value(1, kA), -1.0F); // the step before the deletion
+        s.Entry("mnuRedo")->trigger();
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        s.Entry("mnuDeleteRow")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        s.Entry("mnuRedo")->trigger();
+        QVERIFY(s.window.findChild<QLabel*>("lblHint")->isVisible());
+    }
+
     void The201stRowIsRefusedWithASentence()
     {
         Editing s(199, {columns::Effort});
