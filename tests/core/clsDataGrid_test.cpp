@@ -704,6 +704,32 @@ TEST(Undo, EveryChangeIsOneStepAndTakingItBackRestoresTheBits)
     EXPECT_TRUE(s.data.IsDirty());
 }
 
+TEST(Undo, AValueThatIsNoNumberInTheTableMakesNoStepOutOfNothing)
+{
+    Sheet s;
+    s.Set(4, kC, std::numeric_limits<double>::quiet_NaN()); // a project file may hold one
+    s.Paste("x\ty\n");
+    EXPECT_TRUE(s.changes.empty());
+    s.Go(4, kC);
+    s.Type("3");
+    s.Press(kEnter);
+    ASSERT_EQ(s.changes.size(), 1U);
+    s.TakeBack();
+    EXPECT_TRUE(std::isnan(s.Value(4, kC)));
+}
+
+TEST(Undo, TheSignOfAZeroIsAChangeThatCanBeTakenBack)
+{
+    Sheet s;
+    s.Set(1, kA, 0.0);
+    s.Type("-0");
+    s.Press(kEnter);
+    ASSERT_EQ(s.changes.size(), 1U);
+    EXPECT_TRUE(std::signbit(s.Value(1, kA)));
+    s.TakeBack();
+    EXPECT_FALSE(std::signbit(s.Value(1, kA)));
+}
+
 TEST(TableSheet, AbsentColumnsHaveNoPlaceAndThePresentOnesStandInTheirOrder)
 {
     Sheet s;
