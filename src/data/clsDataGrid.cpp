@@ -26,6 +26,13 @@ std::string Formatted(const std::string& value, const std::string& format)
     return number ? FormatNumber(static_cast<float>(*number), format) : value;
 }
 
+/// A spreadsheet ends also a single cell with a line end, which a line cannot hold.
+std::string WithoutLineEnds(std::string text)
+{
+    text.resize(text.find_last_not_of("\r\n") + 1); // npos is one less than 0
+    return text;
+}
+
 /// Where a cell stands in a block, counted from 0.
 std::string InBlock(std::size_t row, std::size_t column)
 {
@@ -249,7 +256,7 @@ void clsDataGrid::ClearSelected()
 void clsDataGrid::PasteClick()
 {
     if (m_host->Active() == ActiveControl::TextBox) {
-        Box().ReplaceSelection(m_clipboard.Text());
+        Box().ReplaceSelection(WithoutLineEnds(m_clipboard.Text()));
         return;
     }
     if (m_host->Active() != ActiveControl::Grid)

@@ -99,6 +99,12 @@ void CellBox::Text(const std::string& text)
     setText(QString::fromStdString(text)); // which also counts as not modified
 }
 
+std::string CellBox::Text() const
+{
+    const std::string typed = text().toStdString();
+    return typed.substr(0, typed.find_last_not_of("\r\n") + 1);
+}
+
 void CellBox::ShowOver(int row, int col)
 {
     constexpr int kShortest = 9; // average characters
@@ -118,6 +124,10 @@ bool CellBox::event(QEvent* event)
     if (event->type() == QEvent::KeyPress && m_controller) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const int shift = key->modifiers() & Qt::ShiftModifier ? grid_keys::kShift : 0;
+        if (key->matches(QKeySequence::Paste)) { // the line would take the text as displayed, not the value
+            m_controller->PasteClick();
+            return true;
+        }
         const int code = CodeOf(key->key());
         if (code != 0 && m_controller->TextKeyDown(code, shift))
             return true;

@@ -586,6 +586,14 @@ TEST(PasteClick, ValuesOfABlockBeyondACellAreLeftOutAndTheFirstIsNamed)
     EXPECT_EQ(s.Value(2, kA), 2.0F);
 }
 
+TEST(PasteClick, InTheTextBoxTheLineEndsBehindTheTextAreLeftOut)
+{
+    Sheet s;
+    s.Press(kEnter);
+    s.Paste("3.25\r\n"); // as a spreadsheet copies one cell
+    EXPECT_EQ(s.box.text, "3.25");
+}
+
 TEST(PasteClick, InTheTextBoxTheClipboardReplacesTheSelectedText)
 {
     Sheet s;

@@ -297,6 +297,36 @@ private slots:
         QCOMPARE(s.Value(3, kB), -1.0F);
     }
 
+    void OneCellOfASpreadsheetCanBePastedIntoTheOpenCell()
+    {
+        Editing s;
+        QGuiApplication::clipboard()->setText("12.5\r\n");
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(s.Box()->text(), QString("12.5"));
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 12.5F);
+        QVERIFY(s.user.messages.empty());
+        s.Press(Qt::Key_F2);
+        s.Box()->selectAll();
+        s.Box()->paste(); // as the menu of the line itself does
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 12.5F);
+        QVERIFY(s.user.messages.empty());
+    }
+
+    void ACopiedCellKeepsItsDigitsAlsoThroughTheOpenCell()
+    {
+        Editing s;
+        s.Put(1, kA, "0.712345");
+        s.Press(Qt::Key_C, Qt::ControlModifier);
+        s.Go(2, kA);
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(2, kA), 0.712345F);
+    }
+
     void ABlockOf200RowsAnd9ColumnsIsPastedCutAndTakenBack()
     {
         Editing s(200, {1, 2, 3, 4, 5, 6, 7, 8, 9});
