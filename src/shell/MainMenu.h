@@ -42,6 +42,7 @@ signals:
     void GraphChosen(int position);
     void AboutToShow();
     void EditAboutToShow();
+    void EditHidden();
 
 private:
     struct Entry;

@@ -767,6 +767,20 @@ private slots:
         QVERIFY(s.Entry("mnuPaste")->isEnabled());
     }
 
+    void PasteByItsKeysIsNotHeldUpByAClipboardThatWasEmptyWhenTheMenuWasOpen()
+    {
+        Editing s;
+        QGuiApplication::clipboard()->clear();
+        s.Menu("mnuEdit")->popup(QPoint(5, 5));
+        QVERIFY(!s.Entry("mnuPaste")->isEnabled());
+        s.Menu("mnuEdit")->close();
+        QCoreApplication::processEvents();
+        QGuiApplication::clipboard()->setText("1\n"); // copied elsewhere in the meantime
+        s.Activate();
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(s.Value(1, kA), 1.0F);
+    }
+
     void OpeningTheEditMenuStoresTheOpenCellAndARefusedOneStaysOpen()
     {
         Editing s;
