@@ -338,7 +338,7 @@ std::string clsDataGrid::PlaceCells(const PasteBlock& block)
         for (std::size_t j = 0; j < block.rows[i].size(); ++j) {
             const std::string& cell = block.rows[i][j];
             if (!number_text::ParseTyped(cell))
-                return NotNumeric(cell, i, j);
+                return NotNumeric(cell, i, j) + (problem.empty() ? "" : "\n\n") + problem;
             const int row = start.row + static_cast<int>(i);
             const int col = start.col + static_cast<int>(j);
             if (row < Grid().Rows() && col < Grid().Cols() && !Store(row, col, cell) && problem.empty())

@@ -586,6 +586,15 @@ TEST(PasteClick, ValuesOfABlockBeyondACellAreLeftOutAndTheFirstIsNamed)
     EXPECT_EQ(s.Value(2, kA), 2.0F);
 }
 
+TEST(PasteClick, AValueBeyondACellIsAlsoToldWhenALaterCellEndsThePaste)
+{
+    Sheet s;
+    s.Paste("1e39\tx\n");
+    EXPECT_EQ(s.user.messages.size(), 1U);
+    EXPECT_TRUE(s.user.Saw("The paste ended at row 1, column 2 of the block"));
+    EXPECT_TRUE(s.user.Saw("1e39 in row 1, column 1 of the block"));
+}
+
 TEST(PasteClick, InTheTextBoxTheLineEndsBehindTheTextAreLeftOut)
 {
     Sheet s;
