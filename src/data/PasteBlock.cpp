@@ -17,10 +17,10 @@ std::string TakeCell(std::string_view& text)
     for (std::size_t i = 1; i < text.size(); ++i) {
         if (text[i] == '"' && (i + 1 == text.size() || text[i + 1] != '"')) {
             text.remove_prefix(i + 1);
-            // What follows the closing quote belongs to the cell; it will be no number then.
+            // What follows the closing quote belongs to the cell, which then is no number: the quote stays.
             const std::string rest(text.substr(0, text.find_first_of(kEndsOfCell)));
             text.remove_prefix(rest.size());
-            return cell + rest;
+            return cell + (rest.find_first_not_of(' ') == std::string::npos ? "" : "\"") + rest;
         }
         if (text[i] == '"')
             ++i;

@@ -36,7 +36,8 @@ TEST(PasteBlock, ACellInQuotesIsWhatStandsBetweenThem)
     EXPECT_EQ(ReadPasteBlock("\"1\"\t\"a\tb\"\n").rows, (Rows{{"1", "a\tb"}}));
     EXPECT_EQ(ReadPasteBlock("\"two\nlines\"\t3\n").rows, (Rows{{"two\nlines", "3"}}));
     EXPECT_EQ(ReadPasteBlock("\"say \"\"a\"\"\"\n").rows, (Rows{{"say \"a\""}}));
-    EXPECT_EQ(ReadPasteBlock("\"1\"2\n").rows, (Rows{{"12"}}));
+    EXPECT_EQ(ReadPasteBlock("\"1\"2\n").rows, (Rows{{"1\"2"}})); // and so no number
+    EXPECT_EQ(ReadPasteBlock("\"1\" \t2\n").rows, (Rows{{"1 ", "2"}}));
     EXPECT_EQ(ReadPasteBlock("\"never closed\n1\n").rows, (Rows{{"never closed\n1\n"}}));
     EXPECT_EQ(ReadPasteBlock("5\"\n").rows, (Rows{{"5\""}})); // inches, not a quote
 }
