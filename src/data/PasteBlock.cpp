@@ -4,6 +4,7 @@
 namespace
 {
 constexpr std::string_view kEndsOfCell = "\t\r\n";
+constexpr std::size_t kMostCells = 100'000;
 
 /// Takes the next cell off the front of `text`, up to its tab or line end.
 std::string TakeCell(std::string_view& text)
@@ -43,10 +44,11 @@ bool TakeLineEnd(std::string_view& text)
 PasteBlock ReadPasteBlock(std::string_view text)
 {
     PasteBlock block;
-    while (!text.empty()) {
+    std::size_t cells = 0;
+    while (!text.empty() && cells < kMostCells) {
         std::vector<std::string>& row = block.rows.emplace_back();
         row.push_back(TakeCell(text));
-        while (text.starts_with('\t')) {
+        for (++cells; text.starts_with('\t') && cells < kMostCells; ++cells) {
             text.remove_prefix(1);
             row.push_back(TakeCell(text));
         }

@@ -49,3 +49,19 @@ TEST(PasteBlock, OneValueHasNeitherATabNorASecondLineEnd)
     EXPECT_FALSE(ReadPasteBlock("1\t").IsOneValue());
     EXPECT_FALSE(ReadPasteBlock("1\r\n\r\n").IsOneValue());
 }
+
+TEST(PasteBlock, WhatLiesFarBeyondAnyTableIsNotRead)
+{
+    for (const char* cell : {"\t", "\n", "1\r", "1\t"}) {
+        std::string text;
+        while (text.size() < 10'000'000)
+            text += cell;
+        const PasteBlock block = ReadPasteBlock(text);
+        std::size_t cells = 0;
+        for (const auto& row : block.rows)
+            cells += row.size();
+        EXPECT_GE(cells, 200U * 15U);
+        EXPECT_LE(cells, 100'001U);
+        EXPECT_FALSE(block.IsOneValue());
+    }
+}

@@ -327,6 +327,33 @@ private slots:
         QCOMPARE(s.Value(2, kA), 0.712345F);
     }
 
+    void AHostileClipboardIsAnsweredInTwoSecondsAndLosesNothing()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Put(4, kB, "6");
+        const TableSheet::State before = s.window.Sheet().Now();
+        const QString tabs(10'000'000, QChar('\t'));
+        const QString rows = QString("1\n").repeated(200'000);
+        for (const QString& text :
+             {tabs, rows, QString(10'000'000, QChar('9')), QString::fromLatin1("1\0\t2\n", 5),
+              QString("1\r\r2"), QString("\"1\t2\n3\t4\n"), QString("1e400\t2\n"),
+              QString("1e99999999999999999999\n"), QString("\n\n"), QString("-\t.\n"),
+              QString(QChar(0xD800)) + "\t1\n"}) {
+            QGuiApplication::clipboard()->setText(text);
+            s.Go(1, kA);
+            s.user.messages.clear();
+            QElapsedTimer timer;
+            timer.start();
+            s.Entry("mnuPaste")->trigger();
+            QVERIFY2(timer.elapsed() < 2000, qPrintable(text.left(20)));
+            QVERIFY(!s.user.messages.empty()); // each says what is wrong with it
+            while (s.Entry("mnuUndo")->isEnabled() && s.Entry("mnuUndo")->text().endsWith("Paste"))
+                s.Entry("mnuUndo")->trigger();
+            QVERIFY(s.window.Sheet().Now() == before);
+        }
+    }
+
     void ABlockOf200RowsAnd9ColumnsIsPastedCutAndTakenBack()
     {
         Editing s(200, {1, 2, 3, 4, 5, 6, 7, 8, 9});
