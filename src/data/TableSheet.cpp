@@ -95,7 +95,7 @@ std::string TableSheet::Title(int col) const
 std::string TableSheet::Text(int row, int col) const
 {
     if (col == kTimeColumn)
-        return std::to_string(m_data->MinTimeP() - 1 + row);
+        return std::to_string(std::int64_t{m_data->MinTimeP()} - 1 + row);
     return col == kIncludeColumn ? std::string() : FormatNumber(Data(col, row), FormatString(col));
 }
 

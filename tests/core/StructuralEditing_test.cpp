@@ -273,6 +273,16 @@ TEST(Rows, ARangeThatEndsBeforeItBeginsCountsAsAnEmptyOne)
     EXPECT_EQ(table.maxTimeP, 1990);
 }
 
+TEST(Rows, ATableFromTheSmallestLabelOnCanBeEmptied)
+{
+    DataTable table = Numbered(3);
+    table.minTimeP = std::numeric_limits<std::int32_t>::min();
+    table.maxTimeP = table.minTimeP + 2;
+    DeleteRows(table, 1, 3);
+    EXPECT_EQ(table.timeInts, 0);
+    EXPECT_EQ(table.ShownRows(), 0);
+}
+
 TEST(Rows, EveryStructuralChangeMarksTheDataSet)
 {
     Bench bench;

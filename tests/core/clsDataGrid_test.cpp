@@ -747,6 +747,15 @@ TEST(Undo, TheSignOfAZeroIsAChangeThatCanBeTakenBack)
     EXPECT_FALSE(std::signbit(s.Value(1, kA)));
 }
 
+TEST(TableSheet, LabelsAtTheEndsOfTheirRangeAreShown)
+{
+    Sheet s;
+    s.data.MinTimeP(std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(s.sheet.Text(1, TableSheet::kTimeColumn), "-2147483648");
+    s.data.MinTimeP(std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(s.sheet.Text(1, TableSheet::kTimeColumn), "2147483647");
+}
+
 TEST(TableSheet, AbsentColumnsHaveNoPlaceAndThePresentOnesStandInTheirOrder)
 {
     Sheet s;
