@@ -120,6 +120,16 @@ TEST(ShiftData, RowsPushedPast200FallOff)
     EXPECT_EQ(Efforts(table, 200), std::vector<float>(200, kMissing));
 }
 
+TEST(ShiftData, ClosingLeavesTheLastRowOfAFullTableEmpty)
+{
+    DataTable table = Numbered(200);
+    ShiftData(table, -1);
+    EXPECT_EQ(table.db(columns::Effort)(199), 200.0F);
+    EXPECT_EQ(table.db(columns::Effort)(200), kMissing);
+    EXPECT_FALSE(table.toggledIn(200));
+    EXPECT_FALSE(table.included(200));
+}
+
 TEST(ShiftData, AStartThatIsNoRowFails)
 {
     DataTable table = Numbered(3);

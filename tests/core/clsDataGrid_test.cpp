@@ -701,6 +701,8 @@ TEST(FormatCol, WholeColumnsGetTheFontThatWasPresetFromTheCurrentOne)
     ASSERT_EQ(s.changes.size(), 1U);
     s.TakeBack();
     EXPECT_FALSE(s.sheet.TextFormat(kA).bold);
+    EXPECT_EQ(s.grid.selected.Top(), 1);
+    EXPECT_EQ(s.grid.selected.Bottom(), 4);
 }
 
 TEST(Undo, EveryChangeIsOneStepAndTakingItBackRestoresTheBits)

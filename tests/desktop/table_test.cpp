@@ -197,6 +197,45 @@ private slots:
         QCOMPARE(s.Grid().Selected(), (GridSelection{1, kA, 3, kB}));
     }
 
+    void ASelectionIsOneBlockAlsoWithCtrl()
+    {
+        Editing s;
+        s.Click(1, kA);
+        QTest::mouseClick(s.Grid().viewport(), Qt::LeftButton, Qt::ControlModifier, s.Middle(3, kB + 1));
+        QCOMPARE(s.Grid().selectionModel()->selection().size(), 1);
+    }
+
+    void NumbersAreDrawnAndRowsHaveNoSecondNumbering()
+    {
+        Editing s;
+        const auto cell = [&](int col) {
+            return s.Grid().viewport()->grab(s.Grid().visualRect(s.Grid().model()->index(1, col))).toImage();
+        };
+        s.Put(2, kA, "8");
+        s.Put(2, kB, "8");
+        s.Go(1, kA);
+        const QImage eight = cell(kB);
+        s.Put(2, kB, "3");
+        s.Go(1, kA);
+        QVERIFY(cell(kB) != eight);
+        for (const char* name : {"grdData", "grdFixed"})
+            QVERIFY(s.window.findChild<QTableView*>(name)->verticalHeader()->isHidden());
+        const auto* fixed = s.window.findChild<QTableView*>("grdFixed");
+        QCOMPARE(fixed->geometry().right() + 1, s.Grid().geometry().left()); // one table to the eye
+        QCOMPARE(fixed->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Window));
+    }
+
+    void AnEmptiedLineThatLosesTheFocusSaysWhatWouldBeStored()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_Backspace);
+        s.Box()->clearFocus();
+        QCOMPARE(s.Box()->text(), QString("-1"));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
     void ALetterAtTheGridOpensTheCellOnItsOldText()
     {
         Editing s;
@@ -220,6 +259,20 @@ private slots:
         QTest::mouseDClick(s.Grid().viewport(), Qt::LeftButton, Qt::NoModifier, spot);
         QVERIFY(s.Box()->isVisible());
         QCOMPARE(s.Box()->text(), QString("5"));
+        s.Press(Qt::Key_Escape);
+        QWidget* cells = s.Grid().viewport(); // and once more with all that a hand does
+        QTest::mouseClick(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QTest::mousePress(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QMouseEvent second(QEvent::MouseButtonDblClick, spot, cells->mapToGlobal(spot), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(cells, &second);
+        QTest::mouseRelease(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QVERIFY(s.Box()->isVisible());
+        s.Press(Qt::Key_Escape);
+        const QPoint below(spot.x(), cells->height() - 2);
+        QVERIFY(!s.Grid().indexAt(below).isValid());
+        QTest::mouseDClick(cells, Qt::LeftButton, Qt::NoModifier, below);
+        QVERIFY(!s.Box()->isVisible());
     }
 
     void AClickElsewhereStoresTheCellFirst()
@@ -622,6 +675,15 @@ private slots:
         }
     }
 
+    void UndoOfARowLeavesTheSelectionWhereItsCellsStillAre()
+    {
+        Editing s;
+        s.Entry("mnuAddRow")->trigger();
+        s.Mark(3, kA, 5, kB + 1);
+        s.Entry("mnuUndo")->trigger();
+        QCOMPARE(s.Grid().Selected(), (GridSelection{3, kA, 4, kB + 1}));
+    }
+
     void RowsAreInsertedAboveTheSelectionOnlyOnYes()
     {
         Editing s;
@@ -1002,6 +1064,28 @@ private slots:
         QCOMPARE(s.user.messages.back().icon, Icon::Information);
     }
 
+    void ADragOverAPointDoesNotToggleItAndADoubleClickTogglesItOnce()
+    {
+        Working s;
+        s.Fit();
+        s.user.messages.clear();
+        QCustomPlot& plot = s.window.Graphs().At(0)->Plot();
+        const QPoint from = s.Spot(0, 5);
+        const QPoint to = from + QPoint(QApplication::startDragDistance() * 3, 0);
+        QTest::mousePress(&plot, Qt::LeftButton, Qt::NoModifier, to);
+        QTest::mouseRelease(&plot, Qt::LeftButton, Qt::NoModifier, from);
+        QVERIFY(s.user.messages.empty());
+        QVERIFY(s.window.objMeth().MethDefined());
+
+        s.user.answers = {Answer::Yes};
+        s.ClickPoint(0, 5); // the first half of it, which cannot know
+        QMouseEvent second(QEvent::MouseButtonDblClick, from, plot.mapToGlobal(from), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&plot, &second);
+        QTest::mouseRelease(&plot, Qt::LeftButton, Qt::NoModifier, from);
+        QVERIFY(!s.window.objData().ToggledIn(5));
+    }
+
     void AHighlightedPeriodLightsUpInAllGraphsAndInTheTableAndGoesOutAgain()
     {
         Working s;
@@ -1069,6 +1153,46 @@ private slots:
         s.window.close();
         QVERIFY(s.window.isVisible());
         QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
+    void ClosingTheWindowAfterAnImportAsksOnlyWhenACellWasChanged()
+    {
+        Working s;
+        s.Entry("mnuEditMode")->trigger();
+        s.Go(1, kA);
+        s.Type("5");
+        s.Press(Qt::Key_Return);
+        s.Entry("mnuEditMode")->trigger();
+        s.user.answers = {Answer::No};
+        s.window.close();
+        QVERIFY(s.user.Saw("will be lost"));
+        QVERIFY(s.window.isVisible());
+        Working untouched;
+        untouched.Entry("mnuEditMode")->trigger();
+        untouched.Entry("mnuEditMode")->trigger();
+        untouched.user.messages.clear();
+        untouched.window.close();
+        QVERIFY(untouched.user.messages.empty());
+    }
+
+    void AFileThatComesInEditModeStoresTheOpenCellAsksAndEndsIt()
+    {
+        Editing s;
+        s.Type("5x");
+        s.Open(); // the refused cell stays in front
+        QVERIFY(s.user.Saw("Data must be numeric."));
+        QVERIFY(s.Box()->isVisible());
+        s.Type("5");
+        s.user.answers = {Answer::No};
+        s.Open();
+        QVERIFY(s.user.Saw("will be lost"));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(s.window.Edit().EditMode());
+        s.Open();
+        QVERIFY(!s.window.Edit().EditMode());
+        QVERIFY(!s.Entry("mnuUndo")->isEnabled());
+        QVERIFY(s.window.findChild<DataGridView*>()->Model().BoxEnabled(1));
+        QCOMPARE(s.Grid().palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
     }
 
     void NoFileIsDroppedIntoEditMode()
@@ -1172,6 +1296,18 @@ private slots:
         QCOMPARE(model.rowCount(), 4);
     }
 
+    void WhoLooksAtTheTableIsToldThatAnotherRowIsLit()
+    {
+        SheetBench bench(4, {columns::Effort});
+        DataGridModel model;
+        model.Show(&bench.sheet);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        model.Highlight(2);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed[0][0].toModelIndex(), model.index(0, 0)); // the whole of it
+        QCOMPARE(changed[0][1].toModelIndex(), model.index(3, 2));
+    }
+
     void ATableOfNoDataSetIsEmpty()
     {
         DataGridModel model;
@@ -1199,6 +1335,8 @@ private slots:
         QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),
                  scrolling->rowAt(scrolling->viewport()->height() - 1));
         QCOMPARE(fixed->rowAt(1), scrolling->rowAt(1));
+        fixed->verticalScrollBar()->setValue(7); // the wheel over the labels
+        QCOMPARE(scrolling->verticalScrollBar()->value(), 7);
         QCOMPARE(view.Model().data(view.Model().index(0, 2), Qt::DisplayRole).toString(), QString("-1"));
     }
 };
