@@ -142,7 +142,9 @@ TEST(EmptyData, PeriodsByTheirLabelsBecomeZeroInThePresentColumnsAndLeaveTheFit)
 {
     DataTable table = Numbered(4);
     table.db(columns::MeanWt)(2) = 7.0F; // an absent column
+    AddColumn(table, columns::PopNums);  // the last one
     EmptyData(table, 1991, 1992);
+    EXPECT_EQ(table.db(columns::PopNums)(2), 0.0F);
     EXPECT_EQ(Efforts(table, 4), (std::vector<float>{1, 0, 0, 4}));
     EXPECT_EQ(table.db(columns::MeanWt)(2), 7.0F);
     EXPECT_TRUE(table.toggledIn(1));
