@@ -274,9 +274,20 @@ void GridWidget::contextMenuEvent(QContextMenuEvent* event)
 void GridWidget::focusInEvent(QFocusEvent* event)
 {
     QTableView::focusInEvent(event);
-    // A click that brings the focus commits the box itself, before anything else; a window that comes back
-    // from a message about the box must leave it open.
-    if (m_controller && event->reason() != Qt::MouseFocusReason &&
-        event->reason() != Qt::ActiveWindowFocusReason)
-        m_controller->GridGotFocus();
+    if (!m_controller)
+        return;
+    switch (event->reason()) {
+    case Qt::MouseFocusReason:        // the click commits the box itself, before anything else
+    case Qt::ActiveWindowFocusReason: // back from a message about the box, which must stay open
+        return;
+    case Qt::TabFocusReason: // a box that was left open is stored first
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        if (!m_controller->CommitIfOpen())
+            return;
+        break;
+    default:
+        break;
+    }
+    m_controller->GridGotFocus();
 }

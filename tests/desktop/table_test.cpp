@@ -268,6 +268,7 @@ private slots:
         s.Put(2, kB, "3");
         s.Go(1, kA);
         QVERIFY(cell(kB) != eight);
+        s.Grid().viewport()->grab(); // with the framed cell
         for (const char* name : {"grdData", "grdFixed"})
             QVERIFY(s.window.findChild<QTableView*>(name)->verticalHeader()->isHidden());
         const auto* fixed = s.window.findChild<QTableView*>("grdFixed");
@@ -370,6 +371,23 @@ private slots:
         s.Press(Qt::Key_Return);
         QCOMPARE(s.Value(1, kA), 6.0F);
         QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void TheFocusThatComesBackToTheGridByKeysStoresTheCell()
+    {
+        Editing s;
+        s.Type("5");
+        s.window.findChild<QLabel*>("Number")->setFocus(Qt::MouseFocusReason); // a click on the panel
+        QVERIFY(s.Box()->isVisible());
+        s.Grid().setFocus(Qt::TabFocusReason);
+        QVERIFY(!s.Box()->isVisible());
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        s.Type("5x");
+        s.window.findChild<QLabel*>("Number")->setFocus(Qt::MouseFocusReason);
+        s.Grid().setFocus(Qt::BacktabFocusReason);
+        QVERIFY(s.user.Saw("Data must be numeric."));
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        QCOMPARE(s.Box()->text(), QString("5x"));
     }
 
     void TheMiddleButtonElsewhereStoresTheCellAsTheLeftOneDoes()
