@@ -109,7 +109,7 @@ void frmVelt3::BuildWindow()
     connect(m_menu, &MainMenu::Chosen, this, &frmVelt3::Command);
     connect(m_menu, &MainMenu::AboutToShow, this, &frmVelt3::EnableControls);
     connect(m_menu, &MainMenu::EditAboutToShow, this, &frmVelt3::OnEditMenu);
-    connect(m_menu, &MainMenu::EditHidden, this, &frmVelt3::EnableControls);
+    connect(m_menu, &MainMenu::EditHidden, this, [this] { m_menu->Apply(Menu()); });
     connect(m_menu, &MainMenu::GraphChosen, this,
             [this](int position) { m_graphs.BringForward(static_cast<std::size_t>(position)); });
 
