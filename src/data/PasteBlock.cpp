@@ -10,7 +10,7 @@ constexpr std::size_t kMostCells = 100'000;
 std::string TakeCell(std::string_view& text)
 {
     if (!text.starts_with('"')) {
-        const std::string cell(text.substr(0, text.find_first_of(kEndsOfCell)));
+        std::string cell(text.substr(0, text.find_first_of(kEndsOfCell)));
         text.remove_prefix(cell.size());
         return cell;
     }
@@ -21,7 +21,9 @@ std::string TakeCell(std::string_view& text)
             // What follows the closing quote belongs to the cell, which then is no number: the quote stays.
             const std::string rest(text.substr(0, text.find_first_of(kEndsOfCell)));
             text.remove_prefix(rest.size());
-            return cell + (rest.find_first_not_of(' ') == std::string::npos ? "" : "\"") + rest;
+            if (rest.find_first_not_of(' ') != std::string::npos)
+                cell += '"';
+            return cell + rest;
         }
         if (text[i] == '"')
             ++i;

@@ -30,6 +30,7 @@ public:
     clsDataGrid(IUser& user, IClipboard& clipboard) : m_user(user), m_clipboard(clipboard) {}
     clsDataGrid(const clsDataGrid&) = delete;
     clsDataGrid& operator=(const clsDataGrid&) = delete;
+    ~clsDataGrid() = default;
 
     /// The window to serve. It must outlive this object or be replaced.
     void Create(IDataGrid& host) { m_host = &host; }
