@@ -14,4 +14,5 @@ struct PasteBlock {
     bool IsOneValue() const { return rows.size() <= 1 && (rows.empty() || rows.front().size() == 1); }
 };
 
+/// Reads 100,000 cells at most: far more than any table has, and little enough for any clipboard.
 PasteBlock ReadPasteBlock(std::string_view text);

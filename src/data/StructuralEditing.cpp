@@ -21,8 +21,9 @@ int SourceOf(int row, int amount, int start)
 void ChangeLength(DataTable& table, int count)
 {
     const std::int64_t empty = std::int64_t{table.minTimeP} - 1;
-    table.maxTimeP = static_cast<std::int32_t>(std::max<std::int64_t>(table.maxTimeP, empty) + count);
-    table.timeInts = table.maxTimeP - table.minTimeP + 1;
+    const std::int64_t last = std::max<std::int64_t>(table.maxTimeP, empty) + count;
+    table.timeInts = static_cast<std::int32_t>(last - empty);
+    table.maxTimeP = static_cast<std::int32_t>(last);
 }
 
 std::vector<int> UserColumns(const DataTable& table, bool present)

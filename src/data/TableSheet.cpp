@@ -6,6 +6,9 @@
 #include "base/StringTable.h"
 #include "data/NumberFormat.h"
 
+#include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <optional>
 
 namespace
@@ -26,7 +29,32 @@ std::optional<float> CellValue(const std::string& text)
         return std::nullopt;
     }
 }
+
+std::uint32_t BitsOf(float value)
+{
+    return std::bit_cast<std::uint32_t>(value);
+}
+
+bool SameBits(const DataTable& a, const DataTable& b)
+{
+    for (int column = columns::kFirst; column <= columns::kLast; ++column)
+        if (!std::ranges::equal(a.db(column), b.db(column), {}, BitsOf, BitsOf))
+            return false;
+    return true;
+}
+
+DataTable WithoutValues(DataTable table)
+{
+    table.db.Fill(DataTable::Series());
+    return table;
+}
 } // namespace
+
+bool TableSheet::State::operator==(const State& other) const
+{
+    return SameBits(table, other.table) && WithoutValues(table) == WithoutValues(other.table) &&
+           description == other.description && fonts == other.fonts;
+}
 
 void TableSheet::Take(clsVeltData* data)
 {
@@ -67,7 +95,7 @@ std::string TableSheet::Title(int col) const
 std::string TableSheet::Text(int row, int col) const
 {
     if (col == kTimeColumn)
-        return std::to_string(m_data->MinTimeP() - 1 + row);
+        return std::to_string(std::int64_t{m_data->MinTimeP()} - 1 + row);
     return col == kIncludeColumn ? std::string() : FormatNumber(Data(col, row), FormatString(col));
 }
 

@@ -22,12 +22,12 @@ public:
     static constexpr int kTimeColumn = 0;
     static constexpr int kIncludeColumn = 1;
 
-    /// What a step of Undo brings back.
+    /// What a step of Undo brings back. Values are compared by their bits: a NaN is itself, and -0 is not 0.
     struct State {
         DataTable table;
         std::string description;
         Array1<CellFont, columns::kLast> fonts;
-        bool operator==(const State&) const = default;
+        bool operator==(const State& other) const;
     };
 
     /// The window around the sheet.

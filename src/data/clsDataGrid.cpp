@@ -26,6 +26,13 @@ std::string Formatted(const std::string& value, const std::string& format)
     return number ? FormatNumber(static_cast<float>(*number), format) : value;
 }
 
+/// A spreadsheet ends also a single cell with a line end, which a line cannot hold.
+std::string WithoutLineEnds(std::string text)
+{
+    text.resize(text.find_last_not_of("\r\n") + 1); // npos is one less than 0
+    return text;
+}
+
 /// Where a cell stands in a block, counted from 0.
 std::string InBlock(std::size_t row, std::size_t column)
 {
@@ -46,12 +53,18 @@ void clsDataGrid::GridGotFocus()
         Box().Hide();
 }
 
-void clsDataGrid::GridEdit(int key)
+/// Whether a data cell is selected; a table without rows or columns has none.
+bool clsDataGrid::OnACell() const
 {
     const GridSelection selected = Grid().Selected();
-    if (selected.row < Grid().FixedRows() || selected.col < Grid().FixedCols())
-        return; // no cell to edit
-    m_old = GridSelection::At(selected.row, selected.col);
+    return selected.row >= Grid().FixedRows() && selected.col >= Grid().FixedCols();
+}
+
+void clsDataGrid::GridEdit(int key)
+{
+    if (!OnACell())
+        return;
+    m_old = GridSelection::At(Grid().Selected().row, Grid().Selected().col);
     if (StartsANumber(key)) {
         Box().Text({});
         Box().ReplaceSelection(std::string(1, static_cast<char>(key)));
@@ -69,6 +82,8 @@ bool clsDataGrid::IsValidData()
 {
     if (Box().Text().empty() || m_host->IsValidData())
         return true;
+    // The selection may have gone elsewhere; the box remembers its cell from it when it gets the focus.
+    Grid().Select(GridSelection::At(m_old.row, m_old.col));
     Box().SelectAll();
     Box().SetFocus();
     return false;
@@ -190,6 +205,8 @@ bool clsDataGrid::Store(int row, int col, const std::string& value)
 
 void clsDataGrid::CopyBlock()
 {
+    if (!OnACell())
+        return;
     const GridSelection block = Grid().Selected();
     std::string displayed;
     std::string exact;
@@ -228,6 +245,8 @@ void clsDataGrid::ClearClick()
 
 void clsDataGrid::ClearSelected()
 {
+    if (!OnACell())
+        return;
     const GridSelection block = Grid().Selected();
     for (int row = block.Top(); row <= block.Bottom(); ++row)
         for (int col = block.Left(); col <= block.Right(); ++col)
@@ -237,11 +256,15 @@ void clsDataGrid::ClearSelected()
 void clsDataGrid::PasteClick()
 {
     if (m_host->Active() == ActiveControl::TextBox) {
-        Box().ReplaceSelection(m_clipboard.Text());
+        Box().ReplaceSelection(WithoutLineEnds(m_clipboard.Text()));
         return;
     }
     if (m_host->Active() != ActiveControl::Grid)
         return;
+    if (!OnACell()) {
+        Tell("The table has no cells to paste into.");
+        return;
+    }
     const PasteBlock block = ReadPasteBlock(m_clipboard.Text());
     if (block.IsOneValue())
         PasteValue(block);
@@ -315,7 +338,7 @@ std::string clsDataGrid::PlaceCells(const PasteBlock& block)
         for (std::size_t j = 0; j < block.rows[i].size(); ++j) {
             const std::string& cell = block.rows[i][j];
             if (!number_text::ParseTyped(cell))
-                return NotNumeric(cell, i, j);
+                return NotNumeric(cell, i, j) + (problem.empty() ? "" : "\n\n") + problem;
             const int row = start.row + static_cast<int>(i);
             const int col = start.col + static_cast<int>(j);
             if (row < Grid().Rows() && col < Grid().Cols() && !Store(row, col, cell) && problem.empty())
@@ -337,9 +360,9 @@ GridSelection clsDataGrid::WholeColumns() const
 
 void clsDataGrid::FormatNumber()
 {
-    const GridSelection current = Grid().Selected();
-    if (current.row < Grid().FixedRows() || current.col < Grid().FixedCols())
+    if (!OnACell())
         return;
+    const GridSelection current = Grid().Selected();
     const GridSelection columns = WholeColumns();
     Grid().Select(columns);
     NumberFormatChoice choice = ChoiceOf(m_host->FormatString(current.col));
@@ -359,9 +382,9 @@ void clsDataGrid::FormatNumber()
 
 void clsDataGrid::FormatCol()
 {
-    const GridSelection current = Grid().Selected();
-    if (current.row < Grid().FixedRows() || current.col < Grid().FixedCols())
+    if (!OnACell())
         return;
+    const GridSelection current = Grid().Selected();
     const GridSelection columns = WholeColumns();
     Grid().Select(columns);
     CellFont font = m_host->TextFormat(current.col);

@@ -71,6 +71,7 @@ public:
 private:
     IFlexGrid& Grid() const { return m_host->FlexGrid(); }
     ITextBox& Box() const { return m_host->txtBox(); }
+    bool OnACell() const;
     void Commit();
     void CloseBox();
     void MoveRow(int step);

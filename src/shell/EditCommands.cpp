@@ -173,7 +173,7 @@ void EditCommands::FileDescription()
     if (!typed || typed->empty() || *typed == Data().DSDesc())
         return;
     m_sheet.Change("File Description", [&] { Data().DSDesc(*typed); });
-    m_around.showCaption();
+    m_around.showDataSet();
 }
 
 /// A change of rows or columns: one step of Undo, and the table is set up anew.
@@ -272,7 +272,7 @@ void EditCommands::BringBack(const TableSheet::State& state)
 {
     m_sheet.BringBack(state);
     m_around.grid.Refresh();
-    m_around.showCaption();
+    m_around.showDataSet();
     TheRun().window.EnableControls();
 }
 

@@ -29,7 +29,7 @@ public:
         OpenProject& project;
         GraphWindows& graphs;
         DataGridView& grid;
-        std::function<void()> showCaption;
+        std::function<void()> showDataSet; ///< its caption, and the table or what stands in its place
         std::function<void()> popUpMenu;
     };
     explicit EditCommands(Around around);

@@ -59,6 +59,8 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
                       {"mnuNumber", 29, true}});
     m_actions.at("mnuEditMode")->setCheckable(true);
     connect(m_edit, &QMenu::aboutToShow, this, &MainMenu::EditAboutToShow);
+    // While the menu is closed nobody looks at the clipboard, and the keys of its entries must work.
+    connect(m_edit, &QMenu::aboutToHide, this, &MainMenu::EditHidden, Qt::QueuedConnection);
     AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}});
     AddMenu("mnuFit", 32,
             {{"mnuNewModel", 33, true},

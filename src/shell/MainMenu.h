@@ -46,6 +46,7 @@ signals:
     void RecentChosen(const QString& path);
     void AboutToShow();
     void EditAboutToShow();
+    void EditHidden();
 
 private:
     struct Entry;

@@ -122,6 +122,7 @@ void frmVelt3::BuildWindow()
     connect(m_menu, &MainMenu::Chosen, this, &frmVelt3::Command);
     connect(m_menu, &MainMenu::AboutToShow, this, &frmVelt3::EnableControls);
     connect(m_menu, &MainMenu::EditAboutToShow, this, &frmVelt3::OnEditMenu);
+    connect(m_menu, &MainMenu::EditHidden, this, [this] { m_menu->Apply(Menu()); });
     connect(m_menu, &MainMenu::GraphChosen, this,
             [this](int position) { m_graphs.BringForward(static_cast<std::size_t>(position)); });
 
@@ -160,7 +161,7 @@ void frmVelt3::ListenToTable()
         std::make_unique<EditCommands>(EditCommands::Around{.project = m_project,
                                                             .graphs = m_graphs,
                                                             .grid = *m_grid,
-                                                            .showCaption = [this] { ShowCaption(); },
+                                                            .showDataSet = [this] { ShowDataSet(); },
                                                             .popUpMenu = [this] { m_menu->PopUpEdit(); }});
     const GridWidget* grid = &m_grid->Grid();
     connect(grid, &GridWidget::EditAsked, this,
@@ -394,6 +395,12 @@ void frmVelt3::YieldToEvents()
     QCoreApplication::processEvents();
 }
 
+void frmVelt3::ShowDataSet()
+{
+    ShowCaption();
+    ShowHint(m_project.Data().ShownRows() == 0);
+}
+
 void frmVelt3::ShowCaption()
 {
     QString caption = kTitle;
@@ -411,7 +418,10 @@ void frmVelt3::ShowHint(bool noData)
                              "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
                         : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3) or "
                              "a text file (*.txt) here."));
+    const bool comesBack = !noData && m_pages->currentWidget() != m_grid;
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
+    if (comesBack)
+        m_grid->setFocus(); // it had to give the keyboard away
 }
 
 void frmVelt3::closeEvent(QCloseEvent* event)

@@ -93,6 +93,7 @@ private:
     void OnAbout();
     void ShowFitManager();
     void RestoreFitManager();
+    void ShowDataSet();
     void ShowHint(bool noData);
 
     DesktopUser m_desktopUser{this};

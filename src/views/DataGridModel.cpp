@@ -55,7 +55,8 @@ QString DataGridModel::FullValue(const QModelIndex& index) const
 
 bool DataGridModel::BoxEnabled(int row) const
 {
-    return m_sheet && !m_editMode && m_sheet->Included(row);
+    return m_sheet && row >= TableSheet::FirstDataRow && row < m_sheet->Rows() && !m_editMode &&
+           m_sheet->Included(row);
 }
 
 int DataGridModel::rowCount(const QModelIndex& parent) const

@@ -25,7 +25,7 @@ public:
 
     /// The stored value of a data cell in full precision; empty elsewhere.
     QString FullValue(const QModelIndex& index) const;
-    /// Whether the box of a row can be clicked.
+    /// Whether there is a box in this row of the sheet that can be clicked.
     bool BoxEnabled(int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;

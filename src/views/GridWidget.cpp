@@ -99,6 +99,12 @@ void CellBox::Text(const std::string& text)
     setText(QString::fromStdString(text)); // which also counts as not modified
 }
 
+std::string CellBox::Text() const
+{
+    const std::string typed = text().toStdString();
+    return typed.substr(0, typed.find_last_not_of("\r\n") + 1);
+}
+
 void CellBox::ShowOver(int row, int col)
 {
     constexpr int kShortest = 9; // average characters
@@ -118,6 +124,10 @@ bool CellBox::event(QEvent* event)
     if (event->type() == QEvent::KeyPress && m_controller) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const int shift = key->modifiers() & Qt::ShiftModifier ? grid_keys::kShift : 0;
+        if (key->matches(QKeySequence::Paste)) { // the line would take the text as displayed, not the value
+            m_controller->PasteClick();
+            return true;
+        }
         const int code = CodeOf(key->key());
         if (code != 0 && m_controller->TextKeyDown(code, shift))
             return true;
@@ -227,8 +237,8 @@ void GridWidget::keyPressEvent(QKeyEvent* event)
 void GridWidget::mousePressEvent(QMouseEvent* event)
 {
     QTableView::mousePressEvent(event);
-    if (event->button() != Qt::LeftButton || !m_controller)
-        return; // the right one comes as a wish for the menu, as the menu key does
+    if (event->button() == Qt::RightButton || !m_controller)
+        return; // it comes as a wish for the menu, as the menu key does
     m_controller->GridMouseDown(1);
     m_pressed = !m_box->isVisible(); // a refused value keeps its box, and the release has nothing to say
 }
@@ -242,7 +252,7 @@ void GridWidget::mouseMoveEvent(QMouseEvent* event)
 void GridWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     QTableView::mouseReleaseEvent(event);
-    if (m_pressed && m_controller && event->button() == Qt::LeftButton)
+    if (m_pressed && m_controller && event->button() != Qt::RightButton)
         m_controller->GridMouseUp();
     m_pressed = false;
 }
@@ -264,7 +274,20 @@ void GridWidget::contextMenuEvent(QContextMenuEvent* event)
 void GridWidget::focusInEvent(QFocusEvent* event)
 {
     QTableView::focusInEvent(event);
-    // A click that brings the focus commits the box itself, before anything else.
-    if (m_controller && event->reason() != Qt::MouseFocusReason)
-        m_controller->GridGotFocus();
+    if (!m_controller)
+        return;
+    switch (event->reason()) {
+    case Qt::MouseFocusReason:        // the click commits the box itself, before anything else
+    case Qt::ActiveWindowFocusReason: // back from a message about the box, which must stay open
+        return;
+    case Qt::TabFocusReason: // a box that was left open is stored first
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        if (!m_controller->CommitIfOpen())
+            return;
+        break;
+    default:
+        break;
+    }
+    m_controller->GridGotFocus();
 }

@@ -18,7 +18,7 @@ public:
     void Attach(clsDataGrid* controller) { m_controller = controller; }
 
     // ITextBox
-    std::string Text() const override { return text().toStdString(); }
+    std::string Text() const override; ///< without the line ends that the line's own menu lets in
     void Text(const std::string& text) override;
     bool Edited() const override { return isModified(); }
     void SelectAll() override { selectAll(); }

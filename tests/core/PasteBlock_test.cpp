@@ -36,7 +36,8 @@ TEST(PasteBlock, ACellInQuotesIsWhatStandsBetweenThem)
     EXPECT_EQ(ReadPasteBlock("\"1\"\t\"a\tb\"\n").rows, (Rows{{"1", "a\tb"}}));
     EXPECT_EQ(ReadPasteBlock("\"two\nlines\"\t3\n").rows, (Rows{{"two\nlines", "3"}}));
     EXPECT_EQ(ReadPasteBlock("\"say \"\"a\"\"\"\n").rows, (Rows{{"say \"a\""}}));
-    EXPECT_EQ(ReadPasteBlock("\"1\"2\n").rows, (Rows{{"12"}}));
+    EXPECT_EQ(ReadPasteBlock("\"1\"2\n").rows, (Rows{{"1\"2"}})); // and so no number
+    EXPECT_EQ(ReadPasteBlock("\"1\" \t2\n").rows, (Rows{{"1 ", "2"}}));
     EXPECT_EQ(ReadPasteBlock("\"never closed\n1\n").rows, (Rows{{"never closed\n1\n"}}));
     EXPECT_EQ(ReadPasteBlock("5\"\n").rows, (Rows{{"5\""}})); // inches, not a quote
 }
@@ -47,4 +48,20 @@ TEST(PasteBlock, OneValueHasNeitherATabNorASecondLineEnd)
     EXPECT_TRUE(ReadPasteBlock("").IsOneValue());
     EXPECT_FALSE(ReadPasteBlock("1\t").IsOneValue());
     EXPECT_FALSE(ReadPasteBlock("1\r\n\r\n").IsOneValue());
+}
+
+TEST(PasteBlock, WhatLiesFarBeyondAnyTableIsNotRead)
+{
+    for (const char* cell : {"\t", "\n", "1\r", "1\t"}) {
+        std::string text;
+        while (text.size() < 10'000'000)
+            text += cell;
+        const PasteBlock block = ReadPasteBlock(text);
+        std::size_t cells = 0;
+        for (const auto& row : block.rows)
+            cells += row.size();
+        EXPECT_GE(cells, 200U * 15U);
+        EXPECT_LE(cells, 100'001U);
+        EXPECT_FALSE(block.IsOneValue());
+    }
 }

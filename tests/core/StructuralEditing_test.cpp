@@ -120,6 +120,16 @@ TEST(ShiftData, RowsPushedPast200FallOff)
     EXPECT_EQ(Efforts(table, 200), std::vector<float>(200, kMissing));
 }
 
+TEST(ShiftData, ClosingLeavesTheLastRowOfAFullTableEmpty)
+{
+    DataTable table = Numbered(200);
+    ShiftData(table, -1);
+    EXPECT_EQ(table.db(columns::Effort)(199), 200.0F);
+    EXPECT_EQ(table.db(columns::Effort)(200), kMissing);
+    EXPECT_FALSE(table.toggledIn(200));
+    EXPECT_FALSE(table.included(200));
+}
+
 TEST(ShiftData, AStartThatIsNoRowFails)
 {
     DataTable table = Numbered(3);
@@ -132,7 +142,9 @@ TEST(EmptyData, PeriodsByTheirLabelsBecomeZeroInThePresentColumnsAndLeaveTheFit)
 {
     DataTable table = Numbered(4);
     table.db(columns::MeanWt)(2) = 7.0F; // an absent column
+    AddColumn(table, columns::PopNums);  // the last one
     EmptyData(table, 1991, 1992);
+    EXPECT_EQ(table.db(columns::PopNums)(2), 0.0F);
     EXPECT_EQ(Efforts(table, 4), (std::vector<float>{1, 0, 0, 4}));
     EXPECT_EQ(table.db(columns::MeanWt)(2), 7.0F);
     EXPECT_TRUE(table.toggledIn(1));
@@ -271,6 +283,16 @@ TEST(Rows, ARangeThatEndsBeforeItBeginsCountsAsAnEmptyOne)
     AddRows(table, 1);
     EXPECT_EQ(table.timeInts, 1);
     EXPECT_EQ(table.maxTimeP, 1990);
+}
+
+TEST(Rows, ATableFromTheSmallestLabelOnCanBeEmptied)
+{
+    DataTable table = Numbered(3);
+    table.minTimeP = std::numeric_limits<std::int32_t>::min();
+    table.maxTimeP = table.minTimeP + 2;
+    DeleteRows(table, 1, 3);
+    EXPECT_EQ(table.timeInts, 0);
+    EXPECT_EQ(table.ShownRows(), 0);
 }
 
 TEST(Rows, EveryStructuralChangeMarksTheDataSet)

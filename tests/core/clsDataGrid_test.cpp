@@ -356,6 +356,19 @@ TEST(CommitIfOpen, StoresAnOpenBoxAndSaysWhetherTheWayIsFree)
     EXPECT_TRUE(s.box.visible);
 }
 
+TEST(CommitIfOpen, ARefusedTextKeepsItsCellWhereverTheSelectionHasGone)
+{
+    Sheet s;
+    s.Type("5x");
+    s.Go(3, kC); // as the right button does before its menu opens
+    EXPECT_FALSE(s.control.CommitIfOpen());
+    EXPECT_EQ(s.grid.selected, GridSelection::At(1, kA));
+    s.Type("6");
+    s.Press(kEnter);
+    EXPECT_EQ(s.Value(1, kA), 6.0F);
+    EXPECT_EQ(s.Value(3, kC), -1.0F);
+}
+
 TEST(CopyClick, ABlockIsTheCellsAsDisplayedWithALineEndBehindEveryRow)
 {
     Sheet s;
@@ -573,6 +586,23 @@ TEST(PasteClick, ValuesOfABlockBeyondACellAreLeftOutAndTheFirstIsNamed)
     EXPECT_EQ(s.Value(2, kA), 2.0F);
 }
 
+TEST(PasteClick, AValueBeyondACellIsAlsoToldWhenALaterCellEndsThePaste)
+{
+    Sheet s;
+    s.Paste("1e39\tx\n");
+    EXPECT_EQ(s.user.messages.size(), 1U);
+    EXPECT_TRUE(s.user.Saw("The paste ended at row 1, column 2 of the block"));
+    EXPECT_TRUE(s.user.Saw("1e39 in row 1, column 1 of the block"));
+}
+
+TEST(PasteClick, InTheTextBoxTheLineEndsBehindTheTextAreLeftOut)
+{
+    Sheet s;
+    s.Press(kEnter);
+    s.Paste("3.25\r\n"); // as a spreadsheet copies one cell
+    EXPECT_EQ(s.box.text, "3.25");
+}
+
 TEST(PasteClick, InTheTextBoxTheClipboardReplacesTheSelectedText)
 {
     Sheet s;
@@ -591,6 +621,25 @@ TEST(PasteClick, AHostileTextIsQuotedShortAndOnOneLine)
     EXPECT_LT(s.Message().size(), 500U);
     s.Paste(std::string("a\x01\x1b[31m\n"));
     EXPECT_EQ(s.Message().find('\x1b'), std::string::npos);
+}
+
+TEST(EmptyTable, WithoutACellNoCommandTouchesTheDataOrTheClipboard)
+{
+    SheetBench s(0, {columns::TotCatchWt, columns::Effort});
+    s.grid.selected = {}; // as a grid without cells says it
+    s.clipboard.Put("1\r\n");
+    s.control.CopyClick();
+    s.control.CutClick();
+    s.control.ClearClick();
+    EXPECT_EQ(s.clipboard.Text(), "1\r\n");
+    EXPECT_TRUE(s.user.messages.empty());
+    for (const char* copied : {"1\r\n", "1\t2\r\n", "x"}) {
+        s.Paste(copied);
+        EXPECT_TRUE(s.user.Saw("The table has no cells to paste into."));
+        s.user.messages.clear();
+    }
+    EXPECT_TRUE(s.changes.empty());
+    EXPECT_TRUE(s.grid.written.empty());
 }
 
 TEST(FormatNumber, WholeColumnsGetTheFormatAndTheirCellsAreRewritten)
@@ -652,6 +701,8 @@ TEST(FormatCol, WholeColumnsGetTheFontThatWasPresetFromTheCurrentOne)
     ASSERT_EQ(s.changes.size(), 1U);
     s.TakeBack();
     EXPECT_FALSE(s.sheet.TextFormat(kA).bold);
+    EXPECT_EQ(s.grid.selected.Top(), 1);
+    EXPECT_EQ(s.grid.selected.Bottom(), 4);
 }
 
 TEST(Undo, EveryChangeIsOneStepAndTakingItBackRestoresTheBits)
@@ -670,6 +721,41 @@ TEST(Undo, EveryChangeIsOneStepAndTakingItBackRestoresTheBits)
         s.TakeBack();
     EXPECT_EQ(s.sheet.Now(), before);
     EXPECT_TRUE(s.data.IsDirty());
+}
+
+TEST(Undo, AValueThatIsNoNumberInTheTableMakesNoStepOutOfNothing)
+{
+    Sheet s;
+    s.Set(4, kC, std::numeric_limits<double>::quiet_NaN()); // a project file may hold one
+    s.Paste("x\ty\n");
+    EXPECT_TRUE(s.changes.empty());
+    s.Go(4, kC);
+    s.Type("3");
+    s.Press(kEnter);
+    ASSERT_EQ(s.changes.size(), 1U);
+    s.TakeBack();
+    EXPECT_TRUE(std::isnan(s.Value(4, kC)));
+}
+
+TEST(Undo, TheSignOfAZeroIsAChangeThatCanBeTakenBack)
+{
+    Sheet s;
+    s.Set(1, kA, 0.0);
+    s.Type("-0");
+    s.Press(kEnter);
+    ASSERT_EQ(s.changes.size(), 1U);
+    EXPECT_TRUE(std::signbit(s.Value(1, kA)));
+    s.TakeBack();
+    EXPECT_FALSE(std::signbit(s.Value(1, kA)));
+}
+
+TEST(TableSheet, LabelsAtTheEndsOfTheirRangeAreShown)
+{
+    Sheet s;
+    s.data.MinTimeP(std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(s.sheet.Text(1, TableSheet::kTimeColumn), "-2147483648");
+    s.data.MinTimeP(std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(s.sheet.Text(1, TableSheet::kTimeColumn), "2147483647");
 }
 
 TEST(TableSheet, AbsentColumnsHaveNoPlaceAndThePresentOnesStandInTheirOrder)

@@ -749,6 +749,57 @@ private slots:
         QVERIFY(user.messages.empty());
     }
 
+    void TheNewDataSetDialogCarriesItsWordsAndEachBoxItsOwn()
+    {
+        ScriptedUser user;
+        frmNewFile form(user, nullptr);
+        const Desk desk(form);
+        QCOMPARE(form.windowTitle(), QString("New Data Set"));
+        QCOMPARE(desk.The<QPushButton>("cmdOK")->text(), QString("&OK"));
+        QCOMPARE(desk.The<QPushButton>("cmdCancel")->text(), QString("&Cancel"));
+        QStringList frames;
+        for (const QGroupBox* frame : form.findChildren<QGroupBox*>())
+            frames += frame->title();
+        QCOMPARE(frames, QStringList({"Enter File Details", "Columns to Include"}));
+        QStringList words;
+        QStringList boxes;
+        for (const QLabel* label : form.findChildren<QLabel*>()) {
+            words += label->text();
+            boxes += label->buddy() ? label->buddy()->objectName() : QString();
+        }
+        for (const char* word : {"File Name", "File Description", "Time Period", "Min.", "Max.",
+                                 "Unselected Columns", "Selected Columns"})
+            QVERIFY2(words.contains(word), word);
+        QCOMPARE(boxes[words.indexOf("File Description")], QString("txtDescription"));
+        QCOMPARE(boxes[words.indexOf("Min.")], QString("TxtTimeP0"));
+        QCOMPARE(boxes[words.indexOf("Max.")], QString("TxtTimeP1"));
+        QCOMPARE(boxes[words.indexOf("Unselected Columns")], QString("lstUnSelected"));
+        QCOMPARE(boxes[words.indexOf("Selected Columns")], QString("lstSelected"));
+        QVERIFY(!desk.The<QAbstractButton>("cmdOneLeft")->isEnabled());
+        QVERIFY(!desk.The<QAbstractButton>("cmdAllLeft")->isEnabled());
+        desk.Click("cmdOneRight"); // the first column stands ready
+        QCOMPARE(desk.The<QListWidget>("lstSelected")->item(0)->text(), QString("Tot. Catch Wt"));
+    }
+
+    void TheNumberFormatDialogCarriesItsWordsAndItsSampleCanBeCopied()
+    {
+        ScriptedUser user;
+        frmNumberFormat form(user, ChoiceOf("0.00"), nullptr);
+        const Desk desk(form);
+        QCOMPARE(form.windowTitle(), QString("Number Format"));
+        QCOMPARE(desk.The<QPushButton>("cmdOK")->text(), QString("&OK"));
+        QCOMPARE(desk.The<QPushButton>("cmdCancel")->text(), QString("&Cancel"));
+        QCOMPARE(form.findChild<QGroupBox*>()->title(), QString("Sample"));
+        QStringList words;
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            words += label->text();
+        QVERIFY(words.contains("Category") && words.contains("Decimal Places"));
+        const auto* categories = desk.The<QListWidget>("lstFormat");
+        QCOMPARE(categories->item(0)->text(), QString("Fixed"));
+        QCOMPARE(categories->item(2)->text(), QString("Scientific"));
+        QVERIFY(desk.The<QLabel>("lblSample")->textInteractionFlags() & Qt::TextSelectableByMouse);
+    }
+
     void LeavingATimeBoxTestsItAndTheFocusComesBack()
     {
         ScriptedUser user;

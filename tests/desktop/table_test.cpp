@@ -6,9 +6,14 @@
 #include "views/DataGridModel.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPalette>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStyleHints>
@@ -16,6 +21,7 @@
 #include <QTimer>
 
 #include <array>
+#include <random>
 
 namespace
 {
@@ -31,12 +37,63 @@ struct Editing : Session {
         Activate();
     }
     QLineEdit* Box() { return window.findChild<QLineEdit*>("txtEdit"); }
+    QPoint Middle(int row, int col)
+    {
+        return Grid().visualRect(Grid().model()->index(row - 1, col)).center();
+    }
     void Put(int row, int col, const QString& text)
     {
         Go(row, col);
         Type(text);
         Press(Qt::Key_Return);
     }
+};
+
+/// A hand that does anything at all in Edit Mode, by keys and by the menu.
+struct Restless : Editing {
+    explicit Restless(unsigned seed) : dice(seed)
+    {
+        user.onListPicker = [this](ListPicker& picker) {
+            for (ListPicker::Item& item : picker.items)
+                item.selected = Below(3) == 0;
+            return true;
+        };
+        user.onNumberFormat = [this](NumberFormatChoice& choice) {
+            choice.category = static_cast<NumberCategory>(1 + Below(3));
+            choice.decPlaces = Below(16);
+            return true;
+        };
+        user.onFont = [this](CellFont& font) {
+            font.size = 8.0 + Below(4);
+            return true;
+        };
+    }
+    int Below(int n) { return static_cast<int>(dice() % static_cast<unsigned>(n)); }
+    void Step()
+    {
+        if (Grid().Rows() > 1 && Grid().Cols() > kA) {
+            const auto row = [this] { return 1 + Below(std::min(Grid().Rows() - 1, 9)); };
+            const auto col = [this] { return kA + Below(Grid().Cols() - kA); };
+            Mark(row(), col(), row(), col());
+        }
+        static constexpr std::array entries{
+            "mnuUndo",   "mnuUndo",           "mnuUndo",         "mnuRedo",   "mnuRedo",
+            "mnuCut",    "mnuCopy",           "mnuPaste",        "mnuPaste",  "mnuInsertRow",
+            "mnuAddRow", "mnuDeleteRow",      "mnuInsertColumn", "mnuFormat", "mnuDeleteColumn",
+            "mnuNumber", "mnuFileDescription"};
+        static const std::array<QString, 5> copied{"1\n", "2\t3\n4\t-7\n", "5\tx\n", "0.1\t1e39\n", ""};
+        const int what = Below(static_cast<int>(entries.size()) + 6);
+        if (what < static_cast<int>(entries.size())) {
+            user.inputs = {std::to_string(Below(100))};
+            Entry(entries[static_cast<std::size_t>(what)])->trigger();
+        } else if (what == static_cast<int>(entries.size())) {
+            QGuiApplication::clipboard()->setText(copied[static_cast<std::size_t>(Below(5))]);
+        } else if (Grid().hasFocus()) {
+            Type(QString::number(Below(100000) / 7.0));
+            Press(Below(4) == 0 ? Qt::Key_Escape : Below(2) == 0 ? Qt::Key_Tab : Qt::Key_Return);
+        }
+    }
+    std::mt19937 dice;
 };
 
 /// Two fits' worth of data: the imported sample in the working state.
@@ -192,6 +249,47 @@ private slots:
         QCOMPARE(s.Grid().Selected(), (GridSelection{1, kA, 3, kB}));
     }
 
+    void ASelectionIsOneBlockAlsoWithCtrl()
+    {
+        Editing s;
+        s.Click(1, kA);
+        QTest::mouseClick(s.Grid().viewport(), Qt::LeftButton, Qt::ControlModifier, s.Middle(3, kB + 1));
+        QCOMPARE(s.Grid().selectionModel()->selection().size(), 1);
+    }
+
+    void NumbersAreDrawnAndRowsHaveNoSecondNumbering()
+    {
+        QTest::failOnWarning(QRegularExpression("QPainter")); // one that is left as it was not found
+        Editing s;
+        const auto cell = [&](int col) {
+            return s.Grid().viewport()->grab(s.Grid().visualRect(s.Grid().model()->index(1, col))).toImage();
+        };
+        s.Put(2, kA, "8");
+        s.Put(2, kB, "8");
+        s.Go(1, kA);
+        const QImage eight = cell(kB);
+        s.Put(2, kB, "3");
+        s.Go(1, kA);
+        QVERIFY(cell(kB) != eight);
+        s.Grid().viewport()->grab(); // with the framed cell
+        for (const char* name : {"grdData", "grdFixed"})
+            QVERIFY(s.window.findChild<QTableView*>(name)->verticalHeader()->isHidden());
+        const auto* fixed = s.window.findChild<QTableView*>("grdFixed");
+        QCOMPARE(fixed->geometry().right() + 1, s.Grid().geometry().left()); // one table to the eye
+        QCOMPARE(fixed->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Window));
+    }
+
+    void AnEmptiedLineThatLosesTheFocusSaysWhatWouldBeStored()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_Backspace);
+        s.Box()->clearFocus();
+        QCOMPARE(s.Box()->text(), QString("-1"));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
     void ALetterAtTheGridOpensTheCellOnItsOldText()
     {
         Editing s;
@@ -215,6 +313,20 @@ private slots:
         QTest::mouseDClick(s.Grid().viewport(), Qt::LeftButton, Qt::NoModifier, spot);
         QVERIFY(s.Box()->isVisible());
         QCOMPARE(s.Box()->text(), QString("5"));
+        s.Press(Qt::Key_Escape);
+        QWidget* cells = s.Grid().viewport(); // and once more with all that a hand does
+        QTest::mouseClick(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QTest::mousePress(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QMouseEvent second(QEvent::MouseButtonDblClick, spot, cells->mapToGlobal(spot), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(cells, &second);
+        QTest::mouseRelease(cells, Qt::LeftButton, Qt::NoModifier, spot);
+        QVERIFY(s.Box()->isVisible());
+        s.Press(Qt::Key_Escape);
+        const QPoint below(spot.x(), cells->height() - 2);
+        QVERIFY(!s.Grid().indexAt(below).isValid());
+        QTest::mouseDClick(cells, Qt::LeftButton, Qt::NoModifier, below);
+        QVERIFY(!s.Box()->isVisible());
     }
 
     void AClickElsewhereStoresTheCellFirst()
@@ -241,6 +353,129 @@ private slots:
         s.Press(Qt::Key_Return);
         QCOMPARE(s.Value(1, kA), 6.0F);
         QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void ABoxOnTheScreenDoesNotTakeTheRefusedTextAway()
+    {
+        Editing s;
+        s.user.onShow = [&] { // a real one takes the focus and gives it back
+            QMessageBox box(&s.window);
+            QTimer::singleShot(0, &box, &QDialog::accept);
+            box.exec();
+            QApplication::setActiveWindow(&s.window); // some window systems do so at once
+        };
+        s.Go(1, kA);
+        s.Type("5x");
+        s.Click(3, kB);
+        QCoreApplication::processEvents();
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        QCOMPARE(s.Box()->text(), QString("5x"));
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void TheFocusThatComesBackToTheGridByKeysStoresTheCell()
+    {
+        Editing s;
+        s.Type("5");
+        s.window.findChild<QLabel*>("Number")->setFocus(Qt::MouseFocusReason); // a click on the panel
+        QVERIFY(s.Box()->isVisible());
+        s.Grid().setFocus(Qt::TabFocusReason);
+        QVERIFY(!s.Box()->isVisible());
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        s.Type("5x");
+        s.window.findChild<QLabel*>("Number")->setFocus(Qt::MouseFocusReason);
+        s.Grid().setFocus(Qt::BacktabFocusReason);
+        QVERIFY(s.user.Saw("Data must be numeric."));
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        QCOMPARE(s.Box()->text(), QString("5x"));
+    }
+
+    void TheMiddleButtonElsewhereStoresTheCellAsTheLeftOneDoes()
+    {
+        Editing s;
+        s.Go(1, kA);
+        s.Type("5");
+        QTest::mouseClick(s.Grid().viewport(), Qt::MiddleButton, Qt::NoModifier, s.Middle(3, kB));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(!s.Box()->isVisible());
+        s.Type("7");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
+    void ARefusedTextMendedAfterTheRightButtonElsewhereLandsInItsOwnCell()
+    {
+        Editing s;
+        s.Go(1, kA);
+        s.Type("5x");
+        QTest::mouseClick(s.Grid().viewport(), Qt::RightButton, Qt::NoModifier, s.Middle(3, kB));
+        emit s.Menu("mnuEdit")->aboutToShow();
+        QVERIFY(s.user.Saw("Data must be numeric."));
+        QVERIFY(s.Box()->isVisible() && s.Box()->hasFocus());
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        QCOMPARE(s.Value(3, kB), -1.0F);
+    }
+
+    void OneCellOfASpreadsheetCanBePastedIntoTheOpenCell()
+    {
+        Editing s;
+        QGuiApplication::clipboard()->setText("12.5\r\n");
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(s.Box()->text(), QString("12.5"));
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 12.5F);
+        QVERIFY(s.user.messages.empty());
+        s.Press(Qt::Key_F2);
+        s.Box()->selectAll();
+        s.Box()->paste(); // as the menu of the line itself does
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 12.5F);
+        QVERIFY(s.user.messages.empty());
+    }
+
+    void ACopiedCellKeepsItsDigitsAlsoThroughTheOpenCell()
+    {
+        Editing s;
+        s.Put(1, kA, "0.712345");
+        s.Press(Qt::Key_C, Qt::ControlModifier);
+        s.Go(2, kA);
+        s.Press(Qt::Key_F2);
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(2, kA), 0.712345F);
+    }
+
+    void AHostileClipboardIsAnsweredInTwoSecondsAndLosesNothing()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Put(4, kB, "6");
+        const TableSheet::State before = s.window.Sheet().Now();
+        const QString tabs(10'000'000, QChar('\t'));
+        const QString rows = QString("1\n").repeated(200'000);
+        for (const QString& text :
+             {tabs, rows, QString(10'000'000, QChar('9')), QString::fromLatin1("1\0\t2\n", 5),
+              QString("1\r\r2"), QString("\"1\t2\n3\t4\n"), QString("1e400\t2\n"),
+              QString("1e99999999999999999999\n"), QString("\n\n"), QString("-\t.\n"),
+              QString(QChar(0xD800)) + "\t1\n"}) {
+            QGuiApplication::clipboard()->setText(text);
+            s.Go(1, kA);
+            s.user.messages.clear();
+            QElapsedTimer timer;
+            timer.start();
+            s.Entry("mnuPaste")->trigger();
+            QVERIFY2(timer.elapsed() < 2000, qPrintable(text.left(20)));
+            QVERIFY(!s.user.messages.empty()); // each says what is wrong with it
+            while (s.Entry("mnuUndo")->isEnabled() && s.Entry("mnuUndo")->text().endsWith("Paste"))
+                s.Entry("mnuUndo")->trigger();
+            QVERIFY(s.window.Sheet().Now() == before);
+        }
     }
 
     void ABlockOf200RowsAnd9ColumnsIsPastedCutAndTakenBack()
@@ -511,6 +746,43 @@ private slots:
         }
     }
 
+    void UndoOfARowLeavesTheSelectionWhereItsCellsStillAre()
+    {
+        Editing s;
+        s.Entry("mnuAddRow")->trigger();
+        s.Mark(3, kA, 5, kB + 1);
+        s.Entry("mnuUndo")->trigger();
+        QCOMPARE(s.Grid().Selected(), (GridSelection{3, kA, 4, kB + 1}));
+        s.Mark(2, kB + 1, 1, kA);
+        s.Entry("mnuRedo")->trigger();
+        QCOMPARE(s.Grid().Selected(), (GridSelection{2, kB + 1, 1, kA}));
+    }
+
+    void UndoAndRedoMixedWithEverythingEndWhereTheyBegan()
+    {
+        for (const unsigned seed : {1U, 2U}) {
+            Restless s(seed);
+            const TableSheet::State first = s.window.Sheet().Now();
+            for (int step = 0; step < 250; ++step) {
+                s.Step();
+                QVERIFY(!s.Box()->isVisible());
+                QCOMPARE(s.Grid().Rows(), s.window.Sheet().Rows());
+                QCOMPARE(s.Grid().Cols(), s.window.Sheet().Cols());
+                QCOMPARE(s.Grid().isVisible(), s.Grid().Rows() > 1);
+                QVERIFY(!s.user.Saw("Subscript"));
+            }
+            const TableSheet::State last = s.window.Sheet().Now();
+            const int steps = s.window.Edit().Steps().index();
+            QVERIFY(steps > 0);
+            while (s.Entry("mnuUndo")->isEnabled())
+                s.Entry("mnuUndo")->trigger();
+            QVERIFY(s.window.Sheet().Now() == first);
+            while (s.window.Edit().Steps().index() < steps)
+                s.Entry("mnuRedo")->trigger();
+            QVERIFY(s.window.Sheet().Now() == last);
+        }
+    }
+
     void RowsAreInsertedAboveTheSelectionOnlyOnYes()
     {
         Editing s;
@@ -546,8 +818,12 @@ private slots:
         QVERIFY(s.window.findChild<QLabel*>("lblHint")->isVisible());
         s.user.messages.clear();
         s.Entry("mnuDeleteRow")->trigger(); // nothing to delete
+        QGuiApplication::clipboard()->setText("1\n");
         for (const char* name : {"mnuNumber", "mnuFormat", "mnuCopy", "mnuCut", "mnuPaste"})
             s.Entry(name)->trigger();
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("The table has no cells to paste into."));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("1\n"));
         s.Entry("mnuEditMode")->trigger();
         s.Entry("mnuEditMode")->trigger();
         s.Entry("mnuAddRow")->trigger();
@@ -556,6 +832,30 @@ private slots:
         s.Activate();
         s.Put(1, kA, "5");
         QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
+    void UndoShowsATableAgainOfWhichAllRowsWereDeletedAndTheKeysGoThere()
+    {
+        Editing s;
+        s.Put(1, kA, "5");
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        s.Entry("mnuDeleteRow")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        QVERIFY(s.Grid().isVisible());
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(s.Grid().hasFocus());
+        s.Type("6");
+        s.Press(Qt::Key_Return);
+        QCOMPARE(s.Value(1, kA), 6.0F);
+        s.Entry("mnuUndo")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        QCOMPARE(s.Value(1, kA), -1.0F); // the step before the deletion
+        s.Entry("mnuRedo")->trigger();
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        s.Entry("mnuDeleteRow")->trigger();
+        s.Entry("mnuUndo")->trigger();
+        s.Entry("mnuRedo")->trigger();
+        QVERIFY(s.window.findChild<QLabel*>("lblHint")->isVisible());
     }
 
     void The201stRowIsRefusedWithASentence()
@@ -653,6 +953,20 @@ private slots:
         QGuiApplication::clipboard()->setText("1\n");
         emit s.Menu("mnuEdit")->aboutToShow();
         QVERIFY(s.Entry("mnuPaste")->isEnabled());
+    }
+
+    void PasteByItsKeysIsNotHeldUpByAClipboardThatWasEmptyWhenTheMenuWasOpen()
+    {
+        Editing s;
+        QGuiApplication::clipboard()->clear();
+        s.Menu("mnuEdit")->popup(QPoint(5, 5));
+        QVERIFY(!s.Entry("mnuPaste")->isEnabled());
+        s.Menu("mnuEdit")->close();
+        QCoreApplication::processEvents();
+        QGuiApplication::clipboard()->setText("1\n"); // copied elsewhere in the meantime
+        s.Activate();
+        s.Press(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(s.Value(1, kA), 1.0F);
     }
 
     void OpeningTheEditMenuStoresTheOpenCellAndARefusedOneStaysOpen()
@@ -755,6 +1069,37 @@ private slots:
         QCOMPARE(s.window.objData().NNtPoints(), 3);
     }
 
+    void ATableWithoutDataColumnsHasNoCellAndItsKeysDoNothing()
+    {
+        Session s;
+        s.user.onAsciiWizard = [](AsciiWizard& wizard) { // only the years are taken
+            wizard.ChooseTiming(1);
+            wizard.Next();
+            wizard.Finish();
+            return true;
+        };
+        s.Open();
+        s.Activate();
+        QCOMPARE(s.Grid().Cols(), 2);
+        s.Press(Qt::Key_Space, Qt::ControlModifier);
+        s.Entry("mnuCopy")->trigger();
+        s.Entry("mnuEditMode")->trigger();
+        QGuiApplication::clipboard()->setText("1\t2\n");
+        s.user.messages.clear();
+        for (const Qt::Key key : {Qt::Key_5, Qt::Key_Delete, Qt::Key_Return, Qt::Key_Down, Qt::Key_End})
+            s.Press(key);
+        s.Press(Qt::Key_A, Qt::ControlModifier);
+        for (const char* name : {"mnuCut", "mnuNumber", "mnuFormat"})
+            s.Entry(name)->trigger();
+        QVERIFY(s.user.messages.empty());
+        s.Entry("mnuPaste")->trigger();
+        QVERIFY(s.user.Saw("The table has no cells to paste into."));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("1\t2\n"));
+        s.user.Selects({"Effort"});
+        s.Entry("mnuInsertColumn")->trigger();
+        QCOMPARE(s.Grid().Selected(), GridSelection::At(1, kA));
+    }
+
     void ABoxAsksBeforeItTakesAFitAwayAndNoKeepsIt()
     {
         Working s;
@@ -818,7 +1163,7 @@ private slots:
         QCOMPARE(s.user.messages.back().icon, Icon::Information);
     }
 
-    void ADragOverAPointAndADoubleClickDoNotToggleIt()
+    void ADragOverAPointDoesNotToggleItAndADoubleClickTogglesItOnce()
     {
         Working s;
         s.Fit();
@@ -830,6 +1175,14 @@ private slots:
         QTest::mouseRelease(&plot, Qt::LeftButton, Qt::NoModifier, from);
         QVERIFY(s.user.messages.empty());
         QVERIFY(s.window.objMeth().MethDefined());
+
+        s.user.answers = {Answer::Yes};
+        s.ClickPoint(0, 5); // the first half of it, which cannot know
+        QMouseEvent second(QEvent::MouseButtonDblClick, from, plot.mapToGlobal(from), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&plot, &second);
+        QTest::mouseRelease(&plot, Qt::LeftButton, Qt::NoModifier, from);
+        QVERIFY(!s.window.objData().ToggledIn(5));
     }
 
     void AHighlightedPeriodLightsUpInAllGraphsAndInTheTableAndGoesOutAgain()
@@ -899,6 +1252,27 @@ private slots:
         s.window.close();
         QVERIFY(s.window.isVisible());
         QCOMPARE(s.Value(1, kA), 5.0F);
+    }
+
+    void AFileThatComesInEditModeStoresTheOpenCellAsksAndEndsIt()
+    {
+        Editing s;
+        s.Type("5x");
+        s.Open(); // the refused cell stays in front
+        QVERIFY(s.user.Saw("Data must be numeric."));
+        QVERIFY(s.Box()->isVisible());
+        s.Type("5");
+        s.user.answers = {Answer::Cancel};
+        s.Open();
+        QVERIFY(s.user.Saw("Do you wish to save changes to current data set?"));
+        QCOMPARE(s.Value(1, kA), 5.0F);
+        QVERIFY(s.window.Edit().EditMode());
+        s.user.answers = {Answer::No};
+        s.Open();
+        QVERIFY(!s.window.Edit().EditMode());
+        QVERIFY(!s.Entry("mnuUndo")->isEnabled());
+        QVERIFY(s.window.findChild<DataGridView*>()->Model().BoxEnabled(1));
+        QCOMPARE(s.Grid().palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
     }
 
     void NoFileIsDroppedIntoEditMode()
@@ -1002,6 +1376,23 @@ private slots:
         QCOMPARE(model.rowCount(), 4);
     }
 
+    void WhoLooksAtTheTableIsToldThatAnotherRowIsLit()
+    {
+        SheetBench bench(4, {columns::Effort});
+        DataGridModel model;
+        model.Show(&bench.sheet);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        model.Highlight(2);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed[0][0].toModelIndex(), model.index(0, 0)); // the whole of it
+        QCOMPARE(changed[0][1].toModelIndex(), model.index(3, 2));
+
+        SheetBench oneRow(1, {columns::Effort});
+        model.Show(&oneRow.sheet);
+        model.Highlight(1);
+        QCOMPARE(changed.count(), 2);
+    }
+
     void ATableOfNoDataSetIsEmpty()
     {
         DataGridModel model;
@@ -1029,6 +1420,8 @@ private slots:
         QCOMPARE(fixed->rowAt(fixed->viewport()->height() - 1),
                  scrolling->rowAt(scrolling->viewport()->height() - 1));
         QCOMPARE(fixed->rowAt(1), scrolling->rowAt(1));
+        fixed->verticalScrollBar()->setValue(7); // the wheel over the labels
+        QCOMPARE(scrolling->verticalScrollBar()->value(), 7);
         QCOMPARE(view.Model().data(view.Model().index(0, 2), Qt::DisplayRole).toString(), QString("-1"));
     }
 };

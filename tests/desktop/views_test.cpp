@@ -615,6 +615,14 @@ void ViewsTest::TheGraphWindowTellsThePointUnderTheCursor()
     QTest::mouseMove(plot, at.toPoint());
 
     QCOMPARE(window.StatusText(), "Observed (Included):  Time 5,  CPUE 16");
+
+    // A line has no points to meet, only places.
+    plot->yAxis->setRange(11.4, 11.6); // so near that the observed point is far from 20 - 9 + 0.5
+    plot->replot();
+    const QPointF onLine(plot->xAxis->coordToPixel(10.0), plot->yAxis->coordToPixel(11.5));
+    QTest::mouseMove(plot, onLine.toPoint());
+    QVERIFY(!window.StatusText().contains("Expected"));
+    QVERIFY(window.StatusText().startsWith("Time"));
 }
 
 void ViewsTest::ADoubleClickShowsAllAgain()

@@ -107,6 +107,8 @@ bool ScriptedUser::Saw(const std::string& text) const
 Answer ScriptedUser::Show(const Message& message)
 {
     messages.push_back(message);
+    if (onShow)
+        onShow();
     return answers.empty() ? Unscripted(message.buttons) : TakeFirst(answers);
 }
 

@@ -34,6 +34,7 @@ public:
     std::function<bool(NumberFormatChoice&)> onNumberFormat;
     std::function<bool(CellFont&)> onFont;
     std::function<bool(NewDataSet&)> onNewDataSet;
+    std::function<void()> onShow;                  ///< what a box does to the screen while it stands
     std::deque<Answer> answers;                    ///< for boxes, in order
     std::deque<std::optional<std::string>> inputs; ///< for input boxes, in order; empty: Cancel
 
