@@ -146,7 +146,8 @@ public:
     clsFit& LoggedFit(std::int32_t index) { return m_loggedFits.At(index); }
     const clsFit& LoggedFit(std::int32_t index) const { return m_loggedFits.At(index); }
     void DeleteLoggedFit(std::string_view name); ///< dirty. \throws VeltError 5 when there is none
-    /// All of them, to be put back when a deletion does not reach the disk. References to fits do not survive.
+    /// All of them, to be put back when a deletion does not reach the disk. References to fits do not
+    /// survive.
     const LoggedFits& Fits() const { return m_loggedFits; }
     void Fits(LoggedFits fits) { m_loggedFits = std::move(fits); }
 

@@ -28,7 +28,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
                            {"mnuOpen", 3, true, QKeySequence::Open},
                            separator,
                            {"mnuSave", 5, true, QKeySequence::Save},
-                           {"mnuSaveAs", 6, true, QKeySequence::SaveAs},
+                           {"mnuSaveAs", 6, true, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
                            separator,
                            {"mnuPrint", 8, false},
                            {"mnuTextExport", 9, false},

@@ -257,6 +257,8 @@ void frmVelt3::NoteFile(const std::string& path)
 void frmVelt3::ShowFitManager()
 {
     RestoreFitManager();
+    if (!m_fitManager.testAttribute(Qt::WA_Moved)) // later where the user left it
+        m_fitManager.move(frameGeometry().center() - m_fitManager.rect().center());
     m_fitManager.show();
     m_fitManager.raise();
     m_fitManager.activateWindow();

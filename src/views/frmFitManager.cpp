@@ -86,7 +86,7 @@ frmFitManager::frmFitManager(QWidget* parent)
     BuildButtons();
     connect(m_grdFits, &QTableWidget::cellDoubleClicked, m_cmdLoad, &QPushButton::click);
     const int em = fontMetrics().height();
-    resize(48 * em, 18 * em);
+    resize(62 * em, 18 * em); // room for a model's title in a fifth of it
     m_grdFits->setFocus();
 }
 
