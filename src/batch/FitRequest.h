@@ -28,9 +28,9 @@ struct FitRequest {
     std::optional<Inspection> inspection;
 
     std::string file;
-    bool isProject = false; ///< the file is a project and not a table
+    std::string project; ///< where the fit is logged
     std::optional<std::string> logAs;
-    std::string project;         ///< where the fit is logged
+    bool isProject = false;      ///< the file is a project and not a table
     bool commaSeparated = false; ///< the file came through --csv-data
     std::string timeColumn;
     std::vector<Assignment> columns;

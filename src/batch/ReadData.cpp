@@ -10,6 +10,7 @@
 #include "fit/ProjectFile.h"
 
 #include <filesystem>
+#include <memory>
 
 namespace
 {
@@ -31,14 +32,13 @@ void OpenProjectAt(const std::string& path, ProjectFile& project)
     }
 }
 
-/// Whether two data sets hold the same periods and the same user columns.
-bool HoldSameData(const clsVeltData& a, const clsVeltData& b)
+/// Whether two tables hold the same periods and the same user columns.
+bool HoldSameData(const DataTable& a, const DataTable& b)
 {
-    if (a.MinTimeP() != b.MinTimeP() || a.MaxTimeP() != b.MaxTimeP())
+    if (a.minTimeP != b.minTimeP || a.maxTimeP != b.maxTimeP)
         return false;
     for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
-        if (a.ColPresent(column) != b.ColPresent(column) ||
-            (a.ColPresent(column) && !(a.Column(column) == b.Column(column))))
+        if (a.present(column) != b.present(column) || (a.present(column) && !(a.db(column) == b.db(column))))
             return false;
     return true;
 }
@@ -52,9 +52,9 @@ void TakeProject(clsVeltData& data, ProjectFile& project, const FitRequest& requ
     const bool sameFile =
         request.isProject && std::filesystem::equivalent(request.file, request.project, error);
     if (!sameFile && std::filesystem::exists(request.project, error)) {
-        const clsVeltData read = data;
+        const auto read = std::make_unique<DataTable>(data.Table()); // opening puts another in its place
         OpenProjectAt(request.project, project);
-        if (!HoldSameData(read, data))
+        if (!HoldSameData(*read, data.Table()))
             RefuseProject(request.project, "this project holds other data than " + Quotable(request.file) +
                                                "; a fit of those cannot be logged in it.");
     }

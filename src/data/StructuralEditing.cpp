@@ -16,12 +16,13 @@ int SourceOf(int row, int amount, int start)
     return source < start || source > kRows ? 0 : source;
 }
 
-/// The last label moves by `count`. A range that ends before it begins, as a file may hold one, counts as an
-/// empty one, so that a row that is added to it can be seen.
+/// The last label moves by `count`. A table without rows counts as an empty range, whatever its labels say (a
+/// file may hold a range that ends before it begins, a failed import leaves 0 to 0), so that what is added
+/// can be seen.
 void ChangeLength(DataTable& table, int count)
 {
     const std::int64_t empty = std::int64_t{table.minTimeP} - 1;
-    const std::int64_t last = std::max<std::int64_t>(table.maxTimeP, empty) + count;
+    const std::int64_t last = (table.timeInts > 0 ? std::int64_t{table.maxTimeP} : empty) + count;
     table.timeInts = static_cast<std::int32_t>(last - empty);
     table.maxTimeP = static_cast<std::int32_t>(last);
 }

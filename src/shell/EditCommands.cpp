@@ -2,6 +2,7 @@
 #include "shell/EditCommands.h"
 
 #include "base/StringTable.h"
+#include "base/Text.h"
 #include "data/StructuralEditing.h"
 #include "shell/GraphWindows.h"
 #include "views/DataGridView.h"
@@ -172,8 +173,13 @@ void EditCommands::FileDescription()
     const auto typed = TheRun().user.InputBox(LoadResString(kDescriptionPrompt), "VELT 3.0", Data().DSDesc());
     if (!typed || typed->empty() || *typed == Data().DSDesc())
         return;
-    m_sheet.Change("File Description", [&] { Data().DSDesc(*typed); });
+    const std::string kept = Trim(PadString(*typed, clsVeltData::kDescriptionWidth));
+    m_sheet.Change("File Description", [&] { Data().DSDesc(kept); });
     m_around.showDataSet();
+    if (kept != Trim(*typed))
+        TheRun().reporter.Show(
+            {.text = "A project keeps 40 characters of the description. It now reads:\n" + kept,
+             .icon = Icon::Information});
 }
 
 /// A change of rows or columns: one step of Undo, and the table is set up anew.

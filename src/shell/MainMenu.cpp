@@ -39,7 +39,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
     m_recent->setObjectName("mnuRecent");
     file->insertMenu(file->actions().at(2), m_recent); // below Open
     m_edit = AddMenu("mnuEdit", 14,
-                     {{"mnuEditMode", 15, true, QKeySequence(Qt::CTRL | Qt::Key_E)},
+                     {{"mnuEditMode", 15, true, QKeySequence(Qt::CTRL | Qt::Key_M)},
                       separator,
                       {"mnuUndo", 0, true, QKeySequence::Undo},
                       {"mnuRedo", 0, true, QKeySequence::Redo},

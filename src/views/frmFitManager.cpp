@@ -116,9 +116,10 @@ void frmFitManager::BuildButtons()
     menu->setObjectName("mnuFit");
     const std::array<std::pair<QPushButton*, const char*>, 4> entries{
         {{m_cmdLoad, "mnuLoad"}, {m_cmdDelete, "mnuDelete"}, {m_cmdAdd, "mnuAdd"}, {exit, "mnuExit"}}};
-    for (const auto& [button, name] : entries) {
+    for (const auto& pair : entries) {
+        QPushButton* button = pair.first;
         QAction* entry = menu->addAction(button->text());
-        entry->setObjectName(QString::fromLatin1(name));
+        entry->setObjectName(QString::fromLatin1(pair.second));
         connect(entry, &QAction::triggered, button, &QPushButton::click);
         connect(menu, &QMenu::aboutToShow, entry,
                 [entry, button] { entry->setEnabled(button->isEnabled()); });

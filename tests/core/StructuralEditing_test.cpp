@@ -295,6 +295,14 @@ TEST(Rows, ATableFromTheSmallestLabelOnCanBeEmptied)
     EXPECT_EQ(table.ShownRows(), 0);
 }
 
+TEST(Rows, ARowAddedToATableAsNewIsOneRow)
+{
+    DataTable table; // its labels are both 0, and it has no row
+    AddRows(table, 1);
+    EXPECT_EQ(table.timeInts, 1);
+    EXPECT_EQ(table.maxTimeP, 0);
+}
+
 TEST(Rows, EveryStructuralChangeMarksTheDataSet)
 {
     Bench bench;

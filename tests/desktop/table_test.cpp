@@ -1004,6 +1004,12 @@ private slots:
         QVERIFY(s.user.asked.back() == "input box: File Description ; ");
         QCOMPARE(QString::fromStdString(s.user.suggested.back()), QString("Constant recruitment, 25 years"));
         QVERIFY(s.window.windowTitle().endsWith("Hoki"));
+        s.user.inputs = {std::string(39, 'n') + "- and more than a project keeps"};
+        s.Entry("mnuFileDescription")->trigger();
+        QVERIFY(s.user.Saw("A project keeps 40 characters"));
+        QVERIFY(s.window.windowTitle().endsWith(QString(39, 'n') + "-"));
+        s.user.inputs = {std::string("Hoki")};
+        s.Entry("mnuFileDescription")->trigger();
         s.user.inputs = {std::string()}; // an empty answer changes nothing
         s.Entry("mnuFileDescription")->trigger();
         QVERIFY(s.window.windowTitle().endsWith("Hoki"));
