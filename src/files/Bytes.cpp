@@ -52,9 +52,10 @@ std::string_view BoundedReader::Bytes(std::size_t count, const char* what)
 
 void BoundedReader::Seek(std::int64_t position, const char* what)
 {
-    if (position < 1 || static_cast<std::uint64_t>(position) > m_bytes.size() + 1)
+    if (position < 0 || static_cast<std::uint64_t>(position) < m_first ||
+        static_cast<std::uint64_t>(position) - m_first > m_bytes.size())
         Refuse("\"" + std::string(what) + "\" points outside the file");
-    m_at = static_cast<std::size_t>(position) - 1;
+    m_at = static_cast<std::size_t>(position) - m_first;
 }
 
 std::int16_t BoundedReader::I16(const char* what)
