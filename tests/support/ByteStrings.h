@@ -98,7 +98,7 @@ inline std::string Date(double days)
     return I16(7) + F64(days);
 }
 /// An array of one dimension, counted from 1.
-inline std::string TaggedArray(std::int64_t count, const std::string& elements)
+inline std::string ArrayOf(std::int64_t count, const std::string& elements)
 {
     return I16(8204) + I16(1) + I32(count) + I32(1) + elements;
 }
