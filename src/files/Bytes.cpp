@@ -6,18 +6,20 @@
 
 #include <array>
 #include <bit>
+#include <cstring>
 
 namespace
 {
-/// Bytes as a whole number, the least significant first.
+/// As many bytes as the number has, the least significant first.
 template <typename Unsigned>
 Unsigned FromLittleEndian(std::string_view bytes)
 {
-    Unsigned value = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;)
-        value = static_cast<Unsigned>((static_cast<std::uint64_t>(value) << 8U) |
-                                      static_cast<unsigned char>(bytes[i]));
-    return value;
+    std::array<unsigned char, sizeof(Unsigned)> taken{};
+    std::memcpy(taken.data(), bytes.data(), taken.size());
+    std::uint64_t value = 0;
+    for (std::size_t i = taken.size(); i-- > 0;)
+        value = value << 8U | taken[i];
+    return static_cast<Unsigned>(value);
 }
 
 template <typename Unsigned>
