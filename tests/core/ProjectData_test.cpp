@@ -309,7 +309,7 @@ TEST_F(ProjectData, NamesOfFitsThatDifferByTheBlanksBeforeThemAreDifferent)
               (Names{Text("Fox", 50), Text(" Fox", 50), Text(" Fox (2)", 50)}));
 }
 
-// Used to look at every number from 2 on for each of them, and at every name for each number: hours.
+// Used to look at every number from 2 on for each of them, and at every name for each number: minutes.
 TEST_F(ProjectData, ThousandsOfEqualNamesAreNoWork)
 {
     const Names names = NamesOf(Names(8000, "Fox"));
