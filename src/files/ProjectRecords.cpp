@@ -334,7 +334,7 @@ void WriteHeader(ByteWriter& out, const Header& header)
 
 Project ReadProject(std::string_view file)
 {
-    constexpr std::size_t kLeastScenario = kTitleWidth + 2U * kVectorLength + 4U;
+    constexpr std::size_t kLeastScenario = kTitleWidth + static_cast<std::size_t>(2 * kVectorLength) + 4;
     BoundedReader in(file);
     Reading go(in);
     Project project;
