@@ -11,6 +11,7 @@
 #include <list>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 /// Items in the order of adding, each under a key of its own. Keys compare exactly by their first `KeyWidth`
@@ -26,8 +27,9 @@ public:
     /// \throws VeltError 5 when the key is taken; the list is then as it was.
     T& Add(T item, std::string_view key)
     {
-        if (Find(key))
+        if (Has(key))
             RaiseInvalidArgument();
+        m_keys.insert(PadString(key, KeyWidth));
         return m_entries.emplace_back(PadString(key, KeyWidth), std::move(item)).second;
     }
 
@@ -37,9 +39,12 @@ public:
         const auto found = Locate(m_entries, key);
         if (found == m_entries.end())
             RaiseInvalidArgument();
+        m_keys.erase(found->first);
         m_entries.erase(found);
     }
 
+    /// Whether a key is taken costs the same however many there are: a file may bring very many.
+    bool Has(std::string_view key) const { return m_keys.contains(PadString(key, KeyWidth)); }
     T* Find(std::string_view key) { return ItemAt(m_entries, Locate(m_entries, key)); } ///< null when absent
     const T* Find(std::string_view key) const { return ItemAt(m_entries, Locate(m_entries, key)); }
     T* Find(std::int32_t place) { return ItemAt(m_entries, Locate(m_entries, place)); } ///< null when absent
@@ -84,4 +89,5 @@ private:
     }
 
     Entries m_entries;
+    std::unordered_set<std::string> m_keys; ///< those of the entries
 };

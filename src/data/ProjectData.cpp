@@ -2,12 +2,15 @@
 #include "data/ProjectData.h"
 
 #include "base/Checked.h"
+#include "base/ForeignText.h"
 #include "base/Text.h"
 #include "base/Windows1252.h"
 #include "data/ColumnConversions.h"
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace
@@ -28,6 +31,12 @@ void TakeColumns(DataTable& table, const DataRecord& record)
     }
 }
 
+/// `error`, with what of the file brought it about.
+VeltError Because(const VeltError& error, const std::string& what)
+{
+    return {error.number, error.description + ": " + what, "clsVeltData_Read"};
+}
+
 ScenarioRecord RecordOf(const clsProjScenario& scenario)
 {
     ScenarioRecord record{.Title = scenario.Title(), .Vector = {}, .VecType = scenario.VecType()};
@@ -44,7 +53,12 @@ clsProjScenario ScenarioOf(const ScenarioRecord& record)
     scenario.VecType(record.VecType);
     for (int i = 1; i <= kVectorLength; ++i) {
         const TaggedNumber& element = record.Vector[static_cast<std::size_t>(i - 1)];
-        scenario.Stored(i, element.value, element.tag == kInt16 || element.tag == kEmpty);
+        try {
+            scenario.Stored(i, element.value, element.tag == kInt16 || element.tag == kEmpty);
+        } catch (const VeltError& error) {
+            throw Because(error, "value " + std::to_string(i) + " of the scenario \"" +
+                                     Quotable(record.Title) + "\" does not fit 32 bits.");
+        }
     }
     return scenario;
 }
@@ -64,6 +78,7 @@ FitIndexRecord RecordOf(const clsFit& fit)
 clsFit FitOf(const FitIndexRecord& record)
 {
     clsFit fit;
+    fit.StoredDeleted(record.Deleted);
     fit.FitName(record.FitName);
     fit.MethType(record.MethType);
     fit.FitOp(record.FitOp);
@@ -74,25 +89,48 @@ clsFit FitOf(const FitIndexRecord& record)
     return fit;
 }
 
-/// `name`, or `name` with the first number behind it that `taken` does not know, within `width` characters.
-template <typename Taken>
-std::string Numbered(const std::string& name, std::size_t width, const Taken& taken)
+/// `text` without the blanks behind it.
+std::string WithoutPadding(const std::string& text)
 {
-    std::string free = name;
-    for (int number = 2; taken(free); ++number) {
-        const std::string mark = " (" + std::to_string(number) + ")";
-        free = Trim(PadString(name, width - mark.size())) + mark;
-    }
-    return free;
+    return text.substr(0, text.find_last_not_of(' ') + 1);
 }
+
+/// Tells equal names apart. Each name goes on counting where it stopped, so that thousands of equal ones are
+/// no work.
+class Numbering
+{
+public:
+    explicit Numbering(std::size_t width) : m_width(width) {}
+
+    /// `name`, or `name` with the first number behind it that `taken` does not know, within the width.
+    template <typename Taken>
+    std::string Free(const std::string& name, const Taken& taken)
+    {
+        std::string free = name;
+        for (int& number = m_next.try_emplace(Marked(name, 2), 2).first->second; taken(free); ++number)
+            free = Marked(name, number);
+        return free;
+    }
+
+private:
+    std::string Marked(const std::string& name, int number) const
+    {
+        const std::string mark = "(" + std::to_string(number) + ")";
+        const std::string kept = WithoutPadding(PadString(name, m_width - mark.size() - 1));
+        return kept.empty() ? mark : kept + " " + mark;
+    }
+
+    std::size_t m_width;
+    std::unordered_map<std::string, int> m_next; ///< by the name as it is numbered first
+};
 
 void TakeScenarios(clsVeltData& data, const std::vector<ScenarioRecord>& records)
 {
+    Numbering numbering(clsProjScenario::kTitleWidth);
     for (const ScenarioRecord& record : records) {
         clsProjScenario scenario = ScenarioOf(record);
         const std::string title =
-            Numbered(record.Title, clsProjScenario::kTitleWidth,
-                     [&](const std::string& t) { return data.ProjScenario(t) != nullptr; });
+            numbering.Free(record.Title, [&](const std::string& t) { return data.ProjScens().Has(t); });
         if (title != record.Title)
             data.MarkChanged();
         scenario.Title(title);
@@ -102,10 +140,11 @@ void TakeScenarios(clsVeltData& data, const std::vector<ScenarioRecord>& records
 
 void TakeFits(clsVeltData& data, const std::vector<FitIndexRecord>& records)
 {
+    Numbering numbering(clsFit::kNameWidth);
     for (const FitIndexRecord& record : records) {
         clsFit fit = FitOf(record);
-        const std::string name = Numbered(fit.FitName(), clsFit::kNameWidth,
-                                          [&](const std::string& n) { return data.HasLoggedFit(n); });
+        const std::string name =
+            numbering.Free(fit.FitName(), [&](const std::string& n) { return data.HasLoggedFit(n); });
         if (name != fit.FitName())
             data.MarkChanged();
         fit.FitName(name);
@@ -113,15 +152,26 @@ void TakeFits(clsVeltData& data, const std::vector<FitIndexRecord>& records)
     }
 }
 
+/// Periods of the range and one more, as far as they can be counted in 32 bits.
+void CountPeriods(DataTable& table)
+{
+    const std::int32_t steps = checked::ToInt32(static_cast<double>(table.maxTimeP) - table.minTimeP);
+    const std::int32_t periods = checked::ToInt32(steps + 1.0);
+    table.timeInts = table.naPoints = table.nntPoints = table.origNAPoints = periods;
+    table.ndPoints = checked::ToInt32(periods + 1.0);
+}
+
 /// All rows of the range are in use and toggled in.
 void TakeRange(DataTable& table, const Header& header)
 {
-    const std::int32_t periods =
-        checked::ToInt32(static_cast<double>(header.MaxTimeP) - header.MinTimeP + 1.0);
     table.minTimeP = header.MinTimeP;
     table.maxTimeP = header.MaxTimeP;
-    table.timeInts = table.naPoints = table.nntPoints = table.origNAPoints = periods;
-    table.ndPoints = checked::ToInt32(static_cast<double>(periods) + 1.0);
+    try {
+        CountPeriods(table);
+    } catch (const VeltError& error) {
+        throw Because(error, "the time periods " + std::to_string(header.MinTimeP) + " to " +
+                                 std::to_string(header.MaxTimeP) + " are too many.");
+    }
     for (int row = 1; row <= table.ShownRows(); ++row)
         table.included(row) = table.toggledIn(row) = true;
 }
@@ -137,7 +187,7 @@ bool UserColumnsDiffer(const DataTable& a, const DataTable& b)
     for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
         if (a.present(column) != b.present(column) ||
             (a.present(column) &&
-             (a.format(column) != b.format(column) || !SameValues(a.db(column), b.db(column)))))
+             (Trim(a.format(column)) != Trim(b.format(column)) || !SameValues(a.db(column), b.db(column)))))
             return true;
     return false;
 }
@@ -222,6 +272,5 @@ std::optional<std::string> RefusalOfName(std::string_view name)
     if (FitsWindows1252(name))
         return std::nullopt;
     return "A project can keep only the letters of Western European languages in a name. Please choose "
-           "another "
-           "one.";
+           "another one.";
 }

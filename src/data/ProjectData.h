@@ -25,13 +25,13 @@ struct OpenedProject {
 
 /// The data set of a project file. Equal titles of scenarios and names of fits are numbered, which is a
 /// change of the data set. \throws RecordError the file is damaged \throws VeltError 6 a time range or a
-/// value of a scenario that does not fit 32 bits
+/// value of a scenario that does not fit 32 bits, with its sentence
 OpenedProject ReadProjectData(std::string_view file, Run& run);
 
 /// The data of a fit's body in place of those in `data`: columns, what follows from them, and toggles. Its
 /// user columns that differ from those here are a change of the data set.
-/// \throws VeltError 6, 11 a conversion failed; `data` is then as it was
+/// \throws VeltError 5, 6, 11 a conversion failed; `data` is then as it was
 void TakeDataOfFit(clsVeltData& data, const project_file::DataRecord& record);
 
-/// `name` as a project file can hold it, or a sentence that names the first character that it cannot.
+/// Nothing when a project file can hold every character of `name`, else a sentence for the user.
 std::optional<std::string> RefusalOfName(std::string_view name);

@@ -13,7 +13,8 @@ class clsFit
 public:
     static constexpr std::size_t kNameWidth = 50;
 
-    bool Deleted() const { return m_deleted; } ///< kept for the file; nothing sets it
+    bool Deleted() const { return m_deleted; } ///< kept for the file; nothing in the program sets it
+    void StoredDeleted(bool deleted) { m_deleted = deleted; } ///< as a project file has it
 
     // File positions of the body: its first byte, counted from 1, and the byte behind its last.
     std::int32_t Start() const { return m_start; }

@@ -141,7 +141,7 @@ public:
     /// Marks the data set as changed only while LogOrReload is true, deliberately: opening a project is no
     /// change. \throws VeltError 5 when the name is taken.
     void AddLoggedFit(clsFit fit);
-    bool HasLoggedFit(std::string_view name) const { return m_loggedFits.Find(name) != nullptr; }
+    bool HasLoggedFit(std::string_view name) const { return m_loggedFits.Has(name); }
     /// \throws VeltError 9 when there is none
     clsFit& LoggedFit(std::int32_t index) { return m_loggedFits.At(index); }
     const clsFit& LoggedFit(std::int32_t index) const { return m_loggedFits.At(index); }

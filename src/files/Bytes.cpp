@@ -6,26 +6,29 @@
 
 #include <array>
 #include <bit>
-#include <type_traits>
+#include <cstring>
 
 namespace
 {
-/// Bytes as a whole number, the least significant first.
+/// As many bytes as the number has, the least significant first.
 template <typename Unsigned>
 Unsigned FromLittleEndian(std::string_view bytes)
 {
-    Unsigned value = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;)
-        value = static_cast<Unsigned>((static_cast<std::uint64_t>(value) << 8U) |
-                                      static_cast<unsigned char>(bytes[i]));
-    return value;
+    std::array<unsigned char, sizeof(Unsigned)> taken{};
+    std::memcpy(taken.data(), bytes.data(), taken.size());
+    std::uint64_t value = 0;
+    for (std::size_t i = taken.size(); i-- > 0;)
+        value = value << 8U | taken[i];
+    return static_cast<Unsigned>(value);
 }
 
 template <typename Unsigned>
 void Append(std::string& bytes, Unsigned value)
 {
-    for (std::size_t i = 0; i < sizeof value; ++i)
-        bytes += static_cast<char>((static_cast<std::uint64_t>(value) >> (8U * i)) & 0xFFU);
+    std::array<char, sizeof value> taken{};
+    for (std::size_t i = 0; i < taken.size(); ++i)
+        taken[i] = static_cast<char>((static_cast<std::uint64_t>(value) >> (8U * i)) & 0xFFU);
+    bytes.append(taken.data(), taken.size()); // at once: a body has thousands of numbers
 }
 } // namespace
 
@@ -52,9 +55,10 @@ std::string_view BoundedReader::Bytes(std::size_t count, const char* what)
 
 void BoundedReader::Seek(std::int64_t position, const char* what)
 {
-    if (position < 1 || static_cast<std::uint64_t>(position) > m_bytes.size() + 1)
+    if (position < 0 || static_cast<std::uint64_t>(position) < m_first ||
+        static_cast<std::uint64_t>(position) - m_first > m_bytes.size())
         Refuse("\"" + std::string(what) + "\" points outside the file");
-    m_at = static_cast<std::size_t>(position) - 1;
+    m_at = static_cast<std::size_t>(position) - m_first;
 }
 
 std::int16_t BoundedReader::I16(const char* what)

@@ -20,11 +20,12 @@ struct RecordError : VeltError {
 class BoundedReader
 {
 public:
-    explicit BoundedReader(std::string_view bytes) : m_bytes(bytes) {}
+    /// \param first  position in the file of the first of `bytes`, for a part of one
+    explicit BoundedReader(std::string_view bytes, std::size_t first = 1) : m_bytes(bytes), m_first(first) {}
 
-    std::size_t Position() const { return m_at + 1; } ///< of the next byte, from 1
+    std::size_t Position() const { return m_first + m_at; } ///< of the next byte in the file
     std::size_t Left() const { return m_bytes.size() - m_at; }
-    /// Goes to a position from 1; the one behind the last byte is allowed.
+    /// Goes to a position in the file; the one behind the last byte is allowed.
     void Seek(std::int64_t position, const char* what);
 
     std::int16_t I16(const char* what);
@@ -43,6 +44,7 @@ public:
 
 private:
     std::string_view m_bytes;
+    std::size_t m_first;
     std::size_t m_at = 0;
 };
 

@@ -2,6 +2,7 @@
 #include "files/ProjectRecords.h"
 
 #include "base/FileType.h"
+#include "base/ForeignText.h"
 #include "base/Text.h"
 #include "base/Windows1252.h"
 
@@ -20,7 +21,9 @@ constexpr std::size_t kUnusedBytes = 48;
 constexpr std::int16_t kArray = 8204;
 constexpr std::int32_t kRecruitmentIndexModel = 2;
 constexpr std::int32_t kNoRecruitmentModel = 1;
+constexpr std::int32_t kConstantRecruitmentModel = 3;
 constexpr std::int32_t kFirstProductionModel = 4;
+constexpr std::int32_t kLastModel = 6;
 
 // Each record has one walk over its fields, which reads or writes them: the order stands once. A field is
 // given by what both a reader and a writer do with it.
@@ -53,7 +56,7 @@ public:
         days = m_in.F64(what);
     }
 
-    /// An array of one dimension; one that was never sized is empty.
+    /// An array of one dimension; one that was never sized is empty, or has no elements.
     void Array(std::optional<TaggedArray>& array, const char* what)
     {
         array.reset();
@@ -67,6 +70,8 @@ public:
         (void)m_in.I32(what); // the lower bound; elements are counted from 1 whatever it says
         if (announced < 0 || announced > kRows || static_cast<std::size_t>(announced) > m_in.Left() / kLeast)
             m_in.Refuse("\"" + std::string(what) + "\" asks for " + std::to_string(announced) + " elements");
+        if (announced == 0)
+            return;
         TaggedArray taken(static_cast<std::size_t>(announced));
         for (TaggedNumber& element : taken)
             Tagged(element, what);
@@ -183,7 +188,8 @@ void WalkFitIndex(Direction& go, Record& fit)
 template <typename Direction, typename Record>
 void WalkEstimates(Direction& go, Record& model, std::int32_t whichMeth)
 {
-    const std::size_t count = whichMeth == kNoRecruitmentModel || whichMeth == 3 ? 3 : 4;
+    const std::size_t count =
+        whichMeth == kNoRecruitmentModel || whichMeth == kConstantRecruitmentModel ? 3 : 4;
     for (std::size_t i = 0; i < count; ++i) {
         if (whichMeth != kRecruitmentIndexModel) {
             go.Field(model.FinalEsts[i], "FinalEsts");
@@ -328,7 +334,7 @@ void WriteHeader(ByteWriter& out, const Header& header)
 
 Project ReadProject(std::string_view file)
 {
-    constexpr std::size_t kLeastScenario = kTitleWidth + 2U * kVectorLength + 4U;
+    constexpr std::size_t kLeastScenario = kTitleWidth + static_cast<std::size_t>(2 * kVectorLength) + 4;
     BoundedReader in(file);
     Reading go(in);
     Project project;
@@ -377,14 +383,17 @@ std::string_view BodyOf(const FitIndexRecord& fit, std::string_view file)
                         static_cast<std::uint64_t>(fit.TheEnd) <= file.size() + 1;
     if (!within)
         throw RecordError(static_cast<std::size_t>(fit.Start < 1 ? 1 : fit.Start),
-                          "the place of the fit \"" + Trim(fit.FitName) + "\" is not within the file");
+                          "the place of the fit \"" + Quotable(Trim(fit.FitName)) +
+                              "\" is not within the file");
     return file.substr(static_cast<std::size_t>(fit.Start) - 1,
                        static_cast<std::size_t>(fit.TheEnd - fit.Start));
 }
 
-Body ReadBody(std::string_view body, std::int32_t whichMeth)
+Body ReadBody(std::string_view body, std::int32_t whichMeth, std::size_t start)
 {
-    BoundedReader in(body);
+    BoundedReader in(body, start);
+    if (whichMeth < kNoRecruitmentModel || whichMeth > kLastModel)
+        in.Refuse("the fit is of the unknown model " + std::to_string(whichMeth));
     Reading go(in);
     Body read;
     WalkModel(go, read.model, whichMeth);

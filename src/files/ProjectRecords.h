@@ -139,7 +139,10 @@ std::string WriteProject(Project& project, const std::vector<std::string_view>& 
 std::string_view BodyOf(const FitIndexRecord& fit, std::string_view file);
 
 /// \param whichMeth  number of the model, 1 to 6, whose classes differ in a few widths
-Body ReadBody(std::string_view body, std::int32_t whichMeth);
+/// \param start  position of the body in its file, so that a failure can name the byte
+/// \throws RecordError the body is damaged, or there is no such model. Bytes behind the body are not looked
+/// at.
+Body ReadBody(std::string_view body, std::int32_t whichMeth, std::size_t start = 1);
 std::string WriteBody(const Body& body, std::int32_t whichMeth);
 
 } // namespace project_file

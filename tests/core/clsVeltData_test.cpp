@@ -350,6 +350,16 @@ TEST_F(VeltData, DeletingAFitByItsNameWithoutBlanksMarksTheSetDirty)
     EXPECT_TRUE(data.IsDirty());
 }
 
+TEST_F(VeltData, TheNameOfADeletedFitIsFreeAgain)
+{
+    data.AddLoggedFit(Named("Tusk"));
+    EXPECT_TRUE(data.HasLoggedFit("Tusk"));
+    data.DeleteLoggedFit("Tusk");
+    EXPECT_FALSE(data.HasLoggedFit("Tusk"));
+    data.AddLoggedFit(Named("Tusk"));
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+}
+
 TEST_F(VeltData, DeletingAFitThatIsNotThereRaises5AndChangesNothing)
 {
     data.AddLoggedFit(Named("Ling"));

@@ -1,15 +1,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
+find_package(nlohmann_json REQUIRED)
 velt_core_test(data SOURCES
   ColumnConversions_test.cpp
   DataTable_test.cpp
+  FormatsDocument_test.cpp
   ImportText_test.cpp
   NewDataSet_test.cpp
   NumberFormat_test.cpp
   PasteBlock_test.cpp
+  ProjectData_test.cpp
   RandomGrid_test.cpp
   StructuralEditing_test.cpp
   clsDataGrid_test.cpp
   clsFit_test.cpp
   clsProjScenario_test.cpp
   clsVeltData_test.cpp
-  USES velt_scripted_user)
+  USES velt_scripted_user nlohmann_json::nlohmann_json)

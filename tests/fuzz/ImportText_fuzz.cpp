@@ -5,15 +5,12 @@
 //     0       answers, one a bit: see Answers
 //     1, 2    timing column, and the one on second thoughts
 //     3..     one a text column: its data column
-#include "base/Run.h"
 #include "base/StringTable.h"
-#include "batch/BatchUser.h"
-#include "batch/BatchWindow.h"
 #include "data/ImportText.h"
 #include "data/clsVeltData.h"
-#include "engines/RandomSource.h"
 #include "files/AsciiWizard.h"
 #include "fuzz/FuzzChecks.h"
+#include "fuzz/FuzzDesk.h"
 
 #include <cmath>
 
@@ -129,16 +126,6 @@ bool Import(clsVeltData& data, Choices choices)
         return false;
     }
 }
-
-/// The ports of a run; nobody is at the desk.
-struct Desk {
-    FitRequest request;
-    BatchUser user{request};
-    BatchWindow window;
-    BatchMeter meter;
-    RandomSource random{7};
-    Run run{user, window, meter, random};
-};
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
