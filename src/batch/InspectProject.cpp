@@ -225,7 +225,7 @@ Json JsonOf(const FitIndexRecord& fit, const std::string& file)
               {"Start", fit.Start},
               {"TheEnd", fit.TheEnd}};
     try {
-        const Body body = ReadBody(BodyOf(fit, file), fit.MethType);
+        const Body body = ReadBody(BodyOf(fit, file), fit.MethType, fit.Start);
         json["Body"] = {{"Model", JsonOf(body.model, fit.MethType)},
                         {"Data", JsonOf(body.data)},
                         {"BS", JsonOf(body.bootStraps)}};
@@ -251,7 +251,7 @@ std::string FitLine(const FitIndexRecord& fit, const std::string& file)
     if (const std::string moment = MomentText(fit.TheDate, fit.TheTime); !moment.empty())
         line += ", " + moment;
     try {
-        const Body body = ReadBody(BodyOf(fit, file), fit.MethType);
+        const Body body = ReadBody(BodyOf(fit, file), fit.MethType, fit.Start);
         line += ", R squared " + number_text::Fixed(static_cast<double>(body.model.RSqr), 3);
         if (body.model.IsBSDone)
             line += ", " + std::to_string(body.model.NumBootStraps) + " replicates";

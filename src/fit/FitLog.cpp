@@ -74,7 +74,7 @@ void clsMethManager::TakeStoredFit(const clsFit& fit)
     m_inputs.FitOp = fit.FitOp();
     m_methDefined = true;
     m_data->LogOrReload(true);
-    m_method->OpenAsVELT3(project_file::ReadBody(m_project->BodyOf(fit), m_currMethType));
+    m_method->OpenAsVELT3(project_file::ReadBody(m_project->BodyOf(fit), m_currMethType, fit.Start()));
     m_method->SetColumnRefs();
     m_method->CalcDiscCatches();
     PullResults();

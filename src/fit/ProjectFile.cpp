@@ -110,6 +110,11 @@ std::string ProjectFile::Rebuild(std::vector<std::int32_t>& places) const
     std::vector<std::string_view> bodies;
     for (const project_file::FitIndexRecord& fit : project.fits)
         bodies.push_back(project_file::BodyOf(fit, copy));
+    std::size_t sum = 0;
+    for (const std::string_view body : bodies)
+        sum += body.size();
+    if (sum > copy.size()) // written apart they could fill the disk
+        throw RecordError(1, "logged fits share the same bytes");
     std::string bytes = project_file::WriteProject(project, bodies);
     for (const project_file::FitIndexRecord& fit : project.fits)
         places.insert(places.end(), {fit.Start, fit.TheEnd});

@@ -19,7 +19,7 @@ QStringList RecentFiles::Paths() const
     return Settings().value(kKey).toStringList().mid(0, kMost);
 }
 
-void RecentFiles::Note(const QString& path)
+void RecentFiles::Note(const QString& path) const
 {
     QStringList paths = Paths();
     paths.removeAll(path);

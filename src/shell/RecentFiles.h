@@ -10,5 +10,5 @@ public:
     static constexpr int kMost = 8;
 
     QStringList Paths() const;
-    void Note(const QString& path);
+    void Note(const QString& path) const;
 };

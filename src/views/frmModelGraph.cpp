@@ -101,13 +101,12 @@ void frmModelGraph::MoveHighlight(int step)
 void frmModelGraph::keyPressEvent(QKeyEvent* event)
 {
     const auto& lit = m_graph->Highlighted();
-    if (!m_graph->TakesClicks() || event->modifiers() != Qt::NoModifier)
-        PlotWindow::keyPressEvent(event);
-    else if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)
+    const bool ours = m_graph->TakesClicks() && event->modifiers() == Qt::NoModifier;
+    if (ours && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right))
         MoveHighlight(event->key() == Qt::Key_Left ? -1 : 1);
-    else if (event->key() == Qt::Key_Space && lit)
+    else if (ours && event->key() == Qt::Key_Space && lit)
         emit UserToggle(lit->point);
-    else if (event->key() == Qt::Key_Escape && lit)
+    else if (ours && event->key() == Qt::Key_Escape && lit)
         emit StopHighlight();
     else
         PlotWindow::keyPressEvent(event);

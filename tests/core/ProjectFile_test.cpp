@@ -317,6 +317,23 @@ TEST(ProjectFile, ADamagedBodyFailsTheSaveAndTheOldProjectStands)
     EXPECT_NE(BytesOf(folder / "stock.vl3"), before);
 }
 
+TEST(ProjectFile, FitsThatShareTheirBytesAreNotWrittenApart)
+{
+    const Folder folder;
+    std::mt19937 random(1);
+    Desk desk;
+    desk.data = AnyStock(random).Build(desk.run);
+    desk.data.DSFName(folder / "stock.vl3");
+    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
+    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    for (int i = 0; i < 20; ++i) { // as a damaged index could have it
+        clsFit& fit = desk.data.NewLoggedFit(3, 1, "copy " + std::to_string(i), 1.0);
+        fit.Start(desk.data.LoggedFit(1).Start());
+        fit.TheEnd(desk.data.LoggedFit(1).TheEnd());
+    }
+    EXPECT_THROW(desk.file.Save(), RecordError);
+}
+
 TEST(ProjectFile, ABodyThatIsDamagedFailsTheReloadWithNoFitAndTheDataAsTheyWere)
 {
     const Folder folder;
