@@ -212,6 +212,12 @@ Json JsonOf(const BootStrapRecord& replicates)
     return parameters;
 }
 
+Body BodyIn(const std::string& file, const FitIndexRecord& fit)
+{
+    const std::string_view bytes = BodyOf(fit, file); // which refuses a place outside the file
+    return ReadBody(bytes, fit.MethType, static_cast<std::size_t>(fit.Start));
+}
+
 Json JsonOf(const FitIndexRecord& fit, const std::string& file)
 {
     Json json{{"FitName", Trim(fit.FitName)},
@@ -225,7 +231,7 @@ Json JsonOf(const FitIndexRecord& fit, const std::string& file)
               {"Start", fit.Start},
               {"TheEnd", fit.TheEnd}};
     try {
-        const Body body = ReadBody(BodyOf(fit, file), fit.MethType, fit.Start);
+        const Body body = BodyIn(file, fit);
         json["Body"] = {{"Model", JsonOf(body.model, fit.MethType)},
                         {"Data", JsonOf(body.data)},
                         {"BS", JsonOf(body.bootStraps)}};
@@ -251,7 +257,7 @@ std::string FitLine(const FitIndexRecord& fit, const std::string& file)
     if (const std::string moment = MomentText(fit.TheDate, fit.TheTime); !moment.empty())
         line += ", " + moment;
     try {
-        const Body body = ReadBody(BodyOf(fit, file), fit.MethType, fit.Start);
+        const Body body = BodyIn(file, fit);
         line += ", R squared " + number_text::Fixed(static_cast<double>(body.model.RSqr), 3);
         if (body.model.IsBSDone)
             line += ", " + std::to_string(body.model.NumBootStraps) + " replicates";

@@ -95,11 +95,14 @@ private:
 };
 } // namespace
 
-/// The dialog in front, when one asks something on its own behalf; else the main window.
+/// The dialog in front, when one asks something on its own behalf; else the window in front.
 QWidget* DesktopUser::Over() const
 {
-    QWidget* dialog = QApplication::activeModalWidget();
-    return dialog ? dialog : m_parent;
+    if (QWidget* dialog = QApplication::activeModalWidget())
+        return dialog;
+    // A window that belongs to the main one, such as the Fit Manager, keeps its place above it.
+    QWidget* active = QApplication::activeWindow();
+    return active && active->parentWidget() == m_parent ? active : m_parent;
 }
 
 Answer DesktopUser::Show(const Message& message)

@@ -74,7 +74,9 @@ void clsMethManager::TakeStoredFit(const clsFit& fit)
     m_inputs.FitOp = fit.FitOp();
     m_methDefined = true;
     m_data->LogOrReload(true);
-    m_method->OpenAsVELT3(project_file::ReadBody(m_project->BodyOf(fit), m_currMethType, fit.Start()));
+    const std::string body = m_project->BodyOf(fit); // which refuses a place outside the copy
+    m_method->OpenAsVELT3(
+        project_file::ReadBody(body, m_currMethType, static_cast<std::size_t>(fit.Start())));
     m_method->SetColumnRefs();
     m_method->CalcDiscCatches();
     PullResults();
