@@ -3,8 +3,8 @@
 #include "Table.h"
 
 #include "data/NewDataSet.h"
-#include "files/AsciiWizard.h"
 #include "shell/frmVelt3.h"
+#include "support/FillWizard.h"
 #include "views/DataGridView.h"
 #include "views/GridWidget.h"
 
@@ -104,15 +104,7 @@ void TogglePoint(benchmark::State& state)
     const QString path = folder.filePath("table.txt");
     std::ofstream(path.toStdString()) << LongSeries();
     Desk desk;
-    desk.user.onAsciiWizard = [](AsciiWizard& wizard) {
-        wizard.ChooseTiming(1);
-        wizard.Next();
-        wizard.Assign(2, columns::Effort);
-        wizard.Assign(3, columns::CatchNums);
-        wizard.Assign(4, columns::TotCatchNums);
-        wizard.Finish();
-        return true;
-    };
+    desk.user.onAsciiWizard = FillWizard;
     desk.window.OpenPath(path);
     desk.user.ChoosesFit("CONSTANT", 1);
     desk.Give("mnuNewModel");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Table.h"
 
-#include "files/AsciiWizard.h"
 #include "fit/clsMethManager.h"
+#include "support/FillWizard.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -15,15 +15,7 @@ void Import200Rows(benchmark::State& state)
     const auto path = std::filesystem::temp_directory_path() / "velt_bench_import.txt";
     std::ofstream(path) << ImportText(200);
     Bench bench;
-    bench.user.onAsciiWizard = [](AsciiWizard& wizard) {
-        wizard.ChooseTiming(1);
-        wizard.Next();
-        wizard.Assign(2, columns::Effort);
-        wizard.Assign(3, columns::CatchNums);
-        wizard.Assign(4, columns::TotCatchNums);
-        wizard.Finish();
-        return true;
-    };
+    bench.user.onAsciiWizard = FillWizard;
     clsVeltData data(bench.run);
     clsMethManager manager(bench.run);
     manager.Create(data);

@@ -44,6 +44,11 @@ FileType GetFileType(const std::string& path)
     return static_cast<FileType>(version);
 }
 
+bool IsProjectName(const std::string& path)
+{
+    return ToUpper(path).ends_with(".VL3");
+}
+
 bool CheckFileAccess(const std::string& path, FileAccess mode, ErrorReporter& reporter)
 {
     std::error_code ignored;

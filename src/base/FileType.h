@@ -25,6 +25,9 @@ enum class FileType : std::uint8_t {
 /// file of less than 11 bytes is NotRecognised.
 FileType GetFileType(const std::string& path);
 
+/// Whether `path` is named as a project, with ".vl3" in any case of letters.
+bool IsProjectName(const std::string& path);
+
 /// Ways of asking for a file.
 enum class FileAccess { Write = 1, Read = 2, Other4 = 4, Other5 = 5 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/CommandLine.h"
 
+#include "base/FileType.h"
 #include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
@@ -133,11 +134,6 @@ void TakeColumns(const TypedOptions& typed, FitRequest& request)
         auto [heading, title] = SplitPair("--columns", item);
         request.columns.push_back({std::move(heading), std::move(title)});
     }
-}
-
-bool IsProjectName(const std::string& path)
-{
-    return ToUpper(path).ends_with(".VL3");
 }
 
 void TakeData(const TypedOptions& typed, FitRequest& request)

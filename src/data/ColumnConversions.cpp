@@ -4,7 +4,7 @@
 #include "data/ColumnConversions.h"
 
 #include "base/Checked.h"
-#include "base/StringTable.h"
+#include "data/GridTitle.h"
 
 #include <cmath>
 #include <string>
@@ -13,7 +13,6 @@ namespace
 {
 using Series = DataTable::Series;
 constexpr float kMissing = DataTable::kMissing;
-constexpr int kGridTitles = 1844; // the title of column 1 is the next text
 
 float Times(float a, float b)
 {
@@ -36,8 +35,8 @@ void Fill(DataTable& t, int column, const Derive& derive)
             t.db(column)(row) = derive(row);
         } catch (const VeltError& error) {
             throw VeltError{error.number,
-                            error.description + ": " + LoadResString(kGridTitles + column) + " of row " +
-                                std::to_string(row) + " cannot be derived.",
+                            error.description + ": " + GridTitle(column) + " of row " + std::to_string(row) +
+                                " cannot be derived.",
                             "clsVeltDATA_DoColumnConversions"};
         }
     }

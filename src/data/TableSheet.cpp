@@ -4,6 +4,7 @@
 #include "base/Checked.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
+#include "data/GridTitle.h"
 #include "data/NumberFormat.h"
 
 #include <algorithm>
@@ -15,7 +16,6 @@ namespace
 {
 constexpr int kTimeTitle = 1877;
 constexpr int kIncludeTitle = 1878;
-constexpr int kFirstTitle = 1845; // "Tot. Catch Wt", the grid title of column 1
 
 /// The number as a cell stores it; nothing for what is none, or does not fit.
 std::optional<float> CellValue(const std::string& text)
@@ -89,7 +89,7 @@ std::string TableSheet::Title(int col) const
 {
     if (col < FirstDataCol)
         return LoadResString(col == kTimeColumn ? kTimeTitle : kIncludeTitle);
-    return LoadResString(kFirstTitle + DataColOf(col) - columns::kFirst);
+    return GridTitle(DataColOf(col));
 }
 
 std::string TableSheet::Text(int row, int col) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/frmNewFile.h"
 
+#include "data/GridTitle.h"
 #include "data/clsVeltData.h"
 #include "dialogs/TwoLists.h"
 #include "toolkit/Words.h"
@@ -26,7 +27,6 @@ constexpr int kColumns = 108;
 constexpr int kOK = 109;
 constexpr int kCancel = 110;
 constexpr int kNoColumn = 1919;
-constexpr int kFirstGridTitle = 1845;
 constexpr int kDigits = 10;
 } // namespace
 
@@ -72,7 +72,7 @@ QWidget* frmNewFile::Columns()
     auto* inside = new QVBoxLayout(frame);
     std::vector<TwoLists::Item> titles;
     for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
-        titles.push_back({Words(kFirstGridTitle + column - columns::kFirst)});
+        titles.push_back({QString::fromStdString(GridTitle(column))});
     m_lists = new TwoLists(Words(kUnselected), Words(kSelected), titles);
     inside->addWidget(m_lists);
     return frame;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fit/ProjectFile.h"
 
-#include "base/Text.h"
+#include "base/FileType.h"
 #include "data/ProjectData.h"
 #include "files/ReadWholeFile.h"
 
@@ -50,7 +50,7 @@ bool ProjectFile::ChangedOnDisk() const
 
 std::string ProjectFile::SavedName(const std::string& path)
 {
-    if (ToUpper(path).ends_with(".VL3") || path.size() < kEndingLength)
+    if (IsProjectName(path) || path.size() < kEndingLength)
         return path;
     return path.substr(0, path.size() - kEndingLength) + ".VL3";
 }

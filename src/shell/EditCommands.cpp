@@ -3,6 +3,7 @@
 
 #include "base/StringTable.h"
 #include "base/Text.h"
+#include "data/GridTitle.h"
 #include "data/StructuralEditing.h"
 #include "shell/GraphWindows.h"
 #include "views/DataGridView.h"
@@ -22,7 +23,6 @@ constexpr int kInsertPrompt = 56;
 constexpr int kInsertTitle = 57;
 constexpr int kSelected = 1884;
 constexpr int kUnSelected = 1885;
-constexpr int kFirstGridTitle = 1845;
 constexpr int kTogglingClearsFit = 1902;
 constexpr int kCannotToggle = 1903;
 constexpr int kEditingClearsFit = 1904;
@@ -32,11 +32,6 @@ constexpr int kCannotEraseAll = 1931;
 constexpr int kDeleteColumns = 1932;
 constexpr int kDeleteRows = 1943;
 constexpr int kInsertRows = 1944;
-
-std::string GridTitle(int column)
-{
-    return LoadResString(kFirstGridTitle + column - columns::kFirst);
-}
 
 /// One change of the table, with the whole of it before and after: restoring is exact whatever the change
 /// was.

@@ -13,11 +13,6 @@ namespace
 {
 constexpr const char* kProjectEnding = ".VL3";
 
-bool IsProjectName(const std::string& path)
-{
-    return ToUpper(path).ends_with(kProjectEnding);
-}
-
 /// The name that Save As offers for a data set that came from `path`.
 std::string SuggestionFor(const std::string& path)
 {

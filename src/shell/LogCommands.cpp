@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/LogCommands.h"
 
+#include "base/FileType.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
 
@@ -38,8 +39,7 @@ void LogCommands::Tell(int messageId, const char* source, const std::function<vo
 void LogCommands::Add()
 {
     Tell(kUnableToSave, "frmFitManager_cmdAdd_Click", [this] {
-        const bool isProject = ToUpper(m_project.Data().DSFName()).ends_with(".VL3");
-        if (!isProject && !m_files.SaveAs())
+        if (!IsProjectName(m_project.Data().DSFName()) && !m_files.SaveAs())
             return;
         m_project.Fits().LogCurrentFit();
         m_project.View().ShowCaption();

@@ -151,6 +151,22 @@ std::string Codes(const std::vector<Remark>& remarks)
 }
 } // namespace
 
+namespace
+{
+/// A project on disk with one fit, and that fit still on the desk.
+struct LoggedDesk : Desk {
+    LoggedDesk()
+    {
+        std::mt19937 random(1);
+        data = AnyStock(random).Build(run);
+        data.DSFName(folder / "stock.vl3");
+        EXPECT_TRUE(Fit(3, fit_op::kLeastSquares));
+        EXPECT_TRUE(manager.LogCurrentFit("first"));
+    }
+    Folder folder;
+};
+} // namespace
+
 TEST(WholeCycle, AFitComesBackFromTheDiskToTheBit)
 {
     const Folder folder;
@@ -230,13 +246,8 @@ TEST(WholeCycle, AReloadedFitDrawsTheReplicatesThatTheFitItselfWouldHaveDrawn)
 
 TEST(ProjectFile, AfterADeleteAndASaveTheOtherFitsHaveMovedAndComeBack)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
+    const Folder& folder = desk.folder;
     ASSERT_TRUE(desk.Fit(5, fit_op::kLog));
     ASSERT_TRUE(desk.manager.LogCurrentFit("second"));
     const std::int32_t start = desk.data.LoggedFit(2).Start();
@@ -293,13 +304,8 @@ TEST(ProjectFile, ANameWithAnotherEndingLosesItsLastFourCharacters)
 
 TEST(ProjectFile, ADamagedBodyFailsTheSaveAndTheOldProjectStands)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
+    const Folder& folder = desk.folder;
     const std::string before = BytesOf(folder / "stock.vl3");
     for (const auto& [start, end] :
          std::vector<std::pair<int, int>>{{0, 10}, {10, 5}, {-5, 10}, {1, 1 << 30}}) {
@@ -319,13 +325,7 @@ TEST(ProjectFile, ADamagedBodyFailsTheSaveAndTheOldProjectStands)
 
 TEST(ProjectFile, FitsThatShareTheirBytesAreNotWrittenApart)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
     for (int i = 0; i < 20; ++i) { // as a damaged index could have it
         clsFit& fit = desk.data.NewLoggedFit(3, 1, "copy " + std::to_string(i), 1.0);
         fit.Start(desk.data.LoggedFit(1).Start());
@@ -336,13 +336,7 @@ TEST(ProjectFile, FitsThatShareTheirBytesAreNotWrittenApart)
 
 TEST(ProjectFile, ABodyThatIsDamagedFailsTheReloadWithNoFitAndTheDataAsTheyWere)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
     desk.manager.Reset();
     const DataTable before = desk.data.Table();
     clsFit& fit = desk.data.LoggedFit(1);
@@ -357,13 +351,7 @@ TEST(ProjectFile, ABodyThatIsDamagedFailsTheReloadWithNoFitAndTheDataAsTheyWere)
 
 TEST(ProjectFile, ReloadingAFitOfOtherDataBringsThoseBackAndMarksTheDataSet)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
     const float effort = desk.data.Effort(2);
     desk.data.DB(columns::Effort, 2, 999.0F);
     desk.file.Save();
@@ -374,13 +362,8 @@ TEST(ProjectFile, ReloadingAFitOfOtherDataBringsThoseBackAndMarksTheDataSet)
 
 TEST(ProjectFile, AWorkingCopyThatWasSweptAwayIsReplacedByTheProjectOnDisk)
 {
-    const Folder folder;
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(folder / "stock.vl3");
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
+    LoggedDesk desk;
+    const Folder& folder = desk.folder;
     fs::remove(desk.file.strTemp());
     desk.data.DSDesc("changed");
     desk.file.Save();
@@ -391,14 +374,9 @@ TEST(ProjectFile, AWorkingCopyThatWasSweptAwayIsReplacedByTheProjectOnDisk)
 
 TEST(ProjectFile, EverySingleCallThatFailsLeavesTheOldProjectOrTheNewOneWholeAndIsRaised)
 {
-    const Folder folder;
+    LoggedDesk desk;
+    const Folder& folder = desk.folder;
     const std::string path = folder / "stock.vl3";
-    std::mt19937 random(1);
-    Desk desk;
-    desk.data = AnyStock(random).Build(desk.run);
-    desk.data.DSFName(path);
-    ASSERT_TRUE(desk.Fit(3, fit_op::kLeastSquares));
-    ASSERT_TRUE(desk.manager.LogCurrentFit("first"));
     const std::string before = BytesOf(path);
 
     int calls = 0; // of the system, and the number of the one that fails

@@ -6,6 +6,7 @@
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
 #include "shell/frmVelt3.h"
+#include "support/FillWizard.h"
 #include "support/ScriptedUser.h"
 #include "views/DataGridView.h"
 #include "views/GridWidget.h"
@@ -36,18 +37,6 @@ inline std::shared_ptr<ModelGraph> Graph(const char* title, GraphType type = Gra
     graph->XData(x);
     graph->YData(x);
     return graph;
-}
-
-/// Text column 1 holds the years, 2 to 4 become Effort, Catch Nums and Tot. Catch Nums.
-inline bool FillWizard(AsciiWizard& wizard)
-{
-    wizard.ChooseTiming(1);
-    wizard.Next();
-    wizard.Assign(2, columns::Effort);
-    wizard.Assign(3, columns::CatchNums);
-    wizard.Assign(4, columns::TotCatchNums);
-    wizard.Finish();
-    return true;
 }
 
 /// The main window and a person who answers from a script.

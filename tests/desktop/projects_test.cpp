@@ -466,6 +466,23 @@ private slots:
         QCOMPARE(s.Fits()->rowCount(), 1);
     }
 
+    void OfTwoNamesThatDifferByLeadingBlanksLoadTakesTheFirst()
+    {
+        Saved s;
+        s.Fit();
+        s.Log(" Same");
+        s.user.answers = {Answer::Yes};
+        s.user.ChoosesFit("CONSTANT", 2);
+        s.Entry("mnuNewModel")->trigger();
+        s.Log("Same");
+        QCOMPARE(s.Fits()->rowCount(), 2);
+        QCOMPARE(s.Fits()->item(0, 0)->text(), s.Fits()->item(1, 0)->text());
+        s.Fits()->setCurrentCell(1, 0);
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdLoad")->click();
+        QCOMPARE(s.window.objMeth().ErrorModel(), 1); // that of the first
+    }
+
     void NoFitIsLoadedWhileDataAreEdited()
     {
         Saved s;
