@@ -10,6 +10,7 @@
 
 class ModelGraph;
 class ParameterReport;
+class ProjGraph;
 class VELT_ContourPlot;
 struct AsciiWizard;
 struct CellFont;
@@ -126,6 +127,7 @@ public:
     /// Accepts a progress value; the status line has no bar, callers may call it freely.
     virtual void UpDatePBar(double value) = 0;
     virtual void AddModelGraph(std::shared_ptr<ModelGraph> graph) = 0;
+    virtual void AddProjGraph(std::shared_ptr<ProjGraph> graph) = 0;
     virtual void ClearGraphs(bool histogramsOnly) = 0;
     virtual void SetUpDataGrid() = 0;
     virtual void EnableControls() = 0;

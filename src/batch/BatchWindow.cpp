@@ -32,8 +32,10 @@ void BatchWindow::ClearGraphs(bool histogramsOnly)
     std::erase_if(graphs, [histogramsOnly](const std::shared_ptr<ModelGraph>& graph) {
         return !histogramsOnly || graph->Type() == GraphType::Histogram;
     });
-    if (!histogramsOnly)
-        contours.reset();
+    if (histogramsOnly)
+        return;
+    contours.reset();
+    projections.clear();
 }
 
 std::unique_ptr<VELT_ContourPlot> BatchWindow::NewContourPlot()

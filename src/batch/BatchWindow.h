@@ -3,6 +3,7 @@
 
 #include "base/Ports.h"
 #include "graphs/ModelGraph.h"
+#include "graphs/ProjGraph.h"
 #include "graphs/VELT_ContourPlot.h"
 
 #include <memory>
@@ -28,6 +29,7 @@ class BatchWindow : public IMainWindow
 {
 public:
     std::vector<std::shared_ptr<ModelGraph>> graphs;
+    std::vector<std::shared_ptr<ProjGraph>> projections;
     std::shared_ptr<ContourRecord> contours; ///< the last surface; empty when there was none
 
     void StatusText(const std::string&) override {}
@@ -35,6 +37,7 @@ public:
     void HourglassOff() override {}
     void UpDatePBar(double) override {}
     void AddModelGraph(std::shared_ptr<ModelGraph> graph) override { graphs.push_back(std::move(graph)); }
+    void AddProjGraph(std::shared_ptr<ProjGraph> graph) override { projections.push_back(std::move(graph)); }
     void ClearGraphs(bool histogramsOnly) override;
     void SetUpDataGrid() override {}
     void EnableControls() override {}

@@ -12,6 +12,7 @@
 #include "data/ProjectData.h"
 #include "fit/InputParams.h"
 #include "models/ContourRange.h"
+#include "models/IMethod.h"
 #include "models/ModelTable.h"
 #include "models/StartVals.h"
 
@@ -302,12 +303,23 @@ void TakeOutput(const TypedOptions& typed, FitRequest& request)
                "surface.");
 }
 
-void RefuseWhatIsNotBuilt(const TypedOptions& typed)
+void TakeProjections(const TypedOptions& typed, FitRequest& request)
 {
+    if (typed.scenarios.empty() && typed.projectCi.empty())
+        return;
+    const char* option = typed.scenarios.empty() ? "--project-ci" : "--scenarios";
+    if (request.model == models::kRecruitmentIndex)
+        Refuse(std::string(option) + ": the recruitment index model cannot be projected, as it knows no "
+                                     "recruitment of future periods.");
     if (!typed.scenarios.empty())
-        Refuse("--scenarios is not built yet: velt-batch makes no projections.");
-    if (!typed.projectCi.empty())
-        Refuse("--project-ci is not built yet: velt-batch makes no projections.");
+        request.scenarios = typed.scenarios;
+    if (typed.projectCi.empty())
+        return;
+    if (!request.bootstraps)
+        Refuse("--project-ci: limits come from bootstraps; ask for some with --bootstraps.");
+    if (typed.scenarios.empty() && !request.isProject)
+        Refuse("--project-ci: a table has no scenarios; give some with --scenarios.");
+    request.projectCi = typed.projectCi;
 }
 
 void TakeLog(const TypedOptions& typed, FitRequest& request)
@@ -336,12 +348,12 @@ FitRequest RequestOf(const TypedOptions& typed)
         request.json = typed.dumpJson;
         return request;
     }
-    RefuseWhatIsNotBuilt(typed);
     TakeData(typed, request);
     TakeModel(typed, request);
     TakeMinimiser(typed, request);
     TakeBootstraps(typed, request);
     TakeLevels(typed, request);
+    TakeProjections(typed, request);
     TakeOutput(typed, request);
     TakeLog(typed, request);
     return request;

@@ -50,6 +50,9 @@ struct FitRequest {
     std::optional<std::uint64_t> seed;
     std::optional<double> ciLow, ciHigh;
 
+    std::optional<std::string> scenarios; ///< file of scenarios to project
+    std::optional<std::string> projectCi; ///< the scenario to project with limits
+
     bool json = false;
     std::optional<std::string> csvDir;
     std::optional<std::string> plotsDir;

@@ -32,6 +32,18 @@ struct FitTables {
         std::vector<float> values;
     };
 
+    struct ProjectedPoint {
+        std::int32_t time = 0;
+        float population = 0.0F;
+        std::optional<float> low, high; ///< only of a projection with limits
+    };
+    /// A scenario from the first projected point on, or the fit up to it.
+    struct Projection {
+        std::string scenario;             ///< "Fit" for the fit
+        std::optional<std::string> units; ///< none for the fit
+        std::vector<ProjectedPoint> series;
+    };
+
     std::string model, errorModel; ///< as the command line names them
     float M = 0, InitialProportion = 0, LAG = 0, Z = 0;
     FitDetails details;
@@ -40,9 +52,10 @@ struct FitTables {
     std::vector<Period> series; ///< periods 1 to NAPoints
     std::int32_t timeAfter = 0; ///< the period behind the last one, which only `ntAfter` has
     std::optional<float> ntAfter;
-    std::vector<Interval> intervals;    ///< empty without bootstraps
-    std::vector<Replicates> replicates; ///< the same
-    std::vector<Remark> remarks;        ///< on the fit and its limits
+    std::vector<Interval> intervals;     ///< empty without bootstraps
+    std::vector<Replicates> replicates;  ///< the same
+    std::vector<Projection> projections; ///< empty without scenarios
+    std::vector<Remark> remarks;         ///< on the fit, its limits and its projections
 };
 
 /// The tables of a fit that stands, without bootstraps. Taken right after the fit: replicates overwrite what

@@ -56,6 +56,7 @@ std::vector<fs::path> TableNames(const FitRequest& request, const fs::path& with
     };
     add(request.csvDir.has_value(), FitTableNames());
     add(request.csvDir && request.bootstraps, BootstrapTableNames());
+    add(request.csvDir && (request.scenarios || request.projectCi), ProjectionTableNames());
     add(request.contours.has_value(), ContourTableNames());
     return names;
 }
@@ -93,23 +94,25 @@ void ResultFiles::Add(const Place& place, std::vector<ResultFile> files)
         m_directories.at(place.directory).set.Add(place.within / file.name, std::move(file.bytes));
 }
 
-void ResultFiles::RefuseToReplace(const std::string& input) const
+void ResultFiles::RefuseToReplace(const std::string& input, const std::string& kind) const
 {
     for (const auto& [option, set] : m_directories)
         for (const fs::path& within : {fs::path(), m_tables.within, m_pictures.within})
             if (const auto result = ResultThatIs(set.Folder() / within, input))
-                throw BatchFailure(ExitStatus::BadUsage,
-                                   option + ": the results would replace " + Quotable(result->string()) +
-                                       ", which is the data file. Name another directory.");
+                throw BatchFailure(ExitStatus::BadUsage, option + ": the results would replace " +
+                                                             Quotable(result->string()) + ", which is the " +
+                                                             kind + " file. Name another directory.");
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
         if (IsSameFile(stream, input))
-            throw BatchFailure(ExitStatus::BadUsage,
-                               "The output goes into " + Quotable(input) + ", which is the data file.");
+            throw BatchFailure(ExitStatus::BadUsage, "The output goes into " + Quotable(input) +
+                                                         ", which is the " + kind + " file.");
 }
 
 void ResultFiles::Check(const FitRequest& request) const
 {
-    RefuseToReplace(request.file);
+    RefuseToReplace(request.file, "data");
+    if (request.scenarios)
+        RefuseToReplace(*request.scenarios, "scenario");
     for (std::size_t i = 0; i < m_directories.size(); ++i)
         try {
             const bool hasTables = m_tables.directory == i;

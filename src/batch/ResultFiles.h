@@ -44,7 +44,8 @@ private:
         std::filesystem::path within;
     };
     void Add(const Place& place, std::vector<ResultFile> files);
-    void RefuseToReplace(const std::string& input) const;
+    /// \param kind what the file is, "data"
+    void RefuseToReplace(const std::string& input, const std::string& kind) const;
 
     std::vector<Directory> m_directories; ///< at most two
     Place m_tables, m_pictures;

@@ -17,7 +17,7 @@ bool IsIn(const std::vector<std::string>& names, const std::string& name)
 bool IsTable(const std::string& name)
 {
     return IsIn(FitTableNames(), name) || IsIn(BootstrapTableNames(), name) ||
-           IsIn(ContourTableNames(), name);
+           IsIn(ProjectionTableNames(), name) || IsIn(ContourTableNames(), name);
 }
 
 bool IsDigit(char c)
@@ -61,6 +61,12 @@ const std::vector<std::string>& FitTableNames()
 const std::vector<std::string>& BootstrapTableNames()
 {
     static const std::vector<std::string> names{"intervals.csv", "replicates.csv"};
+    return names;
+}
+
+const std::vector<std::string>& ProjectionTableNames()
+{
+    static const std::vector<std::string> names{"projections.csv"};
     return names;
 }
 

@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
-/// The tables that a fit has in any case, with bootstraps and with contours.
+/// The tables that a fit has in any case, with bootstraps, with projections and with contours.
 const std::vector<std::string>& FitTableNames();
 const std::vector<std::string>& BootstrapTableNames();
+const std::vector<std::string>& ProjectionTableNames();
 const std::vector<std::string>& ContourTableNames();
 
 /// Every table, and the pictures: "01-words.png" or .svg that name this program near their beginning, so that

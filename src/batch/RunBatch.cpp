@@ -8,6 +8,7 @@
 #include "base/Text.h"
 #include "base/VeltError.h"
 #include "batch/BatchFailure.h"
+#include "batch/BatchProjections.h"
 #include "batch/BatchUser.h"
 #include "batch/BatchWindow.h"
 #include "batch/CommandLine.h"
@@ -18,6 +19,7 @@
 #include "batch/WriteCsv.h"
 #include "batch/WriteJson.h"
 #include "batch/WritePlots.h"
+#include "batch/WriteProjections.h"
 #include "data/clsVeltData.h"
 #include "engines/RandomSource.h"
 #include "fit/ParameterReport.h"
@@ -35,7 +37,7 @@ struct Job {
         : request(asked), user(asked), random(asked.seed ? RandomSource(*asked.seed) : RandomSource()),
           run(user, window, meter, random), data(run), project(data), manager(run)
     {
-        manager.Project(project);
+        manager.LogsInto(project);
     }
     const FitRequest& request;
     BatchUser user;
@@ -115,6 +117,19 @@ void Bootstrap(Job& job, FitTables& tables)
     AddBootstraps(tables, job.manager);
 }
 
+/// Scenarios are projected straight after the fit, one with limits behind the bootstraps that these need.
+void Project(Job& job, const std::optional<ScenarioFile>& scenarios, FitTables& tables)
+{
+    BatchProjections projections(job.manager, job.data, job.window.projections);
+    if (scenarios)
+        projections.Project(*scenarios, tables);
+    if (job.request.bootstraps)
+        Bootstrap(job, tables);
+    if (job.request.projectCi)
+        projections.ProjectWithLimits(*job.request.projectCi, tables);
+    tables.remarks = projections.Remarks();
+}
+
 void AddFiles(ResultFiles& files, const Job& job, const FitTables& tables)
 {
     if (job.request.csvDir)
@@ -179,18 +194,19 @@ void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
     files.Check(request);
     for (const std::string& note : request.notes)
         err << "velt-batch: " << note << "\n";
+    const std::optional<ScenarioFile> scenarios = ScenariosOf(request);
     Job job(request);
     Read(job);
     Fit(job);
     FitTables tables = TablesOf(job.manager, job.data);
-    if (request.bootstraps)
-        Bootstrap(job, tables);
-    tables.remarks = job.manager.Remarks();
+    Project(job, scenarios, tables);
     AddFiles(files, job, tables);
     Log(job);
     files.Publish();
     Warn(job, tables, err);
-    Print(request.json ? JsonOf(tables) : ParameterReport::Of(job.manager).AsText(), out);
+    Print(request.json ? JsonOf(tables)
+                       : ParameterReport::Of(job.manager).AsText() + ProjectionsAsText(tables),
+          out);
 }
 
 int Tell(const BatchFailure& failure, bool json, std::ostream& out, std::ostream& err)

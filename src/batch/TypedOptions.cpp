@@ -40,8 +40,12 @@ void DefineOptions(CLI::App& fit, TypedOptions& typed)
     fit.add_option("--bootstraps", typed.bootstraps, "Number of bootstrap replicates, 1 to 1000");
     fit.add_option("--seed", typed.seed, "Makes the bootstraps repeatable");
     fit.add_option("--ci", typed.ci, "Levels of the limits (0.025,0.975)");
-    fit.add_option("--scenarios", typed.scenarios, "Not built yet");
-    fit.add_option("--project-ci", typed.projectCi, "Not built yet");
+    fit.add_option("--scenarios", typed.scenarios,
+                   "Projects under these scenarios: Scenario,Units,Time,Value, one row a future period")
+        ->type_name("FILE");
+    fit.add_option("--project-ci", typed.projectCi,
+                   "Projects this scenario with limits, at the levels of --ci (0.05,0.95)")
+        ->type_name("NAME");
     fit.add_option("--format", typed.format, "text or json")->capture_default_str();
     fit.add_option("--csv", typed.csvDir, "Writes tables into this directory")->type_name("DIR");
     fit.add_option("--plots", typed.plotsDir, "Writes graphs as PNG and SVG into this directory")

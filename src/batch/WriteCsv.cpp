@@ -71,6 +71,28 @@ std::string ReplicatesTable(const FitTables& tables)
     return text;
 }
 
+/// A text as a cell; one that could be mistaken stands in double quotes.
+std::string TextCell(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (const char c : text)
+        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+std::string ProjectionsTable(const FitTables& tables)
+{
+    std::string text = "Scenario,Units,Time,Population,Low,High\n";
+    for (const FitTables::Projection& projection : tables.projections)
+        for (const FitTables::ProjectedPoint& point : projection.series)
+            text += TextCell(projection.scenario) + "," + projection.units.value_or("") + "," +
+                    std::to_string(point.time) + "," + Cell(point.population) + "," + Cell(point.low) + "," +
+                    Cell(point.high) + "\n";
+    return text;
+}
+
 const char* NameOf(ContourMark mark)
 {
     switch (mark) {
@@ -95,6 +117,8 @@ std::vector<ResultFile> CsvFilesOf(const FitTables& tables)
         files.push_back({"intervals.csv", IntervalsTable(tables)});
         files.push_back({"replicates.csv", ReplicatesTable(tables)});
     }
+    if (!tables.projections.empty())
+        files.push_back({"projections.csv", ProjectionsTable(tables)});
     return files;
 }
 

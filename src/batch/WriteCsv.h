@@ -7,7 +7,8 @@
 
 #include <vector>
 
-/// estimates.csv and series.csv and, with bootstraps, intervals.csv and replicates.csv. Empty cells are
+/// estimates.csv and series.csv and, with bootstraps, intervals.csv and replicates.csv, with scenarios
+/// projections.csv. Empty cells are
 /// values that do not exist.
 std::vector<ResultFile> CsvFilesOf(const FitTables& tables);
 

@@ -61,6 +61,30 @@ Json Intervals(const FitTables& tables)
     return object;
 }
 
+Json Projections(const FitTables& tables)
+{
+    if (tables.projections.empty())
+        return nullptr;
+    Json array = Json::array();
+    for (const FitTables::Projection& projection : tables.projections) {
+        Json series = Json::array();
+        for (const FitTables::ProjectedPoint& point : projection.series) {
+            Json entry{{"Time", point.time}, {"Population", point.population}};
+            if (point.low) {
+                entry["Low"] = OrNull(point.low);
+                entry["High"] = OrNull(point.high);
+            }
+            series.push_back(std::move(entry));
+        }
+        Json object{{"Scenario", projection.scenario}};
+        if (projection.units)
+            object["Units"] = *projection.units;
+        object["Series"] = std::move(series);
+        array.push_back(std::move(object));
+    }
+    return array;
+}
+
 Json Remarks(const std::vector<Remark>& remarks)
 {
     Json array = Json::array();
@@ -93,6 +117,7 @@ std::string JsonOf(const FitTables& tables)
                  {"Evaluations", tables.details.evaluations},
                  {"Series", Series(tables)},
                  {"ConfidenceIntervals", Intervals(tables)},
+                 {"Projections", Projections(tables)},
                  {"Remarks", Remarks(tables.remarks)}});
 }
 

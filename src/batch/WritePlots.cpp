@@ -4,6 +4,7 @@
 #include "batch/BatchFailure.h"
 #include "views/ContourPainter.h"
 #include "views/GraphPainter.h"
+#include "views/ProjectionPainter.h"
 
 #include <QApplication>
 
@@ -88,6 +89,9 @@ std::vector<ResultFile> PicturesOf(const BatchWindow& window)
     for (const std::shared_ptr<ModelGraph>& graph : window.graphs)
         AddBoth(pictures, ++number, graph->Title(),
                 [&](const QString& ending) { return DrawGraphPicture(*graph, ending); });
+    for (const std::shared_ptr<ProjGraph>& graph : window.projections)
+        AddBoth(pictures, ++number, graph->Title(),
+                [&](const QString& ending) { return DrawProjectionPicture(*graph, ending); });
     if (window.contours)
         AddContours(pictures, *window.contours, ++number);
     return pictures;

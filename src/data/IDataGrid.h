@@ -78,6 +78,8 @@ public:
     /// Stores `value`, which the host may bring into its own form. \return false when it refuses it; nothing
     /// has then changed
     virtual bool EditData(int col, int row, std::string& value) = 0;
+    /// Whether a cell holds a text, which any printing key begins and nothing stands for when it is empty.
+    virtual bool HoldsText(int /*col*/, int /*row*/) const { return false; }
     virtual void ChangeOfNumberFormat(int col, int row, const std::string& format) = 0;
     virtual CellFont TextFormat(int col) const = 0;
     virtual void ChangeOfTextFormat(int col, int row, const CellFont& font) = 0;

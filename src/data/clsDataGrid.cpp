@@ -19,6 +19,13 @@ bool StartsANumber(int key)
     return (key >= '0' && key <= '9') || key == '-' || key == '.';
 }
 
+/// A character of one byte that prints; others come in through the opened box.
+bool StartsAText(int key)
+{
+    constexpr int kLastPrinting = 126;
+    return key > grid_keys::kSpace && key <= kLastPrinting;
+}
+
 /// A number through the format; any other text, such as a title, as it stands.
 std::string Formatted(const std::string& value, const std::string& format)
 {
@@ -65,11 +72,12 @@ void clsDataGrid::GridEdit(int key)
     if (!OnACell())
         return;
     m_old = GridSelection::At(Grid().Selected().row, Grid().Selected().col);
-    if (StartsANumber(key)) {
+    const bool isText = HoldsText();
+    if (isText ? StartsAText(key) : StartsANumber(key)) {
         Box().Text({});
         Box().ReplaceSelection(std::string(1, static_cast<char>(key)));
     } else {
-        if (key > kSpace)
+        if (key > kSpace && !isText)
             Grid().Beep();
         Box().Text(Grid().TextMatrix(m_old.row, m_old.col));
         Box().SelectAll();
@@ -80,7 +88,7 @@ void clsDataGrid::GridEdit(int key)
 
 bool clsDataGrid::IsValidData()
 {
-    if (Box().Text().empty() || m_host->IsValidData())
+    if ((Box().Text().empty() && !HoldsText()) || m_host->IsValidData())
         return true;
     // The selection may have gone elsewhere; the box remembers its cell from it when it gets the focus.
     Grid().Select(GridSelection::At(m_old.row, m_old.col));
@@ -119,7 +127,7 @@ void clsDataGrid::TextGotFocus()
 
 void clsDataGrid::TextLostFocus()
 {
-    if (Box().Text().empty())
+    if (Box().Text().empty() && !HoldsText())
         Box().ReplaceSelection(number_text::Plain(m_host->NoData()));
 }
 
@@ -157,7 +165,7 @@ void clsDataGrid::Commit()
 {
     if (!Box().Edited())
         return;
-    if (Box().Text().empty())
+    if (Box().Text().empty()) // of a text the host has refused it
         Box().Text(number_text::Plain(m_host->NoData()));
     m_host->Change("Typing", [this] { Store(m_old.row, m_old.col, Box().Text()); });
 }

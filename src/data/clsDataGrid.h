@@ -56,6 +56,8 @@ public:
     /// box keeps the focus with its text selected.
     bool IsValidData();
 
+    bool ClipboardHasText() const { return m_clipboard.HasText(); }
+
     /// Stores what an open text box holds, as Enter does. \return false when it is refused; it stays open
     /// then
     bool CommitIfOpen();
@@ -72,6 +74,7 @@ private:
     IFlexGrid& Grid() const { return m_host->FlexGrid(); }
     ITextBox& Box() const { return m_host->txtBox(); }
     bool OnACell() const;
+    bool HoldsText() const { return m_host->HoldsText(m_old.col, m_old.row); } ///< the cell being edited
     void Commit();
     void CloseBox();
     void MoveRow(int step);

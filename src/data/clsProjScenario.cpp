@@ -14,3 +14,10 @@ void clsProjScenario::Stored(int i, double value, bool isShort)
     Vector(i, value);
     m_short(i) = isShort;
 }
+
+void clsProjScenario::CalcPopTraj(std::span<const float> population)
+{
+    int i = 0;
+    for (const float value : population)
+        m_popTraj(++i) = value;
+}

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -33,6 +34,9 @@ public:
     /// Numbers for models that count fish, biomass for the production models.
     float PopTraj(int i) const { return m_popTraj(i); }
     void PopTraj(int i, float population) { m_popTraj(i) = population; }
+    /// Keeps the trajectory that a projection gave: `population` of period 1 first. \throws VeltError 9 for
+    /// more than 201
+    void CalcPopTraj(std::span<const float> population);
 
     std::int32_t Vector(int i) const { return m_vector(i); }
     /// Kept as a whole number, ties to even: 12.75 becomes 13, and that is what is projected. Deliberate.

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fit/ParameterLimits.h"
 
+#include "base/Checked.h"
 #include "base/StringTable.h"
 #include "fit/clsMethManager.h"
+
+#include <cmath>
+#include <limits>
 
 std::vector<ParameterLimits> LimitsOf(const clsMethManager& manager)
 {
@@ -13,4 +17,11 @@ std::vector<ParameterLimits> LimitsOf(const clsMethManager& manager)
                        manager.LowerCILimit(info.bsParam), manager.UpperCILimit(info.bsParam)});
     }
     return all;
+}
+
+float LevelOf(double entered)
+{
+    if (!(std::fabs(entered) <= static_cast<double>(std::numeric_limits<float>::max())))
+        RaiseSubscript();
+    return checked::ToFloat(entered);
 }

@@ -18,3 +18,6 @@ struct ParameterLimits {
 /// in a production model the replacement yield stands before r here and after MSY among the estimates.
 /// Deliberate. \pre bootstraps are done \throws VeltError 9 for a level outside the replicates
 std::vector<ParameterLimits> LimitsOf(const clsMethManager& manager);
+
+/// A level as it is kept. \throws VeltError 9 for one that is no number or too large: it has no position
+float LevelOf(double entered);

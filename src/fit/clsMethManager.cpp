@@ -6,6 +6,7 @@
 #include "fit/DataPlots.h"
 #include "fit/FailureHints.h"
 #include "fit/MinimiserOptions.h"
+#include "fit/ParameterLimits.h"
 #include "fit/ParameterReport.h"
 #include "fit/Remarks.h"
 
@@ -13,7 +14,6 @@
 #include <cmath>
 #include <exception>
 #include <functional>
-#include <limits>
 #include <new>
 #include <optional>
 #include <utility>
@@ -46,13 +46,6 @@ std::optional<VeltError> FailureOf(const std::function<void()>& work)
 
 constexpr int kHelpTooFewPoints = 20;
 
-/// A level as it is kept. \throws VeltError 9 for one that is no number or too large: it has no position
-float LevelOf(double entered)
-{
-    if (!(std::fabs(entered) <= static_cast<double>(std::numeric_limits<float>::max())))
-        RaiseSubscript();
-    return checked::ToFloat(entered);
-}
 } // namespace
 
 clsMethManager::clsMethManager(Run& run) : m_run(run) {}
@@ -82,6 +75,7 @@ void clsMethManager::Reset()
     m_inputs.PlotEvaluations = m_inputs.SetStartingEstimates = false;
     m_method.reset();
     m_fitRemarks.clear();
+    m_projectionRemark.reset();
     if (m_displayParameters)
         m_run.window.ShowParameterReport(nullptr); // the wish to see the report outlives the fit
     m_ciLow = 0.025F;
@@ -419,6 +413,8 @@ float clsMethManager::LowerCILimit(std::int32_t parameter) const
 std::vector<Remark> clsMethManager::Remarks() const
 {
     std::vector<Remark> all = m_fitRemarks;
+    if (m_projectionRemark)
+        all.push_back(*m_projectionRemark);
     if (IsBSDone()) { // asked anew: the levels may have changed since
         const std::vector<Remark> ofLimits = RemarksOfLimits(*m_method, *m_data, LimitsOf(*this));
         all.insert(all.end(), ofLimits.begin(), ofLimits.end());

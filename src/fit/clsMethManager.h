@@ -4,6 +4,7 @@
 #include "base/Array1.h"
 #include "data/clsVeltData.h"
 #include "fit/InputParams.h"
+#include "fit/Projections.h"
 #include "fit/Remark.h"
 #include "models/IMethod.h"
 #include "models/ModelTable.h"
@@ -30,8 +31,8 @@ public:
     /// Keeps the data set, which must outlive the manager, and starts with no fit.
     void Create(clsVeltData& data);
     void Reset();
-    /// The project behind the data set; it must outlive the manager.
-    void Project(ProjectFile& project) { m_project = &project; }
+    /// The project behind the data set, into which fits are logged; it must outlive the manager.
+    void LogsInto(ProjectFile& project) { m_project = &project; }
 
     /// The whole way from the list of models to the report and the graphs. With `keepInputs` the model, the
     /// inputs and the two check boxes of the former fit stand; otherwise, or when no model was ever chosen,
@@ -62,8 +63,22 @@ public:
     float UpperCILimit(std::int32_t parameter) const;
     float LowerCILimit(std::int32_t parameter) const;
 
-    /// What there is to say about the current fit and, once there are bootstraps, its limits; after a fit
-    /// that failed, about the failure. Empty when all is well, and gone with the fit.
+    // Projections of the current fit under the scenarios of the data set; see projections. What stands
+    // against one is told to the user.
+    /// The scenarios that the user picks; none on Cancel, and silently none where the data set has none.
+    std::vector<std::string> SelectProjections();
+    /// The one scenario that the user picks; empty for none.
+    std::string SelectProjection();
+    /// Opens the graph of these scenarios, with the fit where ProjWithFit says so.
+    /// \throws VeltError a trajectory that cannot be computed
+    void Project(const std::vector<std::string>& titles);
+    /// Asks for two levels and opens the graph of one scenario with its limits. No level is checked, and none
+    /// is kept: the next time starts again at 0.05 and 0.95. Deliberate. \pre IsBSDone \throws VeltError 9 no
+    /// replicate stands at a level; 2263 the user cancelled; otherwise as Project
+    void DoProjCI(const std::string& title);
+
+    /// What there is to say about the current fit, its last projection and, once there are bootstraps, its
+    /// limits; after a fit that failed, about the failure. Empty when all is well, and gone with the fit.
     std::vector<Remark> Remarks() const;
 
     /// The column code the user picked: 1 to 15, 16 for CPUE, 0 for none.
@@ -125,6 +140,7 @@ public:
     void CIHigh(float level) { m_ciHigh = level; }
     float CILow() const { return m_ciLow; }
     void CILow(float level) { m_ciLow = level; }
+    /// The graph of a projection draws the fit as well.
     bool ProjWithFit() const { return m_projWithFit; }
     void ProjWithFit(bool on) { m_projWithFit = on; }
 
@@ -157,6 +173,8 @@ private:
     void PullResults();
     void Fit();
     void RunFit(bool keepInputs);
+    bool MayProject();
+    void ShowProjection(projections::Projected projected);
     std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;
     void Say(const std::string& text, Icon icon = Icon::Exclamation, Buttons buttons = Buttons::Ok,
@@ -178,6 +196,8 @@ private:
     FitResults m_results;
     bool m_displayParameters = false;
     std::vector<Remark> m_fitRemarks;
+    std::optional<Remark> m_projectionRemark; ///< on the last projection of this fit
+    std::int32_t m_projCount = 0;             ///< projections so far, by which their graphs are numbered
     std::vector<std::string> m_availableModels;
     Array1<bool, models::kCount> m_modelAvailable;
 };

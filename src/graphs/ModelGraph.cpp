@@ -4,6 +4,7 @@
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/VeltError.h"
+#include "graphs/CopiedLine.h"
 
 #include <cmath>
 #include <utility>
@@ -75,20 +76,15 @@ std::string ModelGraph::CopiedText() const
 {
     constexpr int kObserved = 1855;
     constexpr int kExpected = 1854;
-    const auto line = [](std::initializer_list<std::string> cells) {
-        std::string text;
-        for (const std::string& cell : cells)
-            text += (text.empty() ? "" : "\t") + cell;
-        return text + "\r\n";
-    };
+    const auto line = [](std::initializer_list<std::string> cells) { return CopiedLine(std::span(cells)); };
     using number_text::Plain;
     if (m_type != GraphType::PointsAndLine) {
-        std::string text = line({m_xTitle, m_yTitle});
+        std::string text = line({XTitle(), YTitle()});
         for (std::size_t i = 0; i < m_x.size(); ++i)
             text += line({Plain(m_x[i]), Plain(m_y[i])});
         return text;
     }
-    std::string text = line({m_xTitle, LoadResString(kObserved), LoadResString(kExpected)});
+    std::string text = line({XTitle(), LoadResString(kObserved), LoadResString(kExpected)});
     for (std::size_t i = 0; i < m_x.size(); ++i)
         text += line({Plain(m_x[i]), Plain(Shown(m_y[i]) ? m_y[i] : m_y2[i]), Plain(m_overlay[i])});
     return text;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "graphs/GraphTitles.h"
+
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -19,7 +21,7 @@ enum class GraphType : int {
 ///
 /// Points count from 1. `YData` holds the points in the fit and `YData2` those out of it, each with
 /// InvalidData where the other has the point.
-class ModelGraph
+class ModelGraph : public GraphTitles
 {
 public:
     /// A point with this value is not drawn.
@@ -30,16 +32,6 @@ public:
 
     /// Sizes the four series to `points`, all InvalidData.
     void Create(int points);
-
-    const std::string& Title() const { return m_title; }
-    void Title(std::string text) { m_title = m_userTitle = std::move(text); }
-    const std::string& XTitle() const { return m_xTitle; }
-    void XTitle(std::string text) { m_xTitle = std::move(text); }
-    const std::string& YTitle() const { return m_yTitle; }
-    void YTitle(std::string text) { m_yTitle = std::move(text); }
-    /// The title as the user may have edited it.
-    const std::string& UserTitle() const { return m_userTitle; }
-    void UserTitle(std::string text) { m_userTitle = std::move(text); }
 
     GraphType Type() const { return m_type; }
     void Type(GraphType type) { m_type = type; }
@@ -108,7 +100,6 @@ private:
     void Take(std::vector<double>& series, std::span<const double> values) const;
     std::size_t IndexOf(int point) const;
 
-    std::string m_title = "Title", m_userTitle = "Title", m_xTitle = "X_Title", m_yTitle = "Y_Title";
     GraphType m_type = GraphType::PointsAndLine;
     bool m_withToggs = false;
     float m_uci = 0.0F;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class FuturePeriods;
 class clsVeltData;
 namespace project_file
 {
@@ -174,6 +175,9 @@ public:
     /// The objective around the fit, for as long as the surface lives. \pre a fit that stands, with the
     /// catches that it was made on
     virtual FitSurface Surface() = 0;
+    /// Lengthens the data set by future periods for as long as the answer lives. \pre a fit that stands, and
+    /// room for them
+    virtual std::unique_ptr<FuturePeriods> Lengthen(int periods) = 0;
     /// What a regression gave for N1 or K when the start was replaced, because that stock would not have
     /// survived the catches.
     virtual std::optional<double> ReplacedStart() const = 0;

@@ -5,6 +5,7 @@
 #include "files/ProjectRecords.h"
 #include "models/Bootstraps.h"
 #include "models/ContourGrid.h"
+#include "models/FuturePeriods.h"
 #include "models/GammaFit.h"
 #include "models/IMethod.h"
 #include "models/ModelState.h"
@@ -98,6 +99,10 @@ public:
     void OpenAsVELT3(const project_file::Body& body) override;
     FitDetails Details() const override;
     FitSurface Surface() override { return FitSurface(*this); }
+    std::unique_ptr<FuturePeriods> Lengthen(int periods) override
+    {
+        return std::make_unique<FuturePeriods>(m, periods);
+    }
     std::optional<double> ReplacedStart() const override { return m.replacedStart; }
     int ReplicatesDrawnAgain() const override { return m.replicatesDrawnAgain; }
 

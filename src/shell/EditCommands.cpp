@@ -23,8 +23,6 @@ constexpr int kInsertPrompt = 56;
 constexpr int kInsertTitle = 57;
 constexpr int kSelected = 1884;
 constexpr int kUnSelected = 1885;
-constexpr int kTogglingClearsFit = 1902;
-constexpr int kCannotToggle = 1903;
 constexpr int kEditingClearsFit = 1904;
 constexpr int kAddColumns = 1905;
 constexpr int kNotInEditMode = 1928;
@@ -275,48 +273,4 @@ void EditCommands::BringBack(const TableSheet::State& state)
     m_around.grid.Refresh();
     m_around.showDataSet();
     TheRun().window.EnableControls();
-}
-
-bool EditCommands::MayDropFit() const
-{
-    return !m_around.project.Fits().MethDefined() || Asks(kTogglingClearsFit, Icon::Question);
-}
-
-/// The graphs of the former fit stay open, deliberately; its columns do not, they are no longer anybody's.
-void EditCommands::ToggleInGrid(int row)
-{
-    if (!MayDropFit())
-        return;
-    if (m_around.project.Fits().MethDefined()) {
-        m_around.project.Fits().Create(Data());
-        m_sheet.Arrange();
-        m_around.grid.Refresh();
-        TheRun().window.EnableControls();
-    }
-    Flip(row);
-}
-
-/// Unlike a toggle in the table it resets the manager, and the table is set up anew. Deliberate.
-void EditCommands::ToggleInGraph(int row)
-{
-    if (!MayDropFit())
-        return;
-    if (m_around.project.Fits().MethDefined()) {
-        m_around.project.Fits().Reset();
-        TheRun().window.EnableControls();
-        TheRun().window.SetUpDataGrid();
-    }
-    if (m_around.grid.Model().BoxEnabled(row))
-        Flip(row);
-    else
-        TheRun().reporter.Show({.text = LoadResString(kCannotToggle), .icon = Icon::Information});
-}
-
-void EditCommands::Flip(int row)
-{
-    Data().Toggle(row);
-    m_around.graphs.TogglePoint(row);
-    const int col = std::max(FlexGrid().Selected().col, TableSheet::FirstDataCol);
-    FlexGrid().Select(GridSelection::At(row, col));
-    m_around.grid.Refresh();
 }

@@ -16,8 +16,7 @@ class DataGridView;
 class GraphWindows;
 class QMenu;
 
-/// The Edit menu and the table's own events: Edit Mode and what may be changed in it, Undo, and the ways in
-/// which a period is taken into the fit or out of it.
+/// The Edit menu and the table's own events: Edit Mode and what may be changed in it, and Undo.
 ///
 /// Data change only in Edit Mode, and no fit exists there; each change is one step of Undo, and the steps are
 /// gone when Edit Mode is left.
@@ -68,10 +67,6 @@ public:
     // The table.
     void GridKey(int key);
     void DeleteKey();
-    /// The box of this row was clicked; it can be, so the row is Included and Edit Mode is off.
-    void ToggleInGrid(int row);
-    /// The point of this period was clicked in a graph.
-    void ToggleInGraph(int row);
 
     // TableSheet::IWindow
     IFlexGrid& FlexGrid() override;
@@ -93,8 +88,6 @@ private:
     void Restructure(const char* what, const std::function<void()>& work);
     std::vector<int> SelectColumns(const std::vector<int>& offered, int titleId, int promptId);
     bool RefusesRows(int count) const;
-    bool MayDropFit() const;
-    void Flip(int row);
 
     Around m_around;
     DesktopClipboard m_clipboard;

@@ -2,8 +2,10 @@
 #include "shell/GraphWindows.h"
 
 #include "graphs/ModelGraph.h"
+#include "graphs/ProjGraph.h"
 #include "views/frmGraph.h"
 #include "views/frmModelGraph.h"
+#include "views/frmProjGraph.h"
 
 #include <QScreen>
 #include <algorithm>
@@ -17,20 +19,43 @@ GraphWindows::~GraphWindows()
 
 void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
 {
-    std::erase_if(m_windows, [&](const auto& window) { return window->Graph().Title() == graph->Title(); });
-    m_windows.push_back(std::make_unique<frmModelGraph>(std::move(graph)));
-    frmModelGraph& window = *m_windows.back();
-    QObject::connect(&window, &frmModelGraph::UserToggle, [this](int point) { m_hands.toggle(point); });
-    QObject::connect(&window, &frmModelGraph::UserInterrogate,
-                     [this, &window](int set, int point) { HighlightPoint(window, set, point); });
-    QObject::connect(&window, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
+    auto window = std::make_unique<frmModelGraph>(graph);
+    frmModelGraph* const model = window.get();
+    QObject::connect(model, &frmModelGraph::UserToggle, [this](int point) { m_hands.toggle(point); });
+    QObject::connect(model, &frmModelGraph::UserInterrogate,
+                     [this, model](int set, int point) { HighlightPoint(*model, set, point); });
+    QObject::connect(model, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
+    Put({.window = std::move(window), .titles = std::move(graph), .model = model});
+}
+
+void GraphWindows::Add(std::shared_ptr<ProjGraph> graph)
+{
+    auto window = std::make_unique<frmProjGraph>(graph);
+    Put({.window = std::move(window), .titles = std::move(graph)});
+}
+
+void GraphWindows::Put(Entry entry)
+{
+    std::erase_if(m_entries,
+                  [&](const Entry& other) { return other.titles->Title() == entry.titles->Title(); });
+    PlotWindow& window = *m_entries.emplace_back(std::move(entry)).window;
     Place(window);
     window.show();
 }
 
+std::vector<frmModelGraph*> GraphWindows::Models() const
+{
+    std::vector<frmModelGraph*> models;
+    for (const Entry& entry : m_entries)
+        if (entry.model)
+            models.push_back(entry.model);
+    return models;
+}
+
 void GraphWindows::TogglePoint(int point)
 {
-    for (const auto& window : m_windows) {
+    std::erase_if(m_entries, [](const Entry& entry) { return !entry.model; });
+    for (frmModelGraph* window : Models()) {
         if (point > window->Graph().NumPoints() || !window->Graph().TakesClicks())
             continue;
         window->Graph().TogglePoint(point);
@@ -46,7 +71,7 @@ void GraphWindows::HighlightPoint(const frmModelGraph& source, int set, int poin
         StopHighlight();
         return;
     }
-    for (const auto& window : m_windows) {
+    for (frmModelGraph* window : Models()) {
         window->Graph().StopInterrogate();
         if (point <= window->Graph().NumPoints())
             window->Graph().HighlightPoint(set, point);
@@ -57,7 +82,7 @@ void GraphWindows::HighlightPoint(const frmModelGraph& source, int set, int poin
 
 void GraphWindows::StopHighlight()
 {
-    for (const auto& window : m_windows) {
+    for (frmModelGraph* window : Models()) {
         if (!window->Graph().Highlighted())
             continue;
         window->Graph().StopInterrogate();
@@ -69,12 +94,13 @@ void GraphWindows::StopHighlight()
 void GraphWindows::Clear(bool histogramsOnly)
 {
     if (histogramsOnly) {
-        std::erase_if(m_windows,
-                      [](const auto& window) { return window->Graph().Type() == GraphType::Histogram; });
-        m_placed = static_cast<int>(m_windows.size()); // new ones take the places of the old
+        std::erase_if(m_entries, [](const Entry& entry) {
+            return entry.model && entry.model->Graph().Type() == GraphType::Histogram;
+        });
+        m_placed = static_cast<int>(m_entries.size()); // new ones take the places of the old
         return;
     }
-    m_windows.clear();
+    m_entries.clear();
     if (m_hands.highlight)
         m_hands.highlight(0);
     for (const QPointer<frmGraph>& surface : m_surfaces) {
@@ -96,7 +122,7 @@ std::unique_ptr<VELT_ContourPlot> GraphWindows::NewContourPlot()
 
 void GraphWindows::BringForward(std::size_t position)
 {
-    frmModelGraph& window = *m_windows.at(position);
+    PlotWindow& window = *m_entries.at(position).window;
     if (window.isMinimized())
         window.showNormal();
     window.show();
@@ -107,15 +133,15 @@ void GraphWindows::BringForward(std::size_t position)
 std::vector<std::string> GraphWindows::UserTitles() const
 {
     std::vector<std::string> titles;
-    titles.reserve(m_windows.size());
-    for (const auto& window : m_windows)
-        titles.push_back(window->Graph().UserTitle());
+    titles.reserve(m_entries.size());
+    for (const Entry& entry : m_entries)
+        titles.push_back(entry.titles->UserTitle());
     return titles;
 }
 
 void GraphWindows::RaiseHistograms()
 {
-    for (const auto& window : m_windows) {
+    for (frmModelGraph* window : Models()) {
         if (window->Graph().Type() == GraphType::Histogram && window->isVisible())
             window->raise();
     }

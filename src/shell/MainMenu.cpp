@@ -72,7 +72,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              separator,
              {"mnuFitManager", 40, true}});
     AddMenu("mnuProjections", 41,
-            {{"mnuViewProj", 42, false}, {"mnuProject", 43, false}, {"mnuProjWithCI", 44, false}});
+            {{"mnuViewProj", 42, true}, {"mnuProject", 43, true}, {"mnuProjWithCI", 44, true}});
     m_graphs = AddMenu("mnuGraph", 45, {});
     AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
     AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
@@ -143,6 +143,9 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuGenerateConfInts", state.fit && state.generateConfInts},
                                           {"mnuDisplayConfInts", state.fit && state.displayConfInts},
                                           {"mnuFitManager", state.fit && state.fitManager},
+                                          {"mnuViewProj", state.projections && state.viewProj},
+                                          {"mnuProject", state.projections && state.project},
+                                          {"mnuProjWithCI", state.projections && state.projWithCI},
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);

@@ -13,7 +13,7 @@ void OpenProject::Renew()
     m_file = std::make_unique<ProjectFile>(*m_data);
     m_fits = std::make_unique<clsMethManager>(m_run);
     m_fits->Create(*m_data);
-    m_fits->Project(*m_file);
+    m_fits->LogsInto(*m_file);
     m_view.ShowNoProject();
 }
 

@@ -88,6 +88,9 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuGenerateConfInts", [this] { m_fits.GenerateConfInts(); }},
                  {"mnuDisplayConfInts", [this] { m_fits.DisplayConfInts(); }},
                  {"mnuFitManager", [this] { ShowFitManager(); }},
+                 {"mnuViewProj", [this] { m_projections.SetUpScenarios(); }},
+                 {"mnuProject", [this] { m_projections.Project(); }},
+                 {"mnuProjWithCI", [this] { m_projections.ProjectWithCI(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
                  {"mnuAbout", [this] { OnAbout(); }}}
 {
@@ -102,6 +105,10 @@ frmVelt3::frmVelt3(IUser* user)
             [this](const QString& name) { Guarded("cmdLoad", [&] { m_log.Load(name.toStdString()); }); });
     connect(&m_fitManager, &frmFitManager::DeleteAsked, this,
             [this](const QString& name) { Guarded("cmdDelete", [&] { m_log.Delete(name.toStdString()); }); });
+    m_projections.Editor().RunBy([this](const char* name, const std::function<void()>& command) {
+        Guarded(QString::fromLatin1(name), command);
+    });
+    connect(&m_projections.Editor(), &frmProjections::ScenariosChanged, this, &frmVelt3::EnableControls);
     connect(m_menu, &MainMenu::RecentChosen, this, &frmVelt3::OpenPath);
     m_menu->ListRecent(m_recent.Paths());
     StatusText(m_run.globals.Ready);
@@ -113,6 +120,7 @@ frmVelt3::~frmVelt3()
     HourglassOff();
     m_graphs.Listen({});
     m_edit->Steps().disconnect(this);
+    m_toggles.reset();
     m_edit.reset(); // lets go of the table; a window that is destroyed while it shows lays it out once more
 }
 
@@ -163,16 +171,17 @@ void frmVelt3::ListenToTable()
                                                             .grid = *m_grid,
                                                             .showDataSet = [this] { ShowDataSet(); },
                                                             .popUpMenu = [this] { m_menu->PopUpEdit(); }});
+    m_toggles = std::make_unique<ToggleCommands>(m_project, m_graphs, *m_grid, m_edit->Sheet());
     const GridWidget* grid = &m_grid->Grid();
     connect(grid, &GridWidget::EditAsked, this,
             [this](int key) { Guarded("grdData", [this, key] { m_edit->GridKey(key); }); });
     connect(grid, &GridWidget::DeleteAsked, this,
             [this] { Guarded("grdData", [this] { m_edit->DeleteKey(); }); });
     connect(m_grid, &DataGridView::ToggleAsked, this,
-            [this](int row) { Guarded("chkTogg", [this, row] { m_edit->ToggleInGrid(row); }); });
+            [this](int row) { Guarded("chkTogg", [this, row] { m_toggles->ToggleInGrid(row); }); });
     m_graphs.Listen(
         {.toggle =
-             [this](int row) { Guarded("mfrmModelGraph", [this, row] { m_edit->ToggleInGraph(row); }); },
+             [this](int row) { Guarded("mfrmModelGraph", [this, row] { m_toggles->ToggleInGraph(row); }); },
          .highlight = [this](int row) { m_grid->Highlight(row); }});
     connect(&m_edit->Steps(), &QUndoStack::indexChanged, this, &frmVelt3::EnableControls);
 }
@@ -181,6 +190,7 @@ void frmVelt3::LetGoOfProject()
 {
     m_edit->LetGo();
     m_fitManager.hide();
+    m_projections.LetGo();
     m_graphs.Clear(false);
 }
 
@@ -317,6 +327,17 @@ void frmVelt3::HourglassOff()
 void frmVelt3::AddModelGraph(std::shared_ptr<ModelGraph> graph)
 {
     m_graphs.Add(std::move(graph));
+    ShowNewGraph();
+}
+
+void frmVelt3::AddProjGraph(std::shared_ptr<ProjGraph> graph)
+{
+    m_graphs.Add(std::move(graph));
+    ShowNewGraph();
+}
+
+void frmVelt3::ShowNewGraph()
+{
     if (m_report.isVisible())
         m_report.raise(); // on a small screen a new graph would cover it
     YieldToEvents();
@@ -355,7 +376,9 @@ MenuState frmVelt3::Menu(bool clipboardHasText) const
 
 void frmVelt3::EnableControls()
 {
-    m_menu->Apply(Menu());
+    const MenuState menu = Menu();
+    m_menu->Apply(menu);
+    m_projections.Follow(menu.projections && menu.viewProj);
     m_menu->ListGraphs(m_graphs.UserTitles());
     m_menu->ListSteps(m_edit->Steps());
     if (m_fitManager.isVisible())
@@ -429,12 +452,13 @@ void frmVelt3::ShowHint(bool noData)
 void frmVelt3::closeEvent(QCloseEvent* event)
 {
     // Work in progress stands on objects that a close would take away; its own Cancel ends it first.
-    if (m_busy || !m_edit->MayLeaveCell() || !m_files.MayExit()) {
+    if (m_busy || !m_edit->MayLeaveCell() || !m_projections.Editor().MayLeaveCell() || !m_files.MayExit()) {
         event->ignore();
         return;
     }
     m_report.hide();
     m_fitManager.hide();
+    m_projections.LetGo();
     m_graphs.Clear(false);
     event->accept();
 }

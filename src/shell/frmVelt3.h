@@ -11,7 +11,9 @@
 #include "shell/LogCommands.h"
 #include "shell/MenuState.h"
 #include "shell/OpenProject.h"
+#include "shell/ProjectionCommands.h"
 #include "shell/RecentFiles.h"
+#include "shell/ToggleCommands.h"
 #include "views/ProgressMeterWindow.h"
 #include "views/frmFitManager.h"
 #include "views/frmParams.h"
@@ -62,6 +64,7 @@ public:
     void HourglassOff() override;
     void UpDatePBar(double) override {}
     void AddModelGraph(std::shared_ptr<ModelGraph> graph) override;
+    void AddProjGraph(std::shared_ptr<ProjGraph> graph) override;
     void ClearGraphs(bool histogramsOnly) override;
     void SetUpDataGrid() override;
     void EnableControls() override;
@@ -95,6 +98,7 @@ private:
     void RestoreFitManager();
     void ShowDataSet();
     void ShowHint(bool noData);
+    void ShowNewGraph();
 
     DesktopUser m_desktopUser{this};
     ProgressMeterWindow m_meter{this};
@@ -106,9 +110,11 @@ private:
     FileCommands m_files{m_project};
     FitCommands m_fits{m_project};
     LogCommands m_log{m_project, m_files};
+    ProjectionCommands m_projections{m_project, *this};
     RecentFiles m_recent;
     frmFitManager m_fitManager{this};
     std::unique_ptr<EditCommands> m_edit;
+    std::unique_ptr<ToggleCommands> m_toggles;
     const std::map<QString, std::function<void()>> m_commands; ///< by the name of their menu entry
 
     MainMenu* m_menu = nullptr;

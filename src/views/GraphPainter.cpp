@@ -4,6 +4,7 @@
 #include "graphs/ModelGraph.h"
 #include "toolkit/Words.h"
 #include "views/PlotPicture.h"
+#include "views/PlotRanges.h"
 #include "views/PlotStyle.h"
 
 #include <qcustomplot.h>
@@ -13,6 +14,7 @@
 #include <limits>
 
 using namespace plot_style;
+using namespace plot_ranges;
 
 namespace
 {
@@ -22,7 +24,6 @@ constexpr int kHighlightedText = 1202;
 constexpr int kExcludedText = 1203;
 constexpr int kIncludedText = 1204;
 constexpr int kManyPoints = 60; // from here on smaller symbols keep points apart
-constexpr double kHeadroom = 0.06;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 QString LimitsText()
@@ -34,21 +35,6 @@ bool Drawn(double value)
 {
     return ModelGraph::Shown(value) && std::isfinite(value);
 }
-
-/// The span of the values that show.
-struct Extent {
-    double low = std::numeric_limits<double>::infinity();
-    double high = -std::numeric_limits<double>::infinity();
-
-    bool Empty() const { return low > high; }
-    void Add(double value)
-    {
-        if (!Drawn(value))
-            return;
-        low = std::min(low, value);
-        high = std::max(high, value);
-    }
-};
 
 struct Points {
     QVector<double> x, y;
@@ -157,17 +143,6 @@ bool HoldsAll(const ModelGraph::TimeAxis& axis, const std::vector<double>& x)
                        [&](double value) { return value >= axis.minimum && value <= axis.maximum; });
 }
 
-/// From zero for quantities that cannot be negative, else around the values.
-QCPRange QuantityRange(const Extent& extent)
-{
-    if (extent.Empty() || (extent.low == 0.0 && extent.high == 0.0))
-        return {0.0, 1.0};
-    if (extent.low >= 0.0)
-        return {0.0, extent.high * (1.0 + kHeadroom)};
-    const double span = std::max(extent.high, 0.0) - extent.low;
-    return {extent.low - kHeadroom * span, std::max(extent.high, 0.0) + kHeadroom * span};
-}
-
 Extent ExtentOf(const Points& points)
 {
     Extent extent;
@@ -186,9 +161,7 @@ void SetTimeOrQuantityAxis(QCPAxis& axis, const ModelGraph& graph)
         return;
     }
     if (ArePeriods(x)) {
-        const double room = std::max(0.5, 0.03 * (x.back() - x.front()));
-        SetTicks(axis, NumberKind::Period);
-        axis.setRange(x.front() - room, x.back() + room);
+        SetPeriodAxis(axis, x.front(), x.back());
         return;
     }
     Extent extent = ExtentOf(ShownPoints(graph, graph.YData()));

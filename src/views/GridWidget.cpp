@@ -57,7 +57,7 @@ bool MovesAbout(const QKeyEvent& event)
 class CellPainter : public QStyledItemDelegate
 {
 public:
-    explicit CellPainter(GridWidget& grid) : QStyledItemDelegate(&grid), m_grid(grid) {}
+    CellPainter(GridWidget& grid, QTableView& view) : QStyledItemDelegate(&view), m_grid(grid) {}
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
@@ -85,7 +85,7 @@ private:
 };
 } // namespace
 
-CellBox::CellBox(QTableView& grid) : QLineEdit(grid.viewport()), m_grid(grid)
+CellBox::CellBox(GridWidget& grid) : QLineEdit(grid.viewport()), m_grid(grid)
 {
     setObjectName("txtEdit");
     setFrame(false);
@@ -108,9 +108,12 @@ std::string CellBox::Text() const
 void CellBox::ShowOver(int row, int col)
 {
     constexpr int kShortest = 9; // average characters
-    const QModelIndex cell = m_grid.model()->index(row - 1, col);
-    m_grid.scrollTo(cell);
-    QRect place = m_grid.visualRect(cell);
+    QTableView& view = m_grid.ViewOf(row);
+    if (parentWidget() != view.viewport())
+        setParent(view.viewport());
+    const QModelIndex cell = view.model()->index(row - m_grid.FixedRows(), col);
+    view.scrollTo(cell);
+    QRect place = view.visualRect(cell);
     setFont(cell.data(Qt::FontRole).value<QFont>());
     place.setLeft(std::min(place.left(), place.right() - kShortest * fontMetrics().averageCharWidth()));
     setGeometry(place);
@@ -149,12 +152,17 @@ void CellBox::focusOutEvent(QFocusEvent* event)
         m_controller->TextLostFocus();
 }
 
-GridWidget::GridWidget(int fixedCols, QWidget* parent)
-    : QTableView(parent), m_fixedCols(fixedCols), m_box(new CellBox(*this))
+GridWidget::GridWidget(int fixedCols, int titleRows)
+    : m_fixedCols(fixedCols), m_titleRows(titleRows), m_box(new CellBox(*this))
 {
     setSelectionMode(QAbstractItemView::ContiguousSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setItemDelegate(new CellPainter(*this));
+    setItemDelegate(NewCellPainter(*this));
+}
+
+QAbstractItemDelegate* GridWidget::NewCellPainter(QTableView& view)
+{
+    return new CellPainter(*this, view);
 }
 
 void GridWidget::Attach(clsDataGrid* controller)
@@ -239,8 +247,13 @@ void GridWidget::mousePressEvent(QMouseEvent* event)
     QTableView::mousePressEvent(event);
     if (event->button() == Qt::RightButton || !m_controller)
         return; // it comes as a wish for the menu, as the menu key does
-    m_controller->GridMouseDown(1);
+    Pressed();
     m_pressed = !m_box->isVisible(); // a refused value keeps its box, and the release has nothing to say
+}
+
+void GridWidget::Pressed()
+{
+    m_controller->GridMouseDown(1);
 }
 
 void GridWidget::mouseMoveEvent(QMouseEvent* event)

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QTableView>
 
+class GridWidget;
 class clsDataGrid;
 
 /// The line that lies over a cell while it is edited.
@@ -14,7 +15,7 @@ class CellBox : public QLineEdit, public ITextBox
     Q_OBJECT
 
 public:
-    explicit CellBox(QTableView& grid);
+    explicit CellBox(GridWidget& grid);
     void Attach(clsDataGrid* controller) { m_controller = controller; }
 
     // ITextBox
@@ -35,21 +36,21 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    QTableView& m_grid;
+    GridWidget& m_grid;
     clsDataGrid* m_controller = nullptr;
 };
 
 /// A table whose keys, mouse and text box are those of a spreadsheet: what they mean is told by the
 /// clsDataGrid it is attached to. The cell where a selection began has a frame; it is the one that is edited.
 ///
-/// Grid rows are those of the model plus one for the titles; the columns before `fixedCols` are shown by
-/// somebody else and cannot be selected.
+/// Grid rows are those of the model plus `titleRows`, which the header shows; the columns before `fixedCols`
+/// are shown by somebody else and cannot be selected.
 class GridWidget : public QTableView, public IFlexGrid
 {
     Q_OBJECT
 
 public:
-    explicit GridWidget(int fixedCols, QWidget* parent = nullptr);
+    explicit GridWidget(int fixedCols, int titleRows = 1);
 
     /// Events go to `controller`, which must outlive the widget or be detached with null.
     void Attach(clsDataGrid* controller);
@@ -59,7 +60,7 @@ public:
     // IFlexGrid
     int Rows() const override { return model()->rowCount() + FixedRows(); }
     int Cols() const override { return model()->columnCount(); }
-    int FixedRows() const override { return 1; }
+    int FixedRows() const override { return m_titleRows; }
     int FixedCols() const override { return m_fixedCols; }
     GridSelection Selected() const override;
     void Select(const GridSelection& selection) override;
@@ -69,6 +70,13 @@ public:
     void Beep() override;
 
     void selectAll() override;
+
+    /// The table that shows a row; another one when rows that stay in view have a table of their own.
+    virtual QTableView& ViewOf(int /*row*/) { return *this; }
+    /// A press of the left button, here or in such a table, has moved the selection.
+    void Pressed();
+    /// Draws cells as this grid does: the one where the selection began in a frame. The view takes it over.
+    QAbstractItemDelegate* NewCellPainter(QTableView& view);
 
 signals:
     /// A key that would change the current cell: the code of a printing key, or 0 to 32 (Enter, space, a
@@ -91,6 +99,7 @@ private:
     QModelIndex At(int row, int col) const { return model()->index(row - FixedRows(), col); }
 
     int m_fixedCols;
+    int m_titleRows;
     CellBox* m_box;
     clsDataGrid* m_controller = nullptr;
     bool m_pressed = false; ///< a press that went to the controller and waits for its release

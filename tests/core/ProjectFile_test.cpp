@@ -47,7 +47,7 @@ struct Desk : Bench {
     Desk() : data(run), file(data), manager(run)
     {
         manager.Create(data);
-        manager.Project(file);
+        manager.LogsInto(file);
     }
     explicit Desk(const std::string& path) : Desk() { file.Open(path); }
     bool Fit(std::int32_t model, std::int32_t fitOp)

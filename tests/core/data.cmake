@@ -10,6 +10,7 @@ velt_core_test(data SOURCES
   PasteBlock_test.cpp
   ProjectData_test.cpp
   RandomGrid_test.cpp
+  ScenarioSheet_test.cpp
   StructuralEditing_test.cpp
   clsDataGrid_test.cpp
   clsFit_test.cpp

@@ -9,6 +9,9 @@ velt_core_test(fit SOURCES
   MinimiserOptions_test.cpp
   ParameterReport_test.cpp
   ProjectFile_test.cpp
+  ManagerProjections_test.cpp
+  ProjectionStale_test.cpp
+  Projections_test.cpp
   Remarks_test.cpp
   SurfaceRemarks_test.cpp
   clsMethManager_test.cpp

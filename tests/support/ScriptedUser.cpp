@@ -222,9 +222,17 @@ void RecordingWindow::AddModelGraph(std::shared_ptr<ModelGraph> graph)
     graphs.push_back(std::move(graph));
 }
 
+void RecordingWindow::AddProjGraph(std::shared_ptr<ProjGraph> graph)
+{
+    events.emplace_back("AddProjGraph");
+    projections.push_back(std::move(graph));
+}
+
 void RecordingWindow::ClearGraphs(bool histogramsOnly)
 {
     events.emplace_back(histogramsOnly ? "ClearGraphs histograms" : "ClearGraphs");
+    if (!histogramsOnly)
+        projections.clear();
     std::erase_if(graphs, [histogramsOnly](const std::shared_ptr<ModelGraph>& graph) {
         return !histogramsOnly || graph->Type() == GraphType::Histogram;
     });

@@ -7,6 +7,7 @@
 #include "fit/InputParams.h"
 #include "fit/MinimiserOptions.h"
 #include "graphs/ModelGraph.h"
+#include "graphs/ProjGraph.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "models/ContourRange.h"
 #include "models/StartVals.h"
@@ -103,6 +104,7 @@ class RecordingWindow : public IMainWindow
 public:
     std::vector<std::string> status;
     std::vector<std::shared_ptr<ModelGraph>> graphs;
+    std::vector<std::shared_ptr<ProjGraph>> projections;
     bool hourglass = false;
     bool reportShown = false;
     std::vector<std::string> events; ///< "ShowParameterReport", "AddModelGraph", ... in order
@@ -115,6 +117,7 @@ public:
     void HourglassOff() override;
     void UpDatePBar(double value) override;
     void AddModelGraph(std::shared_ptr<ModelGraph> graph) override;
+    void AddProjGraph(std::shared_ptr<ProjGraph> graph) override;
     void ClearGraphs(bool histogramsOnly) override;
     void SetUpDataGrid() override;
     void EnableControls() override;
