@@ -153,10 +153,23 @@ TEST(CommandLine, ListsAndPairsMustBeWhole)
     ExpectRefused({"--model", "fox", "--seed=-1"}, "--seed takes a whole number");
 }
 
-TEST(CommandLine, WhatIsNotBuiltYetIsRefusedByName)
+TEST(CommandLine, TheRecruitmentIndexModelHasNoProjections)
 {
-    ExpectRefused({"--model", "fox", "--scenarios", "s.csv"}, "--scenarios is not built yet");
-    ExpectRefused({"--model", "fox", "--project-ci", "Low"}, "--project-ci is not built yet");
+    for (const char* option : {"--scenarios", "--project-ci"})
+        ExpectRefused({"--model", "recruitment-index", option, "x"},
+                      std::string(option) + ": the recruitment index model cannot be projected");
+    EXPECT_EQ(Accepted({"--model", "fox", "--scenarios", "s.csv"}).scenarios, "s.csv");
+}
+
+TEST(CommandLine, LimitsOfAProjectionNeedBootstrapsAndAScenario)
+{
+    ExpectRefused({"--model", "fox", "--project-ci", "Low", "--scenarios", "s.csv"},
+                  "--project-ci: limits come from bootstraps");
+    ExpectRefused({"--model", "fox", "--project-ci", "Low", "--bootstraps", "9"},
+                  "--project-ci: a table has no scenarios");
+    EXPECT_EQ(Accepted({"--model", "fox", "--project-ci", "Low", "--bootstraps", "9", "--scenarios", "s.csv"})
+                  .projectCi,
+              "Low");
 }
 
 TEST(CommandLine, ARegressionTakesNoStartingValues)
