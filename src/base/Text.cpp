@@ -32,7 +32,7 @@ std::size_t LineEnd(std::string_view text, const std::string& before,
     std::size_t end = std::min(NextCharacter(text, 0), text.size());
     while (end < text.size()) {
         const std::size_t next = NextCharacter(text, end);
-        if (text[end] != ' ' && !fits(before + std::string(text.substr(0, next))))
+        if (!fits(before + std::string(text.substr(0, next))))
             break;
         end = next;
     }

@@ -39,6 +39,7 @@ TEST(Text, ALongTextIsPartedAtTheLastBlankThatFitsAndTheBlanksThereGo)
     EXPECT_EQ(Wrap("aa bb cc", 5), (Lines{"aa bb", "cc"}));
     EXPECT_EQ(Wrap("aa bb cc", 7), (Lines{"aa bb", "cc"}));
     EXPECT_EQ(Wrap("aa    bb", 5), (Lines{"aa", "bb"}));
+    EXPECT_EQ(Wrap("aa bb   ", 5), (Lines{"aa bb"}));
 }
 
 TEST(Text, FurtherLinesBeginWithTheHangingWhichTakesRoom)
