@@ -88,7 +88,7 @@ void Printout::Begin()
 void Printout::Print(const std::string& line)
 {
     Begin();
-    if (m_y > 0.0 && m_y + m_metrics.height() > m_printer->height())
+    if (m_y + m_metrics.height() > m_printer->height())
         NewPage();
     QFont font = PrintFont();
     font.setBold(m_bold);

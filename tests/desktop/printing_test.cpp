@@ -3,7 +3,7 @@
 #include "Session.h"
 #include "base/VeltError.h"
 #include "views/DesktopPrinter.h"
-#include "views/PlotPicture.h"
+#include "views/PlotStyle.h"
 #include "views/frmGraph.h"
 #include "views/frmParams.h"
 
@@ -188,6 +188,8 @@ struct GraphOnPaper {
     {
         window.Graph().XTitle("Year");
         window.Graph().YTitle("Tonnes");
+        window.Graph().YData2(std::vector<double>{1969, ModelGraph::InvalidData});
+        window.Graph().OverlayLine(std::vector<double>{1970, 1971});
         window.Redraw();
         window.show();
         window.Plot().resize(size);
@@ -578,14 +580,20 @@ void PrintingTest::APlotTooNarrowForItsLettersIsPrintedSmaller()
     QVERIFY(narrow.paper.Written().height() > 0.9 * 267.0 * kPointsPerMillimetre);
 }
 
+// The legend of a graph of a fit stands in one row in a wide window and in more on small paper.
 void PrintingTest::PrintingLeavesTheWindowAsItWas()
 {
-    GraphOnPaper graph(QSize(800, 500));
-    const QImage before = PlotImage(graph.window.Plot(), graph.window.Plot().size());
-    const QCPRange range = graph.window.Plot().xAxis->range();
+    GraphOnPaper graph(QSize(1800, 900), GraphType::PointsAndLine);
+    QCustomPlot& plot = graph.window.Plot();
+    graph.window.PrinterChosenBy(graph.paper.Choice(QPageSize::A6));
+    plot_style::FitLegend(plot, plot.width());
+    const QImage before = plot.toPixmap(plot.width(), plot.height()).toImage();
+    const QCPRange range = plot.xAxis->range();
     graph.Print();
-    QCOMPARE(graph.window.Plot().xAxis->range(), range);
-    QCOMPARE(PlotImage(graph.window.Plot(), graph.window.Plot().size()), before);
+    QCOMPARE(graph.paper.Text().count("Observed"), 2);
+    QVERIFY(graph.paper.PlaceOf("Expected").top() > graph.paper.PlaceOf("Observed").bottom());
+    QCOMPARE(plot.xAxis->range(), range);
+    QCOMPARE(plot.toPixmap(plot.width(), plot.height()).toImage(), before);
 }
 
 void PrintingTest::AContourSurfaceIsPrintedToo()
