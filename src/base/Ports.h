@@ -150,6 +150,38 @@ public:
     virtual void Finish() = 0;
 };
 
+/// A document on its way to the printer, in lines of a font whose characters are all equally wide. Every
+/// operation raises PrinterFault when the printer refuses; a document that is let go without End is dropped.
+class IPrintout
+{
+public:
+    /// A tab in a line goes on at the next multiple of so many characters, which is behind every label of the
+    /// report.
+    static constexpr std::size_t kTabStop = 24;
+
+    virtual ~IPrintout() = default;
+    /// Widths are in units of the printer's own.
+    virtual double TextWidth(const std::string& line) const = 0;
+    virtual double PrintableWidth() const = 0; ///< between the margins
+    /// Where the next line begins, from the left margin on; the lines behind it begin at the margin again.
+    virtual void CurrentX(double x) = 0;
+    virtual void Bold(bool on) = 0; ///< of the lines to come; off at first. It changes no width.
+    /// Prints `line` and goes to the next. On a page that has no room left it stands on the next page.
+    virtual void Print(const std::string& line) = 0;
+    virtual void NewPage() = 0;
+    virtual void End() = 0; ///< the document is complete; the last operation
+};
+
+/// The printer that the user chooses for a document.
+class IPrinter
+{
+public:
+    virtual ~IPrinter() = default;
+    /// A new document, which must not outlive the printer. Null when the user thinks better of it.
+    /// \throws PrinterFault there is none to print on
+    virtual std::unique_ptr<IPrintout> Open(const std::string& title) = 0;
+};
+
 /// Uniform numbers on [0, 1).
 class IRandomSource
 {

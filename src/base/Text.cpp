@@ -15,6 +15,36 @@ bool ContinuesCharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
+/// Where the character that begins at `at` ends.
+std::size_t NextCharacter(std::string_view text, std::size_t at)
+{
+    do
+        ++at;
+    while (at < text.size() && ContinuesCharacter(text[at]));
+    return at;
+}
+
+/// How much of `text` stands on a line behind `before`. Grown by characters, so that its cost is that of the
+/// line, however long the text is.
+std::size_t LineEnd(std::string_view text, const std::string& before,
+                    const std::function<bool(const std::string&)>& fits)
+{
+    std::size_t end = std::min(NextCharacter(text, 0), text.size());
+    while (end < text.size()) {
+        const std::size_t next = NextCharacter(text, end);
+        if (!fits(before + std::string(text.substr(0, next))))
+            break;
+        end = next;
+    }
+    if (end >= text.size())
+        return text.size();
+    const std::size_t blank = text.rfind(' ', end);
+    const std::size_t word = text.find_first_not_of(' ');
+    if (blank == std::string_view::npos || blank < word)
+        return end; // one word alone is too long
+    return text.find_last_not_of(' ', blank) + 1;
+}
+
 template <typename Take>
 void ForEachToken(std::string_view line, const Take& take)
 {
@@ -34,11 +64,23 @@ std::string PadString(std::string_view text, std::size_t width)
     std::size_t end = 0;
     while (end < text.size() && characters < width) {
         ++characters;
-        do
-            ++end;
-        while (end < text.size() && ContinuesCharacter(text[end]));
+        end = NextCharacter(text, end);
     }
     return std::string(text.substr(0, end)) + std::string(width - characters, ' ');
+}
+
+std::vector<std::string> WrapText(std::string_view text, const std::string& hanging,
+                                  const std::function<bool(const std::string&)>& fits)
+{
+    std::vector<std::string> lines;
+    std::string before;
+    do {
+        const std::size_t end = LineEnd(text, before, fits);
+        lines.push_back(before + std::string(text.substr(0, end)));
+        text.remove_prefix(std::min(text.find_first_not_of(' ', end), text.size()));
+        before = hanging;
+    } while (!text.empty());
+    return lines;
 }
 
 std::string Trim(std::string_view text)

@@ -12,6 +12,7 @@ inline constexpr std::uint32_t kProgramErrorBase = 0x80040000U;
 namespace errors
 {
 inline constexpr std::uint32_t kUnrecognisedFile = 2251;
+inline constexpr std::uint32_t kPageTooSmall = 2251; // the same number, deliberately
 inline constexpr std::uint32_t kReadObj = 2253;
 inline constexpr std::uint32_t kWriteObj = 2254;
 inline constexpr std::uint32_t kImportNoDescription = 2255;
@@ -30,7 +31,7 @@ inline constexpr std::uint32_t kOutOfMemory = 7;
 inline constexpr std::uint32_t kSubscript = 9;
 inline constexpr std::uint32_t kDivisionByZero = 11;
 inline constexpr std::uint32_t kInternal = 51; ///< raised by none of the program's own operations
-inline constexpr std::uint32_t kDevice = 57;   // a file that cannot be written
+inline constexpr std::uint32_t kDevice = 57;   // a file or a printer that cannot be written to
 inline constexpr std::uint32_t kHourGlass = 13001;
 } // namespace errors
 
@@ -54,6 +55,11 @@ struct VeltError : std::exception {
     std::uint32_t number;
     std::string description;
     std::string source;
+};
+
+/// The printer, or the system's way to it, refused; `description` says what the user may do about it.
+struct PrinterFault : VeltError {
+    explicit PrinterFault(std::string description) : VeltError(errors::kDevice, std::move(description), "") {}
 };
 
 /// A failure of the program's own: raised with the base added to `number`.

@@ -44,6 +44,11 @@ struct Globals {
         UnSelected, ZShape, NatMortality, InitProportion, TimeLag, N1, Q, FinalPopulation, Lambda,
         ReplacementYield, FinalBiomass, K, R, MSY, InitialPopulation, Page, Of, Help;
 
+    // Of no string table:
+    std::string UnableToPrint = "Unable to Print. Check Printer is set up correctly.";
+    std::string ColumnTooLarge =
+        "A single data column is too large to print. Alter column formats and retry.";
+
     bool cached = false;
 };
 

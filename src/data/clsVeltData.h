@@ -183,6 +183,10 @@ public:
     /// read; otherwise as ImportText. The data set is as new after every failure.
     void ImportASCIIFile(const std::string& path, IImportQuestions& questions);
 
+    /// Prints the whole table: the columns in groups as wide as the page, each group on pages of its own.
+    /// Tells the user when the printer fails or its page is too small for a column; changes nothing.
+    void PrintData(IPrinter& printer) const;
+
     int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 
     Run& TheRun() const { return m_run; }

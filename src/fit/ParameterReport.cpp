@@ -3,6 +3,7 @@
 
 #include "base/NumberText.h"
 #include "base/StringTable.h"
+#include "base/Text.h"
 #include "fit/ParameterLimits.h"
 #include "fit/clsMethManager.h"
 
@@ -56,27 +57,17 @@ void AppendBlock(std::string& text, const std::string& heading, const std::vecto
         text += "  " + row.name + std::string(width - row.name.size() + 2, ' ') + row.value + "\n";
 }
 
-/// The words of `sentence` on lines that a terminal shows whole, the later ones below the first word.
+/// `sentence` on lines that a terminal shows whole, the later ones below its first word.
 std::string Wrapped(const std::string& sentence)
 {
     constexpr std::size_t kWidth = 78;
     const std::string indent = "  ";
-    const std::string hanging(indent.size() + sentence.find(' ') + 1, ' ');
     std::string text;
-    std::string line = indent;
-    for (std::size_t at = 0; at < sentence.size();) {
-        const std::size_t end = std::min(sentence.find(' ', at), sentence.size());
-        const std::string word = sentence.substr(at, end - at);
-        const bool empty = line.find_first_not_of(' ') == std::string::npos;
-        if (!empty && line.size() + 1 + word.size() > kWidth) {
-            text += line + "\n";
-            line = hanging + word;
-        } else {
-            line += (empty ? "" : " ") + word;
-        }
-        at = end + 1;
-    }
-    return text + line + "\n";
+    for (const std::string& line :
+         WrapText(indent + sentence, indent + ParameterReport::HangingOf(sentence),
+                  [](const std::string& fitting) { return fitting.size() <= kWidth; }))
+        text += line + "\n";
+    return text;
 }
 } // namespace
 
@@ -97,6 +88,11 @@ ParameterReport ParameterReport::Of(const clsMethManager& manager)
     for (const Remark& remark : manager.Remarks())
         report.remarks.push_back(std::to_string(report.remarks.size() + 1) + ". " + remark.text);
     return report;
+}
+
+std::string ParameterReport::HangingOf(const std::string& remark)
+{
+    return std::string(remark.find(' ') + 1, ' ');
 }
 
 std::string ParameterReport::AsText() const

@@ -31,6 +31,9 @@ public:
     std::string intervalLevels;       ///< "0.025 - 0.975"; empty without bootstraps
     std::vector<std::string> remarks; ///< numbered sentences; mostly empty
 
+    /// What the further lines of a remark begin with, so that they stand below its first word.
+    static std::string HangingOf(const std::string& remark);
+
     /// The whole report as lines of text, as the terminal shows it.
     std::string AsText() const;
 };

@@ -48,6 +48,10 @@ public:
     bool DisplayParameters() const { return m_displayParameters; }
     void DisplayParameters(bool show);
 
+    /// Prints the report: the values of the model itself, then limits and remarks as the window shows them.
+    /// Raises nothing: what goes wrong is told to the user, and nothing is printed then.
+    void PrintParameters(IPrinter& printer);
+
     void MinimisationOptions();
 
     void GenerateBootStraps();

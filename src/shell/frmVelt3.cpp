@@ -66,6 +66,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuOpen", [this] { m_files.Open(); }},
                  {"mnuSave", [this] { m_files.Save(); }},
                  {"mnuSaveAs", [this] { m_files.SaveAs(); }},
+                 {"mnuPrint", [this] { m_project.Data().PrintData(m_printer); }},
                  {"mnuClose", [this] { m_files.Close(); }},
                  {"mnuEditMode", [this] { m_edit->SwitchEditMode(); }},
                  {"mnuUndo", [this] { m_edit->Steps().undo(); }},
@@ -99,6 +100,8 @@ frmVelt3::frmVelt3(IUser* user)
     m_project.Renew();
     connect(&m_report, &frmParams::confIntsRequested, this,
             [this] { Guarded("cmdCIs", [this] { m_fits.ReportConfInts(); }); });
+    connect(&m_report, &frmParams::printRequested, this,
+            [this] { Guarded("cmdPrint", [this] { m_project.Fits().PrintParameters(m_printer); }); });
     connect(&m_fitManager, &frmFitManager::AddAsked, this,
             [this] { Guarded("cmdAdd", [this] { m_log.Add(); }); });
     connect(&m_fitManager, &frmFitManager::LoadAsked, this,

@@ -14,6 +14,7 @@
 #include "shell/ProjectionCommands.h"
 #include "shell/RecentFiles.h"
 #include "shell/ToggleCommands.h"
+#include "views/DesktopPrinter.h"
 #include "views/ProgressMeterWindow.h"
 #include "views/frmFitManager.h"
 #include "views/frmParams.h"
@@ -46,6 +47,7 @@ public:
     clsMethManager& objMeth() { return m_project.Fits(); }
     const GraphWindows& Graphs() const { return m_graphs; }
     EditCommands& Edit() { return *m_edit; }
+    DesktopPrinter& Printer() { return m_printer; }
     const TableSheet& Sheet() const { return m_edit->Sheet(); }
 
     /// Gives one menu command by its name ("mnuNewModel"), as a click on its entry does. A command given
@@ -101,6 +103,7 @@ private:
     void ShowNewGraph();
 
     DesktopUser m_desktopUser{this};
+    DesktopPrinter m_printer{*this};
     ProgressMeterWindow m_meter{this};
     RandomSource m_random;
     Run m_run;

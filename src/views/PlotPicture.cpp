@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/PlotPicture.h"
 
+#include "base/VeltError.h"
 #include "files/WholeFile.h"
 #include "views/PlotStyle.h"
 
@@ -8,6 +9,7 @@
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QSvgGenerator>
 #include <qcustomplot.h>
 
@@ -25,11 +27,13 @@ int LayoutDpi(const QCustomPlot& plot)
     return plot.logicalDpiX();
 }
 
-bool DrawVectors(QCustomPlot& plot, QPaintDevice& device, QSize size)
+/// \param scale  units of the device for each pixel of the picture
+bool DrawVectors(QCustomPlot& plot, QPaintDevice& device, QSize size, double scale = 1.0)
 {
     QCPPainter painter;
     if (!painter.begin(&device))
         return false;
+    painter.scale(scale, scale);
     painter.setMode(QCPPainter::pmVectorized);
     painter.setMode(QCPPainter::pmNoCaching);
     painter.fillRect(QRect(QPoint(0, 0), size), Qt::white);
@@ -99,4 +103,21 @@ bool SavePlot(QCustomPlot& plot, const QString& path, QSize size)
     if (!bytes.isEmpty())
         ReplaceFile(path.toStdString(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
     return !bytes.isEmpty();
+}
+
+void PrintPlot(QCustomPlot& plot, QPrinter& printer)
+{
+    printer.setResolution(LayoutDpi(plot));
+    const QSize page(printer.width(), printer.height());
+    const QSize wanted = plot.size().scaled(page, Qt::KeepAspectRatio);
+    // Letters keep their size on paper, but not where the plot would be too small for them.
+    const QSize size =
+        plot.size().scaled(wanted.expandedTo(plot.minimumSize()), Qt::KeepAspectRatioByExpanding);
+    plot_style::FitLegend(plot, size.width());
+    const bool drawn = DrawVectors(plot, printer, size, static_cast<double>(wanted.width()) / size.width());
+    plot_style::FitLegend(plot, plot.width());
+    if (!drawn || printer.printerState() == QPrinter::Error)
+        throw PrinterFault(
+            "The printer did not take the graph. Where it goes to a file, please choose a folder "
+            "that you may write to.");
 }

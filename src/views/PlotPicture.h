@@ -7,6 +7,7 @@
 #include <QString>
 
 class QCustomPlot;
+class QPrinter;
 
 /// Size of a picture that no window gives a size to, in logical pixels (7.5 by 5 inches).
 inline constexpr QSize kPictureSize{720, 480};
@@ -26,3 +27,7 @@ QByteArray DrawPlot(QCustomPlot& plot, const QString& ending, QSize size = kPict
 /// appears whole or not at all. \return false for another ending or an empty size \throws VeltError 57 with
 /// the reason when it cannot be written
 bool SavePlot(QCustomPlot& plot, const QString& path, QSize size = kPictureSize);
+
+/// Prints the plot on one page, as vectors with real text on white: as wide as the page, or as high, in the
+/// shape that it has now. \throws PrinterFault the printer does not take it
+void PrintPlot(QCustomPlot& plot, QPrinter& printer);

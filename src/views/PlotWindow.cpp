@@ -18,6 +18,8 @@
 
 namespace
 {
+constexpr int kPrintGraph = 1951;
+
 /// The title as a file name that every system takes, without an ending. What stands in brackets stays out:
 /// the points of its numbers would be taken for one.
 QString FileNameFor(const QString& title)
@@ -56,6 +58,9 @@ void PlotWindow::AddCommands()
     QAction* save = AddCommand("actSavePicture", tr("&Save Picture As..."));
     save->setShortcut(QKeySequence::Save);
     connect(save, &QAction::triggered, this, &PlotWindow::SavePicture);
+    QAction* print = AddCommand("actPrintGraph", Words(kPrintGraph));
+    print->setShortcut(QKeySequence::Print);
+    connect(print, &QAction::triggered, this, &PlotWindow::PrintGraph);
     QAction* copy = AddCommand("actCopyPicture", tr("&Copy Picture"));
     copy->setShortcut(QKeySequence::Copy);
     connect(copy, &QAction::triggered, this, &PlotWindow::CopyPicture);
@@ -128,6 +133,18 @@ void PlotWindow::SavePicture()
     } catch (const VeltError& error) {
         warn(tr("%1\nPlease choose a folder that you may write to and that has room.")
                  .arg(QString::fromStdString(error.description)));
+    }
+}
+
+void PlotWindow::PrintGraph()
+{
+    try {
+        if (const auto printer = m_choosePrinter(this, windowTitle()))
+            PrintPlot(*m_plot, *printer);
+    } catch (const VeltError& error) {
+        QMessageBox::warning(
+            this, tr("VELT 3.0"),
+            tr("Error %1 %2").arg(error.number).arg(QString::fromStdString(error.description)));
     }
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "views/AskPrinter.h"
+
 #include <QString>
 #include <QWidget>
 #include <qcustomplot.h>
@@ -22,11 +24,16 @@ public:
     QCustomPlot& Plot() const { return *m_plot; }
     QString StatusText() const;
 
+    /// Lets `choice` choose the printer in place of the dialog.
+    void PrinterChosenBy(PrinterChoice choice) { m_choosePrinter = std::move(choice); }
+
 public slots:
     /// Shows the ranges that were last remembered.
     void ResetZoom();
     /// Asks for a file name and writes the picture.
     void SavePicture();
+    /// Asks for a printer and prints the picture.
+    void PrintGraph();
     void CopyPicture();
 
 protected:
@@ -46,6 +53,7 @@ private:
 
     QCustomPlot* m_plot;
     QLabel* m_status;
+    PrinterChoice m_choosePrinter = AskPrinter;
     QCPRange m_homeX;
     QCPRange m_homeY;
 };

@@ -27,6 +27,7 @@ constexpr int kInputsText = 802;
 constexpr int kEstimatesText = 803;
 constexpr int kIntervalsText = 804;
 constexpr int kConfIntsText = 805;
+constexpr int kPrintText = 806;
 constexpr int kCloseText = 807;
 
 QString Trimmed(const std::string& text)
@@ -185,13 +186,17 @@ void frmParams::FillRemarks(const std::vector<std::string>& sentences)
 void frmParams::AddButtons()
 {
     auto* buttons = new QDialogButtonBox(this);
-    QPushButton* cis = buttons->addButton(Words(kConfIntsText), QDialogButtonBox::ActionRole);
-    cis->setObjectName(QStringLiteral("cmdCIs"));
-    cis->setAutoDefault(false);
+    const auto add = [&](int text, const char* name) {
+        QPushButton* button = buttons->addButton(Words(text), QDialogButtonBox::ActionRole);
+        button->setObjectName(QString::fromLatin1(name));
+        button->setAutoDefault(false);
+        return button;
+    };
+    connect(add(kPrintText, "cmdPrint"), &QPushButton::clicked, this, &frmParams::printRequested);
+    connect(add(kConfIntsText, "cmdCIs"), &QPushButton::clicked, this, &frmParams::confIntsRequested);
     QPushButton* close = buttons->addButton(Words(kCloseText), QDialogButtonBox::AcceptRole);
     close->setObjectName(QStringLiteral("cmdClose"));
     close->setDefault(true);
-    connect(cis, &QPushButton::clicked, this, &frmParams::confIntsRequested);
     connect(close, &QPushButton::clicked, this, &QWidget::hide);
     layout()->addWidget(buttons);
 }

@@ -29,6 +29,8 @@ public:
 signals:
     /// The button for confidence intervals was pressed.
     void confIntsRequested();
+    /// The button for printing was pressed.
+    void printRequested();
 
 public slots:
     /// The whole report as text.

@@ -227,7 +227,6 @@ TEST_F(Report, RemarksStandUnderTheOtherBlocksWrappedBelowTheirFirstWord)
     EXPECT_EQ(report.AsText().find("Remarks"), std::string::npos);
     const std::string before = report.AsText();
     // Two blanks, "1. " and ten words of six letters end in column 74, " now" in column 78.
-    // blanks.
     report.remarks = {"1. eleven twelve eleven twelve eleven twelve eleven twelve eleven twelve now next",
                       "2. Short."};
     EXPECT_EQ(report.AsText(),

@@ -18,6 +18,49 @@ TEST(Text, PaddingCountsCharactersAndNeverCutsOneInTwo)
     EXPECT_EQ(PadString("\u00E9t\u00E9", 1), "\u00E9");
 }
 
+namespace
+{
+/// Wrapped to `width` bytes, or whatever `fits` makes of it.
+std::vector<std::string> Wrap(const std::string& text, std::size_t width, const std::string& hanging = {})
+{
+    return WrapText(text, hanging, [=](const std::string& line) { return line.size() <= width; });
+}
+using Lines = std::vector<std::string>;
+} // namespace
+
+TEST(Text, ATextThatFitsStaysOnOneLineWithAllItsBlanks)
+{
+    EXPECT_EQ(Wrap("", 5), (Lines{""}));
+    EXPECT_EQ(Wrap(" a  b", 5), (Lines{" a  b"}));
+}
+
+TEST(Text, ALongTextIsPartedAtTheLastBlankThatFitsAndTheBlanksThereGo)
+{
+    EXPECT_EQ(Wrap("aa bb cc", 5), (Lines{"aa bb", "cc"}));
+    EXPECT_EQ(Wrap("aa bb cc", 7), (Lines{"aa bb", "cc"}));
+    EXPECT_EQ(Wrap("aa    bb", 5), (Lines{"aa", "bb"}));
+    EXPECT_EQ(Wrap("aa bb   ", 5), (Lines{"aa bb"}));
+}
+
+TEST(Text, FurtherLinesBeginWithTheHangingWhichTakesRoom)
+{
+    EXPECT_EQ(Wrap("1. aa bb cc dd", 8, "   "), (Lines{"1. aa bb", "   cc dd"}));
+    EXPECT_EQ(Wrap("1. aa bb cc dd", 7, "   "), (Lines{"1. aa", "   bb", "   cc", "   dd"}));
+}
+
+TEST(Text, AWordLongerThanALineIsPartedBetweenCharacters)
+{
+    EXPECT_EQ(Wrap("a /home/fish", 5), (Lines{"a", "/home", "/fish"}));
+    EXPECT_EQ(Wrap("  long", 4), (Lines{"  lo", "ng"})); // the blanks in front are no place to part
+    EXPECT_EQ(Wrap("\u00E9t\u00E9", 4), (Lines{"\u00E9t", "\u00E9"})); // of two bytes each
+}
+
+TEST(Text, WhereNothingFitsEachLineTakesOneCharacter)
+{
+    EXPECT_EQ(Wrap("ab", 0), (Lines{"a", "b"}));
+    EXPECT_EQ(Wrap("\u00E9b", 1), (Lines{"\u00E9", "b"}));
+}
+
 TEST(Text, TrimmingTakesBlanksFromBothEndsOnly)
 {
     EXPECT_EQ(Trim("  a b  "), "a b");

@@ -8,6 +8,7 @@ velt_core_test(data SOURCES
   NewDataSet_test.cpp
   NumberFormat_test.cpp
   PasteBlock_test.cpp
+  PrintData_test.cpp
   ProjectData_test.cpp
   RandomGrid_test.cpp
   ScenarioSheet_test.cpp

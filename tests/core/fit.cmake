@@ -8,6 +8,7 @@ velt_core_test(fit SOURCES
   LimitRemarks_test.cpp
   MinimiserOptions_test.cpp
   ParameterReport_test.cpp
+  PrintParameters_test.cpp
   ProjectFile_test.cpp
   ManagerProjections_test.cpp
   ProjectionStale_test.cpp

@@ -137,7 +137,7 @@ private slots:
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
         for (const char* name :
-             {"mnuPrint", "mnuTextExport", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
+             {"mnuTextExport", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
             QVERIFY2(!session.Entry(name)->isEnabled(), name);
     }
 

@@ -677,7 +677,8 @@ void ViewsTest::TheRightButtonsMenuHoldsZoomPictureAndData()
     QStringList entries;
     for (const QAction* action : window.Plot().actions())
         entries += action->text();
-    QCOMPARE(entries, QStringList({"&Reset Zoom", "&Save Picture As...", "&Copy Picture", "Copy &Data"}));
+    QCOMPARE(entries, QStringList({"&Reset Zoom", "&Save Picture As...", "Print Graph", "&Copy Picture",
+                                   "Copy &Data"}));
 }
 
 void ViewsTest::TheCopiedPictureHasTwiceTheDotsOfTheWindow()
