@@ -16,7 +16,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6}
-MODELS = {"1": "no recruitment", "2": "recruitment index", "3": "constant recruitment", "5": "Schaefer"}
+MODELS = {"1": "no recruitment", "2": "recruitment index", "3": "constant recruitment", "5": "Schaefer", "6": "Pella-Tomlinson"}
 ERRORS = {"1": "least squares", "2": "log", "3": "gamma"}
 
 # What must hold, in nanoseconds, by the name of a benchmark.
@@ -36,6 +36,9 @@ GOALS = {
     **{f"Bootstraps/model:{m}/error:3/periods:30": 1e9 for m in "1235"},
     "Bootstraps/model:5/error:2/periods:30": 22e6,
     "Bootstraps/model:5/error:2/periods:199": 100e6,
+    **{f"DoProjCI/model:{m}/periods:30/future:50/replicates:500": 60e6 for m in "1356"},
+    **{f"DoProjCI/model:{m}/periods:49/future:150/replicates:1000": 1e9 for m in "1356"},
+    **{f"CancelDoProjCI/model:{m}": 100e6 for m in "16"},
     "OpenProject50x1000/real_time": 300e6,
     "SaveProject50x1000/real_time": 300e6,
     "GridRebuild": 50e6,
@@ -64,6 +67,8 @@ def words(name):
     said = [MODELS.get(values["model"])] if "model" in values else []
     said += [ERRORS.get(values["error"])] if "error" in values else []
     said += [values["periods"] + " periods"] if "periods" in values else []
+    said += [values["future"] + " future ones"] if "future" in values else []
+    said += [values["replicates"] + " replicates"] if "replicates" in values else []
     return head, ", ".join(said)
 
 

@@ -49,6 +49,7 @@ void FitCommands::GenerateConfInts()
             {.text = LoadResString(1945), .icon = Icon::Question, .buttons = Buttons::YesNoCancel});
     if (answer == Answer::Yes)
         fits.GenerateBootStraps();
+    m_project.TheRun().window.EnableControls(); // limits of projections can be asked for now
     if (answer != Answer::Cancel && fits.IsBSDone())
         DisplayConfInts();
     m_project.View().KeepResultsInSight();

@@ -43,6 +43,14 @@ QList<qreal> DashesOf(int number)
     }
 }
 
+QCPScatterStyle::ScatterShape SymbolOf(int number)
+{
+    constexpr std::array kShapes{QCPScatterStyle::ssCircle, QCPScatterStyle::ssSquare,
+                                 QCPScatterStyle::ssTriangle, QCPScatterStyle::ssDiamond,
+                                 QCPScatterStyle::ssTriangleInverted};
+    return kShapes.at(static_cast<std::size_t>(number) % kShapes.size());
+}
+
 Look LookOf(const ProjGraph& graph, int line)
 {
     if (graph.IsFit(line))
@@ -50,14 +58,15 @@ Look LookOf(const ProjGraph& graph, int line)
     const int number = line - 1;
     const int colours = static_cast<int>(kScenarios.size());
     const QColor& colour = kScenarios.at(static_cast<std::size_t>(number % colours));
+    const int style = number + number / colours;
     QPen pen = Pen(colour, kLinePoints);
-    if (const QList<qreal> dashes = DashesOf(number + number / colours); !dashes.isEmpty()) {
+    if (const QList<qreal> dashes = DashesOf(style); !dashes.isEmpty()) {
         pen.setDashPattern(dashes);
         pen.setCapStyle(Qt::FlatCap);
     }
     if (graph.NumPoints() > kManyPoints)
         return {pen, QCPScatterStyle(QCPScatterStyle::ssNone)};
-    return {pen, QCPScatterStyle(QCPScatterStyle::ssDisc, colour, Pixels(5.0))};
+    return {pen, QCPScatterStyle(SymbolOf(style), Pen(colour, 1.2), QBrush(Qt::white), Pixels(5.0))};
 }
 
 /// The points of one line that show, with their limits.

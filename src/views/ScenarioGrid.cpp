@@ -25,40 +25,41 @@ public:
     QTableView& ViewOf(int row) override { return row < kHeads ? m_heads : *this; }
 
 protected:
-    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override
+    /// Moves between the two tables, and within the rows that stay in view: to Qt these rows are hidden here.
+    void keyPressEvent(QKeyEvent* event) override
     {
-        const QModelIndex at = currentIndex();
-        const auto beside = [&](int rows, int columns) {
-            const int column =
-                std::clamp(at.column() + columns, ScenarioSheet::kFirstCol, model()->columnCount() - 1);
-            return model()->index(std::clamp(at.row() + rows, 0, model()->rowCount() - 1), column);
-        };
-        const bool inHeads = at.isValid() && at.row() < kHeads;
-        if (action == MoveUp && at.isValid() && at.row() <= kHeads)
-            return beside(-1, 0);
-        if (!inHeads)
-            return GridWidget::moveCursor(action, modifiers);
-        switch (action) {
-        case MoveDown:
-            return beside(1, 0);
-        case MoveLeft:
-        case MovePrevious:
-            return beside(0, -1);
-        case MoveRight:
-        case MoveNext:
-            return beside(0, 1);
-        case MoveHome:
-            return beside(0, -model()->columnCount());
-        case MoveEnd:
-            return beside(0, model()->columnCount());
-        case MovePageDown:
-            return model()->index(kHeads, at.column());
-        default:
-            return at;
-        }
+        const GridSelection at = Selected();
+        const bool inHeads = at.row < kHeads || (at.row == kHeads && event->key() == Qt::Key_Up);
+        const bool plain = event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier;
+        if (!plain || !inHeads || !Walk(event->key(), at))
+            GridWidget::keyPressEvent(event);
     }
 
 private:
+    /// \return whether the key is one that walks
+    bool Walk(int key, const GridSelection& at)
+    {
+        int row = at.row;
+        int col = at.col;
+        if (key == Qt::Key_Up)
+            --row;
+        else if (key == Qt::Key_Down)
+            ++row;
+        else if (key == Qt::Key_Left || key == Qt::Key_Backtab)
+            --col;
+        else if (key == Qt::Key_Right || key == Qt::Key_Tab)
+            ++col;
+        else if (key == Qt::Key_Home)
+            col = ScenarioSheet::kFirstCol;
+        else if (key == Qt::Key_End)
+            col = Cols() - 1;
+        else
+            return false;
+        Select(GridSelection::At(std::clamp(row, 0, Rows() - 1),
+                                 std::clamp(col, ScenarioSheet::kFirstCol, Cols() - 1)));
+        return true;
+    }
+
     QTableView& m_heads;
 };
 
