@@ -162,11 +162,11 @@ void TakeScenarios(clsVeltData& data, const ScenarioFile& file)
     };
     const std::int64_t due = std::int64_t{data.MinTimeP()} + data.NAPoints();
     const std::size_t periods = file.scenarios.front().values.size();
-    if (static_cast<std::size_t>(data.NAPoints()) + periods > ScenarioSheet::kMostPeriods)
+    if (static_cast<std::size_t>(data.NAPoints()) + periods > clsProjScenario::kMostPeriods)
         refuse(file.scenarios.front().line, std::to_string(data.NAPoints()) + " periods of data and " +
                                                 std::to_string(periods) +
                                                 " future periods are too many; together they can be " +
-                                                std::to_string(ScenarioSheet::kMostPeriods) + ".");
+                                                std::to_string(clsProjScenario::kMostPeriods) + ".");
     data.ProjScens() = {};
     data.NumPts(static_cast<std::int32_t>(periods));
     for (const ScenarioFile::Scenario& from : file.scenarios) {

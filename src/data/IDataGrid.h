@@ -62,6 +62,17 @@ public:
 /// Where the keyboard is.
 enum class ActiveControl { Other, Grid, TextBox };
 
+/// The window in which a grid stands, as far as a sheet of cells needs it.
+class IGridWindow
+{
+public:
+    virtual ~IGridWindow() = default;
+    virtual IFlexGrid& FlexGrid() = 0;
+    virtual ITextBox& txtBox() = 0;
+    virtual ActiveControl Active() const = 0;
+    virtual void GridPopUpMenu() = 0;
+};
+
 /// The window that hosts a grid. Columns come before rows in its arguments, as ever.
 class IDataGrid
 {

@@ -7,6 +7,7 @@
 #include "base/Text.h"
 #include "data/NumberFormat.h"
 #include "data/ProjectData.h"
+#include "data/TypedNumber.h"
 
 #include <algorithm>
 #include <optional>
@@ -22,14 +23,7 @@ constexpr int kBadTitle = 1936;
 /// The value as a scenario keeps it, a whole number; nothing for what is none or does not fit.
 std::optional<std::int32_t> KeptValue(const std::string& text)
 {
-    const auto number = number_text::ParseTyped(text);
-    if (!number)
-        return std::nullopt;
-    try {
-        return checked::ToInt32(*number);
-    } catch (const VeltError&) { // beyond 32 bits
-        return std::nullopt;
-    }
+    return TypedNumber(text, checked::ToInt32);
 }
 
 std::string Shown(double value)
@@ -84,7 +78,8 @@ bool ScenarioSheet::IsOutOfStep() const
 
 int ScenarioSheet::Rows() const
 {
-    return kFirstDataRow + (m_data ? std::max(m_points, kMostPeriods - m_data->NAPoints()) : 0);
+    return kFirstDataRow +
+           (m_data ? std::max(m_points, clsProjScenario::kMostPeriods - m_data->NAPoints()) : 0);
 }
 
 int ScenarioSheet::Cols() const
@@ -175,7 +170,7 @@ bool ScenarioSheet::MoreScenarios()
 /// \return false when there is no room
 bool ScenarioSheet::MorePoints()
 {
-    if (m_data->NAPoints() + m_points >= kMostPeriods)
+    if (m_data->NAPoints() + m_points >= clsProjScenario::kMostPeriods)
         return false;
     m_data->NumPts(++m_points);
     for (int col = kFirstCol; IsScenario(col); ++col) {
@@ -200,8 +195,9 @@ void ScenarioSheet::AddRow()
 {
     if (!MorePoints()) {
         m_user.Show({.text = "With " + std::to_string(m_data->NAPoints()) + " periods of data there can be " +
-                             std::to_string(std::max(0, kMostPeriods - m_data->NAPoints())) +
-                             " future periods: together they can be " + std::to_string(kMostPeriods) + "."});
+                             std::to_string(std::max(0, clsProjScenario::kMostPeriods - m_data->NAPoints())) +
+                             " future periods: together they can be " +
+                             std::to_string(clsProjScenario::kMostPeriods) + "."});
         return;
     }
     m_window.Changed();
@@ -324,12 +320,7 @@ bool ScenarioSheet::IsValidData()
     }
     if (KeptValue(text))
         return true;
-    const bool isNumber = number_text::ParseTyped(text).has_value();
-    m_user.Show({.text = std::string("Data must be numeric.") +
-                         (isNumber ? "\n\nThe value is too large: scenarios hold whole numbers up to "
-                                     "2147483647."
-                          : text.find(',') != std::string::npos ? "\n\nThe decimal sign is a point."
-                                                                : "")});
+    m_user.Show({.text = RefusalOfNumber(text, "scenarios hold whole numbers up to 2147483647.")});
     return false;
 }
 

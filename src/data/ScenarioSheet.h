@@ -24,18 +24,11 @@ public:
     static constexpr int kTimeCol = 0;
     static constexpr int kFirstCol = 1;
     static constexpr int kMostScenarios = 25;
-    /// Periods of the data and future ones together: the state behind the last has the 200th place.
-    static constexpr int kMostPeriods = clsVeltData::kRows - 1;
 
     /// The window around the sheet.
-    class IWindow
+    class IWindow : public IGridWindow
     {
     public:
-        virtual ~IWindow() = default;
-        virtual IFlexGrid& FlexGrid() = 0;
-        virtual ITextBox& txtBox() = 0;
-        virtual ActiveControl Active() const = 0;
-        virtual void GridPopUpMenu() = 0;
         /// The cell that is edited, from which a text goes its way.
         virtual GridSelection Edited() const = 0;
         /// Scenarios, periods or values are others than before.

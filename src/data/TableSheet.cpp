@@ -6,6 +6,7 @@
 #include "base/StringTable.h"
 #include "data/GridTitle.h"
 #include "data/NumberFormat.h"
+#include "data/TypedNumber.h"
 
 #include <algorithm>
 #include <bit>
@@ -20,14 +21,7 @@ constexpr int kIncludeTitle = 1878;
 /// The number as a cell stores it; nothing for what is none, or does not fit.
 std::optional<float> CellValue(const std::string& text)
 {
-    const auto number = number_text::ParseTyped(text);
-    if (!number)
-        return std::nullopt;
-    try {
-        return checked::ToFloat(*number);
-    } catch (const VeltError&) { // beyond 32 bits
-        return std::nullopt;
-    }
+    return TypedNumber(text, checked::ToFloat);
 }
 
 std::uint32_t BitsOf(float value)
@@ -154,12 +148,7 @@ bool TableSheet::IsValidData()
     const std::string text = txtBox().Text();
     if (CellValue(text))
         return true;
-    const bool isNumber = number_text::ParseTyped(text).has_value();
-    const bool hasComma = text.find(',') != std::string::npos;
-    m_user.Show({.text = std::string("Data must be numeric.") +
-                         (isNumber   ? "\n\nThe value is too large: a cell holds numbers up to 3.4E+38."
-                          : hasComma ? "\n\nThe decimal sign is a point."
-                                     : "")});
+    m_user.Show({.text = RefusalOfNumber(text, "a cell holds numbers up to 3.4E+38.")});
     return false;
 }
 

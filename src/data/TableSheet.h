@@ -31,14 +31,9 @@ public:
     };
 
     /// The window around the sheet.
-    class IWindow
+    class IWindow : public IGridWindow
     {
     public:
-        virtual ~IWindow() = default;
-        virtual IFlexGrid& FlexGrid() = 0;
-        virtual ITextBox& txtBox() = 0;
-        virtual ActiveControl Active() const = 0;
-        virtual void GridPopUpMenu() = 0;
         /// The data set, once in `before`, was changed by what the user knows as `what`.
         virtual void Changed(const std::string& what, const State& before) = 0;
     };

@@ -25,6 +25,9 @@ class clsProjScenario
 {
 public:
     static constexpr int kPoints = 201;
+    /// Periods of the data and future ones together: the state behind the last has the 200th place of a
+    /// series.
+    static constexpr int kMostPeriods = 199;
     static constexpr std::size_t kTitleWidth =
         30; ///< characters by which titles differ, and that a save keeps
 

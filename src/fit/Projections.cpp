@@ -135,10 +135,10 @@ std::optional<std::string> projections::Refusal(const IMethod& method, const cls
     if (data.NumPts() < 1)
         return "The scenarios have no future periods. Add rows in Set Up Scenarios.";
     const std::int64_t together = std::int64_t{data.NAPoints()} + data.NumPts();
-    if (together > FuturePeriods::kMost)
+    if (together > clsProjScenario::kMostPeriods)
         return std::to_string(data.NAPoints()) + " periods of data and " + std::to_string(data.NumPts()) +
                " future periods are " + std::to_string(together) + "; together they can be " +
-               std::to_string(FuturePeriods::kMost) + ". Delete rows in Set Up Scenarios.";
+               std::to_string(clsProjScenario::kMostPeriods) + ". Delete rows in Set Up Scenarios.";
     return std::nullopt;
 }
 

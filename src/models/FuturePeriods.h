@@ -15,10 +15,8 @@
 class FuturePeriods
 {
 public:
-    /// Data and future periods together that leave room for the state behind the last one.
-    static constexpr int kMost = clsVeltData::kRows - 1;
-
-    /// `state` must outlive it. \pre the periods of the data and `periods` are at most kMost together
+    /// `state` must outlive it. \pre the periods of the data and `periods` are at most
+    /// clsProjScenario::kMostPeriods together
     FuturePeriods(ModelState& state, int periods);
     ~FuturePeriods();
     FuturePeriods(const FuturePeriods&) = delete;
