@@ -15,9 +15,9 @@ struct ProjectionBench : BenchModel {
         method->CalcCPUEVectors();
         bench.run.globals.settings.NumBootStraps = replicates;
         method->CalcBootStraps();
-        AddScenario(data, "Effort", vec_type::kEffort,
-                    std::vector<double>(static_cast<std::size_t>(future),
-                                        static_cast<double>(data.Effort(periods))));
+        AddScenario(
+            data, "Effort", vec_type::kEffort,
+            std::vector<double>(static_cast<std::size_t>(future), static_cast<double>(data.Effort(periods))));
     }
     void Project()
     {
