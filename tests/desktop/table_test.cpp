@@ -36,7 +36,7 @@ struct Editing : Session {
         New(rows, present);
         Activate();
     }
-    QLineEdit* Box() { return window.findChild<QLineEdit*>("txtEdit"); }
+    QLineEdit* Box() { return window.findChild<DataGridView*>()->findChild<QLineEdit*>("txtEdit"); }
     QPoint Middle(int row, int col)
     {
         return Grid().visualRect(Grid().model()->index(row - 1, col)).center();
@@ -540,7 +540,7 @@ private slots:
         QCOMPARE(s.user.messages.size(), std::size_t{1});
         QVERIFY(s.user.Saw("You must be in Edit Mode to Edit Data"));
         QCOMPARE(s.user.messages.back().icon, Icon::Exclamation);
-        QVERIFY(!s.window.findChild<QLineEdit*>("txtEdit")->isVisible());
+        QVERIFY(!s.Box()->isVisible());
         QTest::mouseDClick(s.Grid().viewport(), Qt::LeftButton, Qt::NoModifier,
                            s.Grid().visualRect(s.Grid().model()->index(0, kA)).center());
         QCOMPARE(s.user.messages.size(), std::size_t{2});
