@@ -183,6 +183,12 @@ public:
     /// read; otherwise as ImportText. The data set is as new after every failure.
     void ImportASCIIFile(const std::string& path, IImportQuestions& questions);
 
+    /// Reads a project of version 2.0, as ImportLegacy does with its bytes. `goesOn` answers whether a file
+    /// without description is imported all the same. \throws FileError the file cannot be read; otherwise as
+    /// ImportLegacy. The data set is as new after every failure.
+    void ImportVELT2File(
+        const std::string& path, const std::function<bool()>& goesOn = [] { return true; });
+
     int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 
     Run& TheRun() const { return m_run; }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FileCommands.h"
 
-#include "base/FileType.h"
 #include "base/Paths.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
@@ -74,7 +73,8 @@ void FileCommands::Open()
         return;
     Drop();
     const auto path = TheRun().user.AskFileToOpen(
-        {.filter = "Projects and tables (*.vl3 *.txt);;Velt 3.0 (*.vl3);;Text (*.txt)"});
+        {.filter = "Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                   "Text (*.txt)"});
     if (path)
         Load(*path);
 }
@@ -110,12 +110,10 @@ void FileCommands::Load(const std::string& path)
     FileType type = GetFileType(path);
     if (!CheckFileAccess(path, FileAccess::Read, TheRun().reporter))
         type = FileType::NotRecognised;
-    if (type == FileType::Text)
-        Import(path);
+    if (type == FileType::Text || type == FileType::Velt2)
+        Import(path, type);
     else if (type == FileType::Velt3)
         OpenVelt3(path);
-    else if (type == FileType::Velt2)
-        TheRun().reporter.Show({.text = "This version cannot open projects of version 2.0 yet."});
     else
         TheRun().reporter.Show({.text = LoadResString(60)});
     TheRun().window.StatusText(TheRun().globals.Ready);
@@ -124,9 +122,11 @@ void FileCommands::Load(const std::string& path)
 
 /// A failed import leaves an empty data set, which is shown as it is: it explains itself. One that succeeded
 /// becomes a project before work begins.
-void FileCommands::Import(const std::string& path)
+void FileCommands::Import(const std::string& path, FileType type)
 {
-    const bool imported = m_project.Fits().ImportASCIIFile(path);
+    clsMethManager& manager = m_project.Fits();
+    const bool imported =
+        type == FileType::Velt2 ? manager.ImportVELT2File(path) : manager.ImportASCIIFile(path);
     TheRun().window.SetUpDataGrid();
     if (!imported)
         return;

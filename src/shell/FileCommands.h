@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/FileType.h"
 #include "shell/OpenProject.h"
 
 #include <string>
@@ -33,7 +34,7 @@ private:
     void Drop();
     void Load(const std::string& path);
     void OpenVelt3(const std::string& path);
-    void Import(const std::string& path);
+    void Import(const std::string& path, FileType type);
     void ShowProject(const std::optional<VeltError>& failedConversion);
     bool Says(const std::string& question) const;
     Run& TheRun() const { return m_project.TheRun(); }

@@ -4,6 +4,7 @@ velt_core_test(fit SOURCES
   FailureHints_test.cpp
   FitLog_test.cpp
   ImportASCIIFile_test.cpp
+  ImportVELT2File_test.cpp
   InputParams_test.cpp
   LimitRemarks_test.cpp
   MinimiserOptions_test.cpp
