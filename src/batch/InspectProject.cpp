@@ -53,6 +53,8 @@ struct Opened {
 Opened Open(const std::string& path)
 {
     Opened opened{BytesOf(path), {}};
+    if (GetFileType(path) == FileType::Velt2)
+        Refuse(path, "this is a project of version 2.0; velt-batch convert makes one of this version of it.");
     if (GetFileType(path) != FileType::Velt3)
         Refuse(path, "this is no project of version 3.0.");
     try {

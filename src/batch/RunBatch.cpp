@@ -11,6 +11,7 @@
 #include "batch/BatchUser.h"
 #include "batch/BatchWindow.h"
 #include "batch/CommandLine.h"
+#include "batch/ConvertProject.h"
 #include "batch/FitTables.h"
 #include "batch/InspectProject.h"
 #include "batch/ReadData.h"
@@ -209,7 +210,9 @@ int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::
     try {
         const std::optional<FitRequest> request = ParseCommandLine(arguments, out);
         json = request && request->json;
-        if (request && request->inspection)
+        if (request && request->conversion)
+            Print(ConvertProject(*request, err), out);
+        else if (request && request->inspection)
             Print(request->inspection->asJson ? DumpOf(request->inspection->file)
                                               : InfoOf(request->inspection->file),
                   out);
