@@ -335,14 +335,26 @@ void TakeLog(const TypedOptions& typed, FitRequest& request)
     request.logAs = typed.logAs;
 }
 
-FitRequest RequestOf(const TypedOptions& typed)
+/// The commands that make a file out of another.
+bool TakeMaking(const TypedOptions& typed, FitRequest& request)
 {
-    FitRequest request;
     if (!typed.convert.empty()) {
         RefuseUnlessProject("convert: the project to write", typed.convertTo);
         request.conversion = FitRequest::Making{typed.convert, typed.convertTo, typed.force};
-        return request;
     }
+    if (!typed.exported.empty()) {
+        if (!ToUpper(typed.text).ends_with(".TXT")) // under another name it could not be opened again
+            Refuse("--text ends in .txt, unlike " + Quoted(typed.text) + ".");
+        request.textExport = FitRequest::Making{typed.exported, typed.text, typed.force};
+    }
+    return request.conversion || request.textExport;
+}
+
+FitRequest RequestOf(const TypedOptions& typed)
+{
+    FitRequest request;
+    if (TakeMaking(typed, request))
+        return request;
     if (!typed.info.empty() || !typed.dump.empty()) {
         request.inspection =
             FitRequest::Inspection{typed.info.empty() ? typed.dump : typed.info, typed.dumpJson};

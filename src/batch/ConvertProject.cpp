@@ -11,6 +11,7 @@
 #include "batch/BatchWindow.h"
 #include "batch/InspectProject.h"
 #include "batch/NewFile.h"
+#include "batch/ProjectBytes.h"
 #include "data/clsVeltData.h"
 #include "engines/RandomSource.h"
 #include "files/ScratchFolder.h"
@@ -22,23 +23,19 @@ namespace
 {
 void Import(clsVeltData& data, const std::string& path)
 {
-    const auto refuse = [&path](const std::string& why) {
-        throw BatchFailure(ExitStatus::BadData, Quotable(path) + ": " + why);
-    };
     try {
         data.ImportVELT2File(path);
     } catch (const FileError& error) {
-        refuse(error.description + (error.reason.empty() ? "" : "\n" + error.reason));
+        RefuseFile(path, error.description + (error.reason.empty() ? "" : "\n" + error.reason));
     } catch (const VeltError& error) {
-        refuse(LoadResString(1301) + "\n" + error.description);
+        RefuseFile(path, LoadResString(1301) + "\n" + error.description);
     }
 }
 
 void Save(clsVeltData& data, const std::string& path)
 {
     if (ScratchFolder::IsOpenElsewhere(path))
-        throw BatchFailure(ExitStatus::BadData,
-                           Quotable(path) + ": another VELT on this computer has this project open.");
+        RefuseFile(path, "another VELT on this computer has this project open.");
     const SignalHold hold; // a working copy must not be left behind
     try {
         data.DSFName(std::filesystem::absolute(path).string());

@@ -34,6 +34,7 @@ struct FitRequest {
         bool replaces = false; ///< a file of that name
     };
     std::optional<Making> conversion; ///< of a project of version 2.0
+    std::optional<Making> textExport; ///< of the table of a project
 
     std::string file;
     std::string project; ///< where the fit is logged

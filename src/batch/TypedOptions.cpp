@@ -61,6 +61,14 @@ void DefineConvert(CLI::App& app, TypedOptions& typed)
     convert->add_flag("--force", typed.force, "Replaces a project of that name");
 }
 
+void DefineExport(CLI::App& app, TypedOptions& typed)
+{
+    CLI::App* exporting = app.add_subcommand("export", "Writes the table of a project as text");
+    exporting->add_option("file", typed.exported, "Project (.vl3)")->required();
+    exporting->add_option("--text", typed.text, "Text file to write (.txt)")->type_name("FILE")->required();
+    exporting->add_flag("--force", typed.force, "Replaces a file of that name");
+}
+
 /// An empty text stands for an option that was not given; one that was given as such is a slip, as of a
 /// script whose variable is not set.
 void RefuseEmptyValues(const CLI::App& command)
@@ -86,6 +94,7 @@ std::optional<TypedOptions> ReadOptions(std::vector<std::string> arguments, std:
     dump->add_option("file", typed.dump, "Project (.vl3)")->required();
     dump->add_flag("--json", typed.dumpJson, "as one JSON object")->required();
     DefineConvert(app, typed);
+    DefineExport(app, typed);
     std::reverse(arguments.begin(), arguments.end()); // the library takes them from the back
     try {
         app.parse(std::move(arguments));

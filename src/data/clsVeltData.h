@@ -7,6 +7,7 @@
 #include "data/KeyedList.h"
 #include "data/clsFit.h"
 #include "data/clsProjScenario.h"
+#include "files/WholeFile.h"
 
 #include <array>
 #include <cstdint>
@@ -188,6 +189,10 @@ public:
     /// ImportLegacy. The data set is as new after every failure.
     void ImportVELT2File(
         const std::string& path, const std::function<bool()>& goesOn = [] { return true; });
+
+    /// Writes the table as text, as TextOf makes it; what stood under the name stays until the new file is
+    /// whole. \throws WriteError, VeltError as TextOf
+    void ExportToASCIIFile(const std::string& path, const FileCalls& calls = SystemFileCalls()) const;
 
     int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 

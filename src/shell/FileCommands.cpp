@@ -5,19 +5,21 @@
 #include "base/StringTable.h"
 #include "base/Text.h"
 #include "data/NewDataSet.h"
+#include "fit/ExportToASCIIFile.h"
 
 #include <filesystem>
 
 namespace
 {
 constexpr const char* kProjectEnding = ".VL3";
+constexpr const char* kTextEnding = ".txt";
 
-/// The name that Save As offers for a data set that came from `path`.
-std::string SuggestionFor(const std::string& path)
+/// The name with this ending that is offered for what is written of a data set that came from `path`.
+std::string SuggestionFor(const std::string& path, const char* ending)
 {
     if (path.empty())
         return {};
-    const std::string name = GetBaseName(path) + kProjectEnding;
+    const std::string name = GetBaseName(path) + ending;
     return (std::filesystem::path(path).parent_path() / name).string();
 }
 } // namespace
@@ -182,7 +184,7 @@ bool FileCommands::SaveAs()
     const std::string before = m_project.Data().DSFName();
     auto path = TheRun().user.AskFileToSave({.filter = "VELT3 (*.vl3)",
                                              .title = "Save As",
-                                             .suggestion = SuggestionFor(before),
+                                             .suggestion = SuggestionFor(before, kProjectEnding),
                                              .ending = "vl3"});
     if (!path)
         return false;
@@ -203,6 +205,23 @@ bool FileCommands::SaveAs()
         m_project.Data().DSFName(before);
         throw;
     }
+}
+
+void FileCommands::TextExport()
+{
+    auto path =
+        TheRun().user.AskFileToSave({.filter = "ASCII Text (*.txt)",
+                                     .title = "Text Export",
+                                     .suggestion = SuggestionFor(m_project.Data().DSFName(), kTextEnding),
+                                     .ending = "txt"});
+    if (!path)
+        return;
+    if (GetFileType(*path) != FileType::Text) { // under another name it could not be opened again
+        *path += kTextEnding;
+        if (!CheckFileAccess(*path, FileAccess::Write, TheRun().reporter))
+            return;
+    }
+    ExportToASCIIFile(m_project.Data(), *path);
 }
 
 void FileCommands::OfferLeftovers()

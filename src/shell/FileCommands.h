@@ -23,6 +23,8 @@ public:
     bool Save();
     bool SaveAs();
     void Close();
+    /// Writes the table as a text file under a name that is asked for.
+    void TextExport();
     /// Whether the program may end: changes are saved, or the user lets them go.
     bool MayExit() { return MayLose(); }
     /// Offers what a crash left behind. Yes opens it, No removes it, Cancel leaves it for the next start.

@@ -31,7 +31,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
                            {"mnuSaveAs", 6, true, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
                            separator,
                            {"mnuPrint", 8, false},
-                           {"mnuTextExport", 9, false},
+                           {"mnuTextExport", 9, true},
                            separator,
                            {"mnuClose", 12, true, QKeySequence::Close},
                            {"mnuExit", 13, true, QKeySequence::Quit}});
@@ -123,6 +123,7 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuOpen", state.file && state.open},
                                           {"mnuSave", state.file && state.save},
                                           {"mnuSaveAs", state.file && state.saveAs},
+                                          {"mnuTextExport", state.file && state.textExport},
                                           {"mnuClose", state.file && state.close},
                                           {"mnuEditMode", state.editMode},
                                           {"mnuFileDescription", state.fileDescription},

@@ -67,6 +67,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuOpen", [this] { m_files.Open(); }},
                  {"mnuSave", [this] { m_files.Save(); }},
                  {"mnuSaveAs", [this] { m_files.SaveAs(); }},
+                 {"mnuTextExport", [this] { m_files.TextExport(); }},
                  {"mnuClose", [this] { m_files.Close(); }},
                  {"mnuEditMode", [this] { m_edit->SwitchEditMode(); }},
                  {"mnuUndo", [this] { m_edit->Steps().undo(); }},

@@ -323,7 +323,7 @@ TEST(CommandLine, EveryOptionOfTheHelpStandsInTheManual)
     ASSERT_FALSE(manual.empty());
 
     std::string help;
-    for (const char* command : {"fit", "dump", "convert"})
+    for (const char* command : {"fit", "dump", "convert", "export"})
         help += RunJob({command, "--help"}).out;
     const std::regex option("--[a-z][a-z-]*");
     for (auto match = std::sregex_iterator(help.begin(), help.end(), option); match != std::sregex_iterator();

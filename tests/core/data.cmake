@@ -3,6 +3,7 @@ find_package(nlohmann_json REQUIRED)
 velt_core_test(data SOURCES
   ColumnConversions_test.cpp
   DataTable_test.cpp
+  ExportText_test.cpp
   FormatsDocument_test.cpp
   ImportLegacy_test.cpp
   ImportText_test.cpp

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 velt_core_test(fit SOURCES
   DataRemarks_test.cpp
+  ExportToASCIIFile_test.cpp
   FailureHints_test.cpp
   FitLog_test.cpp
   ImportASCIIFile_test.cpp

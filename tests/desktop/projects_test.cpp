@@ -181,6 +181,95 @@ private slots:
         QVERIFY(!s.window.FileOpen());
     }
 
+    void TextExportAsksForANameAndWritesTheTable()
+    {
+        Saved s;
+        const QByteArray project = s.Bytes();
+        s.user.filesToSave = {s.Path("table.txt")};
+        s.Entry("mnuTextExport")->trigger();
+        const FileQuestion& asked = s.user.saveQuestions.back();
+        QCOMPARE(QString::fromStdString(asked.filter), QString("ASCII Text (*.txt)"));
+        QCOMPARE(QString::fromStdString(asked.title), QString("Text Export"));
+        QCOMPARE(QString::fromStdString(asked.suggestion), QString::fromStdString(s.Path("stock.txt")));
+        QCOMPARE(QString::fromStdString(asked.ending), QString("txt"));
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("File Exported Successfully to ASCII file " + s.Path("table.txt")));
+        const QByteArray text = s.Bytes("table.txt");
+        QVERIFY(text.startsWith("Constant recruitment, 25 years\r\nTime\t"));
+        QCOMPARE(text.count("\r\n"), 27);
+        QCOMPARE(s.Bytes(), project); // the project and its state are as they were
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
+    }
+
+    void ATextExportIsImportedAgainAsTheSameTable()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("table.txt"), s.Path("again.vl3")};
+        s.Entry("mnuTextExport")->trigger();
+        const clsVeltData before = s.window.objData();
+        s.user.onAsciiWizard = [&](AsciiWizard& wizard) {
+            wizard.ChooseTiming(1);
+            wizard.Next();
+            for (int i = 2; i <= wizard.TextColumns(); ++i)
+                for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
+                    if (wizard.collFlexHeadings[static_cast<std::size_t>(i - 1)] ==
+                        before.TheRun().globals.ColumnFileNames(column))
+                        wizard.Assign(i, column);
+            wizard.Finish();
+            return true;
+        };
+        s.window.OpenPath(QString::fromStdString(s.Path("table.txt")));
+        const clsVeltData& after = s.window.objData();
+        QCOMPARE(after.DSFName(), s.Path("again.vl3"));
+        QCOMPARE(after.DSDesc(), before.DSDesc());
+        QCOMPARE(after.MinTimeP(), before.MinTimeP());
+        QCOMPARE(after.TimeInts(), before.TimeInts());
+        for (int column = columns::kFirst; column <= columns::kLastUser; ++column) {
+            QCOMPARE(after.ColPresent(column), before.ColPresent(column));
+            for (int row = 1; row <= before.TimeInts(); ++row)
+                QCOMPARE(after.DB(column, row), before.DB(column, row));
+        }
+    }
+
+    void ACancelledTextExportWritesNothingAndANameWithoutTheEndingGetsIt()
+    {
+        Saved s;
+        s.Entry("mnuTextExport")->trigger(); // no name is given
+        QVERIFY(s.user.messages.empty());
+        s.user.filesToSave = {s.Path("stock.vl3")}; // it must not replace the project
+        s.Entry("mnuTextExport")->trigger();
+        QVERIFY(s.Bytes().contains("ORVO"));
+        QVERIFY(s.Bytes("stock.vl3.txt").startsWith("Constant recruitment"));
+        s.user.messages.clear();
+        s.user.answers = {Answer::Cancel};
+        s.user.filesToSave = {s.Path("stock.vl3")}; // and is asked about once that stands there
+        s.Entry("mnuTextExport")->trigger();
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("already exists"));
+    }
+
+    void ATextExportThatFailsIsAFileErrorAndTheWindowStaysUsable()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("missing/table.txt")};
+        s.user.answers = {Answer::Cancel};
+        s.Entry("mnuTextExport")->trigger();
+        QVERIFY(s.user.Saw("That path doesn't exist."));
+        QCOMPARE(QString::fromStdString(s.user.messages.back().title), QString("File Error"));
+        QVERIFY(s.Entry("mnuTextExport")->isEnabled());
+    }
+
+    void TextExportNeedsADataSetAndIsGreyInEditMode()
+    {
+        Session empty;
+        QVERIFY(!empty.Entry("mnuTextExport")->isEnabled());
+        Saved s;
+        QVERIFY(s.Entry("mnuTextExport")->isEnabled());
+        s.Entry("mnuEditMode")->trigger();
+        QVERIFY(!s.Entry("mnuTextExport")->isEnabled());
+    }
+
     void SavingWritesTheChangeAndOpeningBringsItBack()
     {
         Saved s;

@@ -136,8 +136,7 @@ private slots:
         session.Open();
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
-        for (const char* name :
-             {"mnuPrint", "mnuTextExport", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
+        for (const char* name : {"mnuPrint", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
             QVERIFY2(!session.Entry(name)->isEnabled(), name);
     }
 

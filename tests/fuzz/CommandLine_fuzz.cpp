@@ -65,7 +65,10 @@ bool IsCheckedAsOther(const FitRequest& request)
     if (request.conversion)
         Demand(!request.conversion->from.empty() && IsProjectName(request.conversion->to),
                "a project is made under a project's name");
-    return request.inspection || request.conversion;
+    if (request.textExport)
+        Demand(!request.textExport->from.empty() && GetFileType(request.textExport->to) == FileType::Text,
+               "text is exported under a text file's name");
+    return request.inspection || request.conversion || request.textExport;
 }
 
 void Check(const FitRequest& request)
