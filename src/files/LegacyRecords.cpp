@@ -113,7 +113,7 @@ ScenarioRecord ReadScenario(BoundedReader& in)
     return scenario;
 }
 
-void ReadScenarios(BoundedReader& in, std::int64_t fileSize, Project& project)
+void ReadProjections(BoundedReader& in, std::int64_t fileSize, Project& project)
 {
     in.Seek(kScenarioDirectory, "directory of scenarios");
     std::array<Entry, kScenarioEntries> entries;
@@ -139,7 +139,7 @@ Project ReadProject(std::string_view file)
     Project project;
     ReadHeader(in, project);
     ReadColumns(in, size, project);
-    ReadScenarios(in, size, project);
+    ReadProjections(in, size, project);
     return project;
 }
 

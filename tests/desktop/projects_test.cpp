@@ -119,6 +119,9 @@ private slots:
         s.user.files = {kLegacySample};
         s.Entry("mnuOpen")->trigger();
         QVERIFY(s.user.messages.empty());
+        QCOMPARE(QString::fromStdString(s.user.openQuestions.back().filter),
+                 QString("Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                         "Text (*.txt)"));
         QVERIFY(s.window.FileOpen());
         QVERIFY(!s.Dirty());
         QCOMPARE(QString::fromStdString(s.user.saveQuestions.back().suggestion),
