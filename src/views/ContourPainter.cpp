@@ -282,8 +282,6 @@ QString ContourPainter::PathLayer()
 void ContourPainter::Surface(const ContourSurface& surface)
 {
     m_marks.clear();
-    m_last.reset();
-    m_pathPoints = 0;
     Prepare(m_plot, QString::fromStdString(surface.title), QString::fromStdString(surface.xName),
             QString::fromStdString(surface.yName));
     SetTicks(*m_plot.xAxis, NumberKind::Real);
@@ -292,7 +290,6 @@ void ContourPainter::Surface(const ContourSurface& surface)
     m_plot.yAxis->setRange(SpanOf(surface.y));
     for (QCPAxis* axis : {m_plot.xAxis, m_plot.yAxis})
         axis->grid()->setVisible(false); // the contours are lines enough
-    m_start = 0;
     m_path = nullptr;
     AddColours(surface);
     AddInvalid(surface);
@@ -383,30 +380,34 @@ void ContourPainter::BeginPath(int start)
     m_path->setLayer(PathLayer());
     m_pathPoints = 0;
     m_last.reset();
+    m_pen.reset();
 }
 
-bool ContourPainter::IsLeap(const ContourStep& step) const
+/// To where the pen goes next; across a leap it is lifted.
+void ContourPainter::LineTo(const QPointF& place)
 {
     constexpr double kFar = 0.3; // of an axis
-    return std::abs(step.toX - step.fromX) > kFar * m_plot.xAxis->range().size() ||
-           std::abs(step.toY - step.fromY) > kFar * m_plot.yAxis->range().size();
+    const bool leap = m_pen && (std::abs(place.x() - m_pen->x()) > kFar * m_plot.xAxis->range().size() ||
+                                std::abs(place.y() - m_pen->y()) > kFar * m_plot.yAxis->range().size());
+    if (leap)
+        m_path->addData(m_pathPoints++, kNaN, kNaN);
+    m_path->addData(m_pathPoints++, place.x(), place.y());
+    m_pen = place;
 }
 
 bool ContourPainter::Step(const ContourStep& step)
 {
     if (!std::isfinite(step.fromX + step.fromY + step.toX + step.toY))
         return false;
-    const bool unmarked = m_path == nullptr;
-    if (unmarked)
+    if (!m_path) { // a path without a mark at its start
         BeginPath(1);
-    const auto add = [&](double x, double y) { m_path->addData(m_pathPoints++, x, y); };
-    const bool goesOn = m_last && m_last->toX == step.fromX && m_last->toY == step.fromY;
-    const bool parted = IsLeap(step) || (!goesOn && m_last);
-    if (parted && m_pathPoints > 0)
-        add(kNaN, kNaN); // lifts the pen
-    if (!goesOn && !IsLeap(step) && (m_last || unmarked))
-        add(step.fromX, step.fromY);
-    add(step.toX, step.toY);
+        LineTo({step.fromX, step.fromY});
+    } else if (m_last && (m_last->toX != step.fromX || m_last->toY != step.fromY)) {
+        m_path->addData(m_pathPoints++, kNaN, kNaN); // it goes on elsewhere
+        m_pen.reset();
+        LineTo({step.fromX, step.fromY});
+    }
+    LineTo({step.toX, step.toY});
     m_last = step;
     return false;
 }
@@ -432,7 +433,7 @@ bool ContourPainter::Mark(const ContourMarkAt& mark)
     const bool isNew = !m_marks.contains(mark.kind);
     if (mark.kind != ContourMark::Final) { // the first step of a path comes from where the one before ended
         BeginPath(static_cast<int>(mark.kind));
-        m_path->addData(m_pathPoints++, mark.x, mark.y);
+        LineTo({mark.x, mark.y});
     }
     SeriesOf(mark.kind).addData(mark.x, mark.y);
     return Reach(mark.x, mark.y) || isNew;

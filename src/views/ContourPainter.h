@@ -4,6 +4,7 @@
 #include "graphs/VELT_ContourPlot.h"
 
 #include <QByteArray>
+#include <QPointF>
 #include <QString>
 
 #include <map>
@@ -52,12 +53,12 @@ private:
     void BeginPath(int start);
     QCPGraph& SeriesOf(ContourMark kind);
     bool Reach(double x, double y) const;
-    bool IsLeap(const ContourStep& step) const;
+    void LineTo(const QPointF& place);
 
     QCustomPlot& m_plot;
     QCPCurve* m_path = nullptr; ///< of the present start; each has one of its own
-    int m_start = 0;            ///< number of the present start; 0 before the first mark
     std::optional<ContourStep> m_last;
+    std::optional<QPointF> m_pen; ///< where it stands
     int m_pathPoints = 0;
     std::map<ContourMark, QCPGraph*> m_marks;
 };
