@@ -49,6 +49,11 @@ bool IsProjectName(const std::string& path)
     return ToUpper(path).ends_with(".VL3");
 }
 
+bool IsLegacyName(const std::string& path)
+{
+    return ToUpper(path).ends_with(".VL2");
+}
+
 bool CheckFileAccess(const std::string& path, FileAccess mode, ErrorReporter& reporter)
 {
     std::error_code ignored;

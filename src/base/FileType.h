@@ -27,6 +27,8 @@ FileType GetFileType(const std::string& path);
 
 /// Whether `path` is named as a project, with ".vl3" in any case of letters.
 bool IsProjectName(const std::string& path);
+/// The same of a project of version 2.0, with ".vl2".
+bool IsLegacyName(const std::string& path);
 
 /// Ways of asking for a file.
 enum class FileAccess { Write = 1, Read = 2, Other4 = 4, Other5 = 5 };

@@ -18,6 +18,7 @@ inline constexpr std::uint32_t kWriteObj = 2254;
 inline constexpr std::uint32_t kImportNoDescription = 2255;
 inline constexpr std::uint32_t kImportColumns = 2256;
 inline constexpr std::uint32_t kImportData = 2257;
+inline constexpr std::uint32_t kLegacyFile = 2258;
 inline constexpr std::uint32_t kMinimisationFailed = 2261;
 inline constexpr std::uint32_t kContoursFailed = 2262;
 inline constexpr std::uint32_t kUserCancelled = 2263;

@@ -13,7 +13,7 @@ public:
     void Show(const ContourSurface& surface) override { m_record->surface = surface; }
     bool PlotPoint(ContourMark kind, double x, double y) override
     {
-        m_record->marks.push_back({kind, x, y});
+        m_record->marks.push_back({kind, x, y, m_record->path.size()});
         return true;
     }
     bool PlotStep(double fromX, double fromY, double toX, double toY) override

@@ -143,6 +143,9 @@ void TakeData(const TypedOptions& typed, FitRequest& request)
         Refuse("The data come through exactly one of --data and --csv-data.");
     request.commaSeparated = typed.data.empty();
     request.file = request.commaSeparated ? typed.csvData : typed.data;
+    if (IsLegacyName(request.file))
+        Refuse(
+            "A project of version 2.0 is fitted once velt-batch convert has made one of this version of it.");
     request.isProject = !request.commaSeparated && IsProjectName(request.file);
     if (request.isProject) {
         if (!typed.timeColumn.empty() || !typed.columns.empty())
@@ -322,6 +325,12 @@ void TakeProjections(const TypedOptions& typed, FitRequest& request)
     request.projectCi = typed.projectCi;
 }
 
+void RefuseUnlessProject(const char* what, const std::string& path)
+{
+    if (!IsProjectName(path))
+        Refuse(std::string(what) + " ends in .vl3, unlike " + Quoted(path) + ".");
+}
+
 void TakeLog(const TypedOptions& typed, FitRequest& request)
 {
     if (typed.logAs.empty()) {
@@ -334,14 +343,30 @@ void TakeLog(const TypedOptions& typed, FitRequest& request)
     if (typed.project.empty() && !request.isProject)
         Refuse("--log-as needs --project, the project (.vl3) to log the fit in.");
     request.project = typed.project.empty() ? request.file : typed.project;
-    if (!IsProjectName(request.project))
-        Refuse("--project ends in .vl3, unlike " + Quoted(request.project) + ".");
+    RefuseUnlessProject("--project", request.project);
     request.logAs = typed.logAs;
+}
+
+/// The commands that make a file out of another.
+bool TakeMaking(const TypedOptions& typed, FitRequest& request)
+{
+    if (!typed.convert.empty()) {
+        RefuseUnlessProject("convert: the project to write", typed.convertTo);
+        request.conversion = FitRequest::Making{typed.convert, typed.convertTo, typed.force};
+    }
+    if (!typed.exported.empty()) {
+        if (!ToUpper(typed.text).ends_with(".TXT")) // under another name it could not be opened again
+            Refuse("--text ends in .txt, unlike " + Quoted(typed.text) + ".");
+        request.textExport = FitRequest::Making{typed.exported, typed.text, typed.force};
+    }
+    return request.conversion || request.textExport;
 }
 
 FitRequest RequestOf(const TypedOptions& typed)
 {
     FitRequest request;
+    if (TakeMaking(typed, request))
+        return request;
     if (!typed.info.empty() || !typed.dump.empty()) {
         request.inspection =
             FitRequest::Inspection{typed.info.empty() ? typed.dump : typed.info, typed.dumpJson};

@@ -27,6 +27,15 @@ struct FitRequest {
     };
     std::optional<Inspection> inspection;
 
+    /// A file to be made out of another instead of a fit.
+    struct Making {
+        std::string from;
+        std::string to;
+        bool replaces = false; ///< a file of that name
+    };
+    std::optional<Making> conversion; ///< of a project of version 2.0
+    std::optional<Making> textExport; ///< of the table of a project
+
     std::string file;
     std::string project; ///< where the fit is logged
     std::optional<std::string> logAs;

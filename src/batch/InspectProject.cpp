@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "batch/InspectProject.h"
 
-#include "base/FileErrors.h"
-#include "base/FileType.h"
 #include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/Text.h"
 #include "base/modVeltGlobals.h"
-#include "batch/BatchFailure.h"
+#include "batch/ProjectBytes.h"
 #include "data/Columns.h"
 #include "files/ProjectRecords.h"
-#include "files/ReadWholeFile.h"
 #include "models/ModelTable.h"
 
 #include <nlohmann/json.hpp>
@@ -20,30 +17,11 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
-#include <limits>
 
 namespace
 {
 using Json = nlohmann::ordered_json;
 using namespace project_file;
-
-[[noreturn]] void Refuse(const std::string& path, const std::string& why)
-{
-    throw BatchFailure(ExitStatus::BadData, Quotable(path) + ": " + why);
-}
-
-std::string BytesOf(const std::string& path)
-{
-    try {
-        const auto bytes = ReadWholeFile(path, [&](std::uintmax_t size) {
-            if (size > static_cast<std::uintmax_t>(std::numeric_limits<std::int32_t>::max()))
-                Refuse(path, "no project is that large.");
-        });
-        return {bytes.begin(), bytes.end()};
-    } catch (const FileError& error) {
-        Refuse(path, error.description + (error.reason.empty() ? "" : "\n" + error.reason));
-    }
-}
 
 struct Opened {
     std::string bytes;
@@ -52,13 +30,11 @@ struct Opened {
 
 Opened Open(const std::string& path)
 {
-    Opened opened{BytesOf(path), {}};
-    if (GetFileType(path) != FileType::Velt3)
-        Refuse(path, "this is no project of version 3.0.");
+    Opened opened{ProjectBytes(path), {}};
     try {
         opened.project = ReadProject(opened.bytes);
     } catch (const RecordError& error) {
-        Refuse(path, error.description);
+        RefuseFile(path, error.description);
     }
     return opened;
 }

@@ -12,6 +12,8 @@
 #include "batch/BatchUser.h"
 #include "batch/BatchWindow.h"
 #include "batch/CommandLine.h"
+#include "batch/ConvertProject.h"
+#include "batch/ExportProject.h"
 #include "batch/FitTables.h"
 #include "batch/InspectProject.h"
 #include "batch/ReadData.h"
@@ -209,6 +211,20 @@ void DoJob(const FitRequest& request, std::ostream& out, std::ostream& err)
           out);
 }
 
+void Do(const FitRequest& request, std::ostream& out, std::ostream& err)
+{
+    if (request.conversion)
+        Print(ConvertProject(request, err), out);
+    else if (request.textExport)
+        Print(ExportProject(request, err), out);
+    else if (request.inspection)
+        Print(request.inspection->asJson ? DumpOf(request.inspection->file)
+                                         : InfoOf(request.inspection->file),
+              out);
+    else
+        DoJob(request, out, err);
+}
+
 int Tell(const BatchFailure& failure, bool json, std::ostream& out, std::ostream& err)
 {
     err << "velt-batch: " << Printable(failure.message) << "\n";
@@ -225,12 +241,8 @@ int RunBatch(const std::vector<std::string>& arguments, std::ostream& out, std::
     try {
         const std::optional<FitRequest> request = ParseCommandLine(arguments, out);
         json = request && request->json;
-        if (request && request->inspection)
-            Print(request->inspection->asJson ? DumpOf(request->inspection->file)
-                                              : InfoOf(request->inspection->file),
-                  out);
-        else if (request)
-            DoJob(*request, out, err);
+        if (request)
+            Do(*request, out, err);
         else
             Print({}, out); // help and version stand there already
         return static_cast<int>(ExitStatus::Done);

@@ -57,11 +57,27 @@ void DefineOptions(CLI::App& fit, TypedOptions& typed)
         ->type_name("FILE");
 }
 
+void DefineConvert(CLI::App& app, TypedOptions& typed)
+{
+    CLI::App* convert = app.add_subcommand("convert", "Makes a project out of one of version 2.0");
+    convert->add_option("old", typed.convert, "Project of version 2.0 (.vl2)")->required();
+    convert->add_option("new", typed.convertTo, "Project to write (.vl3)")->required();
+    convert->add_flag("--force", typed.force, "Replaces a project of that name");
+}
+
+void DefineExport(CLI::App& app, TypedOptions& typed)
+{
+    CLI::App* exporting = app.add_subcommand("export", "Writes the table of a project as text");
+    exporting->add_option("file", typed.exported, "Project (.vl3)")->required();
+    exporting->add_option("--text", typed.text, "Text file to write (.txt)")->type_name("FILE")->required();
+    exporting->add_flag("--force", typed.force, "Replaces a file of that name");
+}
+
 /// An empty text stands for an option that was not given; one that was given as such is a slip, as of a
 /// script whose variable is not set.
-void RefuseEmptyValues(const CLI::App& fit)
+void RefuseEmptyValues(const CLI::App& command)
 {
-    for (const CLI::Option* option : fit.get_options())
+    for (const CLI::Option* option : command.get_options())
         for (const std::string& value : option->results())
             if (value.find_first_not_of(" \t\r\n") == std::string::npos)
                 throw BatchFailure(ExitStatus::BadUsage, option->get_name() + ": the value is empty.");
@@ -81,6 +97,8 @@ std::optional<TypedOptions> ReadOptions(std::vector<std::string> arguments, std:
     CLI::App* dump = app.add_subcommand("dump", "Writes all that a project holds");
     dump->add_option("file", typed.dump, "Project (.vl3)")->required();
     dump->add_flag("--json", typed.dumpJson, "as one JSON object")->required();
+    DefineConvert(app, typed);
+    DefineExport(app, typed);
     std::reverse(arguments.begin(), arguments.end()); // the library takes them from the back
     try {
         app.parse(std::move(arguments));
@@ -90,6 +108,7 @@ std::optional<TypedOptions> ReadOptions(std::vector<std::string> arguments, std:
     } catch (const CLI::ParseError& error) {
         throw BatchFailure(ExitStatus::BadUsage, Quotable(error.what()) + "\nTry velt-batch fit --help.");
     }
-    RefuseEmptyValues(*fit);
+    for (const CLI::App* command : app.get_subcommands())
+        RefuseEmptyValues(*command);
     return typed;
 }

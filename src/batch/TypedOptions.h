@@ -17,6 +17,9 @@ struct TypedOptions {
 
     std::string info, dump; ///< file of the command of that name; empty for a fit
     bool dumpJson = false;
+    std::string convert, convertTo; ///< files of the command convert
+    std::string exported, text;     ///< files of the command export
+    bool force = false;
 };
 
 /// The command line of velt-batch, without the program's name, sorted by options.

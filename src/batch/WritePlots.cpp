@@ -70,7 +70,7 @@ void AddContours(std::vector<ResultFile>& pictures, const ContourRecord& contour
         path.push_back({step.fromX, step.fromY, step.toX, step.toY});
     std::vector<ContourMarkAt> marks;
     for (const ContourRecord::Mark& mark : contours.marks)
-        marks.push_back({mark.kind, mark.x, mark.y});
+        marks.push_back({mark.kind, mark.x, mark.y, mark.after});
     AddBoth(pictures, number, "contours",
             [&](const QString& ending) { return DrawContourPicture(contours.surface, path, marks, ending); });
 }

@@ -124,20 +124,6 @@ private:
     std::unordered_map<std::string, int> m_next; ///< by the name as it is numbered first
 };
 
-void TakeScenarios(clsVeltData& data, const std::vector<ScenarioRecord>& records)
-{
-    Numbering numbering(clsProjScenario::kTitleWidth);
-    for (const ScenarioRecord& record : records) {
-        clsProjScenario scenario = ScenarioOf(record);
-        const std::string title =
-            numbering.Free(record.Title, [&](const std::string& t) { return data.ProjScens().Has(t); });
-        if (title != record.Title)
-            data.MarkChanged();
-        scenario.Title(title);
-        data.AddProjScenario(std::move(scenario), title);
-    }
-}
-
 void TakeFits(clsVeltData& data, const std::vector<FitIndexRecord>& records)
 {
     Numbering numbering(clsFit::kNameWidth);
@@ -249,6 +235,20 @@ OpenedProject ReadProjectData(std::string_view file, Run& run)
     TakeScenarios(data, project.scenarios);
     TakeFits(data, project.fits);
     return opened;
+}
+
+void TakeScenarios(clsVeltData& data, const std::vector<ScenarioRecord>& records)
+{
+    Numbering numbering(clsProjScenario::kTitleWidth);
+    for (const ScenarioRecord& record : records) {
+        clsProjScenario scenario = ScenarioOf(record);
+        const std::string title =
+            numbering.Free(record.Title, [&](const std::string& t) { return data.ProjScens().Has(t); });
+        if (title != record.Title)
+            data.MarkChanged();
+        scenario.Title(title);
+        data.AddProjScenario(std::move(scenario), title);
+    }
 }
 
 void TakeDataOfFit(clsVeltData& data, const DataRecord& record)

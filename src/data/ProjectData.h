@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The data of the project, or of the body of a fit: then with the system columns and the toggles.
 project_file::DataRecord DataRecordOf(const clsVeltData& data, bool ofFit);
@@ -27,6 +28,10 @@ struct OpenedProject {
 /// change of the data set. \throws RecordError the file is damaged \throws VeltError 6 a time range or a
 /// value of a scenario that does not fit 32 bits, with its sentence
 OpenedProject ReadProjectData(std::string_view file, Run& run);
+
+/// Scenarios of a file behind those of `data`. Equal titles are numbered, which is a change of the data set.
+/// \throws VeltError 6 a value that does not fit 32 bits, 5 one that is no number, with its sentence
+void TakeScenarios(clsVeltData& data, const std::vector<project_file::ScenarioRecord>& records);
 
 /// The data of a fit's body in place of those in `data`: columns, what follows from them, and toggles. Its
 /// user columns that differ from those here are a change of the data set.

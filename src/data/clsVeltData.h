@@ -7,6 +7,7 @@
 #include "data/KeyedList.h"
 #include "data/clsFit.h"
 #include "data/clsProjScenario.h"
+#include "files/WholeFile.h"
 
 #include <array>
 #include <cstdint>
@@ -186,6 +187,16 @@ public:
     /// Prints the whole table: the columns in groups as wide as the page, each group on pages of its own.
     /// Tells the user when the printer fails or its page is too small for a column; changes nothing.
     void PrintData(IPrinter& printer) const;
+
+    /// Reads a project of version 2.0, as ImportLegacy does with its bytes. `goesOn` answers whether a file
+    /// without description is imported all the same. \throws FileError the file cannot be read; otherwise as
+    /// ImportLegacy. The data set is as new after every failure.
+    void ImportVELT2File(
+        const std::string& path, const std::function<bool()>& goesOn = [] { return true; });
+
+    /// Writes the table as text, as TextOf makes it; what stood under the name stays until the new file is
+    /// whole. \throws WriteError, VeltError as TextOf
+    void ExportToASCIIFile(const std::string& path, const FileCalls& calls = SystemFileCalls()) const;
 
     int ShownRows() const { return m_table.ShownRows(); } ///< rows that exist
 

@@ -33,10 +33,10 @@ void Append(std::string& bytes, Unsigned value)
 } // namespace
 
 RecordError::RecordError(std::size_t position, const std::string& what)
-    : VeltError(ProgramError(
-          errors::kReadObj,
-          "ReadObj Failure.\nByte " + std::to_string(position) + " of the file: " + what + ".", "ReadObj"))
+    : VeltError(ProgramError(errors::kReadObj, "ReadObj Failure.\n", "ReadObj")),
+      place("Byte " + std::to_string(position) + " of the file: " + what + ".")
 {
+    description += place;
 }
 
 void BoundedReader::Refuse(const std::string& what) const
@@ -59,6 +59,11 @@ void BoundedReader::Seek(std::int64_t position, const char* what)
         static_cast<std::uint64_t>(position) - m_first > m_bytes.size())
         Refuse("\"" + std::string(what) + "\" points outside the file");
     m_at = static_cast<std::size_t>(position) - m_first;
+}
+
+std::uint8_t BoundedReader::U8(const char* what)
+{
+    return FromLittleEndian<std::uint8_t>(Bytes(1, what));
 }
 
 std::int16_t BoundedReader::I16(const char* what)

@@ -14,6 +14,7 @@
 /// A record that cannot be read: "ReadObj Failure." and, on a line of its own, what is wrong at which byte.
 struct RecordError : VeltError {
     RecordError(std::size_t position, const std::string& what);
+    std::string place; ///< that line, "Byte 11 of the file: ..."
 };
 
 /// Reads numbers and texts in order and never beyond the end. Whatever is missing raises a RecordError.
@@ -28,6 +29,7 @@ public:
     /// Goes to a position in the file; the one behind the last byte is allowed.
     void Seek(std::int64_t position, const char* what);
 
+    std::uint8_t U8(const char* what);
     std::int16_t I16(const char* what);
     std::int32_t I32(const char* what);
     float F32(const char* what);

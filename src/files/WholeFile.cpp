@@ -2,7 +2,6 @@
 #include "files/WholeFile.h"
 
 #include "base/ForeignText.h"
-#include "base/VeltError.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -124,11 +123,17 @@ std::string RandomName(const std::string& before)
     return before + text;
 }
 
+WriteError::WriteError(const std::filesystem::path& path, int code)
+    : VeltError(
+          errors::kDevice,
+          Quotable(path.string()) + " cannot be written: " + std::generic_category().message(code) + ".", ""),
+      code(code)
+{
+}
+
 void FailToWrite(const std::filesystem::path& path, int reason)
 {
-    throw VeltError(
-        errors::kDevice,
-        Quotable(path.string()) + " cannot be written: " + std::generic_category().message(reason) + ".", "");
+    throw WriteError(path, reason);
 }
 
 void WriteAside(const std::filesystem::path& path, const std::filesystem::path& target,

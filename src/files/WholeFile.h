@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/VeltError.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -20,10 +22,16 @@ struct FileCalls {
 /// Those of the system itself.
 const FileCalls& SystemFileCalls();
 
+/// A file that cannot be written: the path and the reason in words, and the system's error code.
+struct WriteError : VeltError {
+    WriteError(const std::filesystem::path& path, int code);
+    int code;
+};
+
 /// Puts `bytes` under the name `path`, as a whole: they are written beside it under an exclusive random name,
 /// flushed to the device and renamed, so that at every instant one whole file stands under the name, the old
 /// or the new one. A file that replaces another takes over its permissions; a link is followed to the file
-/// that it names. \throws VeltError 57 with the path and the reason in words (no space, no permission, no
+/// that it names. \throws WriteError 57 with the path and the reason in words (no space, no permission, no
 /// such folder); nothing is left
 ///                      beside the file then. A failure to flush the folder, the last step, leaves the new
 ///                      file
@@ -41,10 +49,10 @@ std::string RandomName(const std::string& before);
 void WriteAside(const std::filesystem::path& path, const std::filesystem::path& target,
                 std::string_view bytes, const FileCalls& calls);
 
-/// Flushes names that were given or taken away in `folder`, so that they survive the power. \throws VeltError
-/// 57 that says of `target` why it cannot be written
+/// Flushes names that were given or taken away in `folder`, so that they survive the power. \throws
+/// WriteError 57 that says of `target` why it cannot be written
 void FlushFolder(const std::filesystem::path& folder, const std::filesystem::path& target,
                  const FileCalls& calls);
 
-/// \throws VeltError 57, "... cannot be written: " and the system's words for its error code `reason`
+/// \throws WriteError 57, "... cannot be written: " and the system's words for its error code `reason`
 [[noreturn]] void FailToWrite(const std::filesystem::path& path, int reason);

@@ -1,39 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The import of a text file as the person at the desk meets it: its questions and failures as boxes.
 #include "base/FileErrors.h"
-#include "base/StringTable.h"
 #include "data/ImportText.h"
+#include "fit/ImportBoxes.h"
 #include "fit/clsMethManager.h"
-
-#include <utility>
 
 namespace
 {
-Message ImportBox(std::string text, Buttons buttons)
-{
-    return {.text = std::move(text), .buttons = buttons, .title = LoadResString(1302)};
-}
-
 class QuestionsAsBoxes : public IImportQuestions
 {
 public:
     explicit QuestionsAsBoxes(Run& run) : m_run(run) {}
 
-    bool GoesOnWithoutDescription() override
-    {
-        return IsYes(ImportBox("The File contains no file description, do you wish to continue?",
-                               Buttons::YesNoCancel));
-    }
+    bool GoesOnWithoutDescription() override { return ::GoesOnWithoutDescription(m_run); }
     bool Assigns(AsciiWizard& wizard) override { return m_run.user.AskAsciiWizard(wizard); }
     bool TakesAsConsecutive(const UnevenLabels& labels) override
     {
-        return IsYes(ImportBox(labels.Sentence() +
-                                   "\nDo you wish to take the rows as consecutive periods all the same?",
-                               Buttons::YesNo));
+        const Message question = ImportBox(
+            labels.Sentence() + "\nDo you wish to take the rows as consecutive periods all the same?",
+            Buttons::YesNo);
+        return m_run.reporter.Show(question) == Answer::Yes;
     }
 
 private:
-    bool IsYes(const Message& box) { return m_run.reporter.Show(box) == Answer::Yes; }
     Run& m_run;
 };
 
@@ -42,13 +31,12 @@ bool RetryAfter(Run& run, const VeltError& error, const std::string& path)
 {
     if (error.IsUserCancel())
         return false; // the user knows
-    const auto* const refused = dynamic_cast<const FileError*>(&error);
+    if (const auto* const refused = dynamic_cast<const FileError*>(&error))
+        return RetryAfterFileError(run, *refused, path);
     const auto* const placed = dynamic_cast<const ImportError*>(&error);
-    std::string place = placed != nullptr ? placed->place : std::string();
-    if (refused != nullptr)
-        place = path + (refused->reason.empty() ? "" : "\n" + refused->reason);
+    const std::string place = placed != nullptr ? placed->place : std::string();
     // Other numbers, which the file errors do not list, would only be called "unidentified" by them.
-    if (refused != nullptr || FindFileError(error.number) != nullptr)
+    if (FindFileError(error.number) != nullptr)
         return FileErrors(error.number, run.reporter, place) == FileErrorDecision::Retry;
     run.reporter.Show(ImportBox(error.description + (place.empty() ? "" : "\n" + place), Buttons::Ok));
     return false;

@@ -93,6 +93,8 @@ public:
     /// what goes wrong and may try again. \return whether a table was imported; the data set is empty
     /// otherwise
     bool ImportASCIIFile(const std::string& path);
+    /// The same for a project of version 2.0, whose columns and scenarios come across and nothing else.
+    bool ImportVELT2File(const std::string& path);
 
     /// Writes the project; see ProjectFile. The project must have been given.
     void SaveAsVELT3();

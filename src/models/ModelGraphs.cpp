@@ -131,6 +131,8 @@ void AddResiduals(const ModelState& m)
         auto graph = NewGraph(GraphType::Residuals, title, xTitle, yTitle, x);
         graph->YData(residuals.points.inFit);
         graph->YData2(residuals.points.outOfFit);
+        if (m.FitOp == fit_op::kLog) // the title, which goes by another rule, does not say so
+            graph->YUnit("ln");
         graph->UCI(residuals.upper);
         graph->LCI(residuals.lower);
         m.run->window.AddModelGraph(std::move(graph));
@@ -183,9 +185,22 @@ std::pair<int, int> CountedPositions(float low, float high, int replicates)
     return {a, static_cast<int>(cut(high, a))};
 }
 
-std::shared_ptr<ModelGraph> Histogram(const ModelState& m, const clsBootStrap& boot, int parameter, int a,
-                                      int b, const std::string& title)
+/// Position of a limit among the replicates as the report has it; a histogram counts from other ones.
+int LimitPosition(float level, int replicates)
 {
+    const double position = std::nearbyint(static_cast<double>(level) * replicates);
+    return static_cast<int>(std::clamp(position, 1.0, static_cast<double>(replicates)));
+}
+
+struct Levels {
+    float low;
+    float high;
+};
+
+std::shared_ptr<ModelGraph> Histogram(const ModelState& m, const clsBootStrap& boot, int parameter,
+                                      const Levels& levels, const std::string& title)
+{
+    const auto [a, b] = CountedPositions(levels.low, levels.high, m.NumBootStraps);
     const modVeltGlobals::Globals& texts = m.run->globals;
     const auto value = [&](int n) { return static_cast<double>(boot.SortedBS(parameter, n).value_or(0.0F)); };
     const double lo = value(a);
@@ -203,6 +218,8 @@ std::shared_ptr<ModelGraph> Histogram(const ModelState& m, const clsBootStrap& b
     }
     auto graph = NewGraph(GraphType::Histogram, title, texts.ParamNames(parameter), texts.CountTitle, x);
     graph->YData(counts);
+    graph->LCI(static_cast<float>(value(LimitPosition(levels.low, m.NumBootStraps))));
+    graph->UCI(static_cast<float>(value(LimitPosition(levels.high, m.NumBootStraps))));
     return graph;
 }
 } // namespace
@@ -211,13 +228,13 @@ void AddBootStrapHistos(const ModelState& m, const clsBootStrap& boot, float low
 {
     if (m.NumBootStraps < 1)
         RaiseSubscript();
-    const auto [a, b] = CountedPositions(low, high, m.NumBootStraps);
+    CountedPositions(low, high, m.NumBootStraps); // before any window opens
     const std::string range = "(" + number_text::Plain(low) + ".." + number_text::Plain(high) +
                               "), n = " + std::to_string(m.NumBootStraps);
     for (int parameter = 1; parameter <= bs_param::kCount; ++parameter) {
         if (!m.BSFilled(parameter))
             continue;
         const std::string title = m.run->globals.ParamNames(parameter) + range;
-        m.run->window.AddModelGraph(Histogram(m, boot, parameter, a, b, title));
+        m.run->window.AddModelGraph(Histogram(m, boot, parameter, {low, high}, title));
     }
 }

@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FileCommands.h"
 
-#include "base/FileType.h"
 #include "base/Paths.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
 #include "data/NewDataSet.h"
+#include "fit/ExportToASCIIFile.h"
 
 #include <filesystem>
 
 namespace
 {
 constexpr const char* kProjectEnding = ".VL3";
+constexpr const char* kTextEnding = ".txt";
 
-/// The name that Save As offers for a data set that came from `path`.
-std::string SuggestionFor(const std::string& path)
+/// The name with this ending that is offered for what is written of a data set that came from `path`.
+std::string SuggestionFor(const std::string& path, const char* ending)
 {
     if (path.empty())
         return {};
-    const std::string name = GetBaseName(path) + kProjectEnding;
+    const std::string name = GetBaseName(path) + ending;
     return (std::filesystem::path(path).parent_path() / name).string();
 }
 } // namespace
@@ -74,7 +75,8 @@ void FileCommands::Open()
         return;
     Drop();
     const auto path = TheRun().user.AskFileToOpen(
-        {.filter = "Projects and tables (*.vl3 *.txt);;Velt 3.0 (*.vl3);;Text (*.txt)"});
+        {.filter = "Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                   "Text (*.txt)"});
     if (path)
         Load(*path);
 }
@@ -110,12 +112,10 @@ void FileCommands::Load(const std::string& path)
     FileType type = GetFileType(path);
     if (!CheckFileAccess(path, FileAccess::Read, TheRun().reporter))
         type = FileType::NotRecognised;
-    if (type == FileType::Text)
-        Import(path);
+    if (type == FileType::Text || type == FileType::Velt2)
+        Import(path, type);
     else if (type == FileType::Velt3)
         OpenVelt3(path);
-    else if (type == FileType::Velt2)
-        TheRun().reporter.Show({.text = "This version cannot open projects of version 2.0 yet."});
     else
         TheRun().reporter.Show({.text = LoadResString(60)});
     TheRun().window.StatusText(TheRun().globals.Ready);
@@ -124,9 +124,11 @@ void FileCommands::Load(const std::string& path)
 
 /// A failed import leaves an empty data set, which is shown as it is: it explains itself. One that succeeded
 /// becomes a project before work begins.
-void FileCommands::Import(const std::string& path)
+void FileCommands::Import(const std::string& path, FileType type)
 {
-    const bool imported = m_project.Fits().ImportASCIIFile(path);
+    clsMethManager& manager = m_project.Fits();
+    const bool imported =
+        type == FileType::Velt2 ? manager.ImportVELT2File(path) : manager.ImportASCIIFile(path);
     TheRun().window.SetUpDataGrid();
     if (!imported)
         return;
@@ -182,7 +184,7 @@ bool FileCommands::SaveAs()
     const std::string before = m_project.Data().DSFName();
     auto path = TheRun().user.AskFileToSave({.filter = "VELT3 (*.vl3)",
                                              .title = "Save As",
-                                             .suggestion = SuggestionFor(before),
+                                             .suggestion = SuggestionFor(before, kProjectEnding),
                                              .ending = "vl3"});
     if (!path)
         return false;
@@ -203,6 +205,23 @@ bool FileCommands::SaveAs()
         m_project.Data().DSFName(before);
         throw;
     }
+}
+
+void FileCommands::TextExport()
+{
+    auto path =
+        TheRun().user.AskFileToSave({.filter = "ASCII Text (*.txt)",
+                                     .title = "Text Export",
+                                     .suggestion = SuggestionFor(m_project.Data().DSFName(), kTextEnding),
+                                     .ending = "txt"});
+    if (!path)
+        return;
+    if (GetFileType(*path) != FileType::Text) { // under another name it could not be opened again
+        *path += kTextEnding;
+        if (!CheckFileAccess(*path, FileAccess::Write, TheRun().reporter))
+            return;
+    }
+    ExportToASCIIFile(m_project.Data(), *path);
 }
 
 void FileCommands::OfferLeftovers()

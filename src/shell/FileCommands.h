@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/FileType.h"
 #include "shell/OpenProject.h"
 
 #include <string>
@@ -22,6 +23,8 @@ public:
     bool Save();
     bool SaveAs();
     void Close();
+    /// Writes the table as a text file under a name that is asked for.
+    void TextExport();
     /// Whether the program may end: changes are saved, or the user lets them go.
     bool MayExit() { return MayLose(); }
     /// Offers what a crash left behind. Yes opens it, No removes it, Cancel leaves it for the next start.
@@ -33,7 +36,7 @@ private:
     void Drop();
     void Load(const std::string& path);
     void OpenVelt3(const std::string& path);
-    void Import(const std::string& path);
+    void Import(const std::string& path, FileType type);
     void ShowProject(const std::optional<VeltError>& failedConversion);
     bool Says(const std::string& question) const;
     Run& TheRun() const { return m_project.TheRun(); }

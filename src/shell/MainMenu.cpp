@@ -31,7 +31,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
                            {"mnuSaveAs", 6, true, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
                            separator,
                            {"mnuPrint", 8, true, QKeySequence::Print},
-                           {"mnuTextExport", 9, false},
+                           {"mnuTextExport", 9, true},
                            separator,
                            {"mnuClose", 12, true, QKeySequence::Close},
                            {"mnuExit", 13, true, QKeySequence::Quit}});
@@ -124,6 +124,7 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuSave", state.file && state.save},
                                           {"mnuSaveAs", state.file && state.saveAs},
                                           {"mnuPrint", state.file && state.print},
+                                          {"mnuTextExport", state.file && state.textExport},
                                           {"mnuClose", state.file && state.close},
                                           {"mnuEditMode", state.editMode},
                                           {"mnuFileDescription", state.fileDescription},

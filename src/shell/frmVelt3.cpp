@@ -54,9 +54,10 @@ QString FileIn(const QMimeData& mime)
     if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
         return {};
     const QString path = mime.urls().first().toLocalFile();
-    const bool known =
-        path.endsWith(".txt", Qt::CaseInsensitive) || path.endsWith(".vl3", Qt::CaseInsensitive);
-    return known ? path : QString();
+    const auto has = [&path](const char* ending) {
+        return path.endsWith(QLatin1String(ending), Qt::CaseInsensitive);
+    };
+    return has(".txt") || has(".vl3") || has(".vl2") ? path : QString();
 }
 } // namespace
 
@@ -67,6 +68,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuSave", [this] { m_files.Save(); }},
                  {"mnuSaveAs", [this] { m_files.SaveAs(); }},
                  {"mnuPrint", [this] { m_project.Data().PrintData(m_printer); }},
+                 {"mnuTextExport", [this] { m_files.TextExport(); }},
                  {"mnuClose", [this] { m_files.Close(); }},
                  {"mnuEditMode", [this] { m_edit->SwitchEditMode(); }},
                  {"mnuUndo", [this] { m_edit->Steps().undo(); }},
@@ -444,8 +446,8 @@ void frmVelt3::ShowHint(bool noData)
     m_hint->setText(FileOpen()
                         ? tr("This data set has no time periods. Open another text file, or fill it by hand: "
                              "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
-                        : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3) or "
-                             "a text file (*.txt) here."));
+                        : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3, "
+                             "*.vl2) or a text file (*.txt) here."));
     const bool comesBack = !noData && m_pages->currentWidget() != m_grid;
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
     if (comesBack)

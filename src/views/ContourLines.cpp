@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/ContourLines.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -132,13 +133,17 @@ private:
 
 } // namespace
 
-std::vector<double> contour_lines::Levels(double low, double high, int count)
+std::vector<double> contour_lines::Levels(double low, double high, double closest, int count)
 {
     std::vector<double> levels;
-    if (!(low < high))
+    if (!(low < high) || !(closest > 0.0))
         return levels;
-    for (int k = 1; k <= count; ++k)
-        levels.push_back(low + (high - low) * k / (count + 1));
+    const double height = high - low;
+    const double first = std::min(closest, height / (count + 1));
+    const double factor = std::pow(height / first, 1.0 / count);
+    double above = first;
+    for (int k = 0; k < count; ++k, above *= factor)
+        levels.push_back(low + above);
     return levels;
 }
 

@@ -15,9 +15,10 @@ struct Point {
 /// A line through the crossings of grid edges; a closed one ends at its first point.
 using Line = std::vector<Point>;
 
-/// `count` levels between `low` and `high`, evenly spaced and without the two ends themselves; none unless
-/// low < high.
-std::vector<double> Levels(double low, double high, int count);
+/// `count` levels above `low`, crowded towards it: their distances from it grow by one factor from `closest`
+/// to a little below `high`. A likelihood is looked at near its best, and far from it rises without end. None
+/// unless low < high. \param closest the distance of the first one, > 0; at most the whole height counts
+std::vector<double> Levels(double low, double high, double closest, int count);
 
 /// The lines on which z, linear along the edges of the grid, equals `level`. Cells with a corner that is no
 /// finite number are left out. Saddles are parted by the mean of their corners.

@@ -2,12 +2,14 @@
 #include "views/ContourPainter.h"
 
 #include "views/ContourLines.h"
+#include "views/NumberTicker.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 
 #include <qcustomplot.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -18,8 +20,7 @@ namespace
 
 constexpr QColor kInvalid{0xD0, 0xD0, 0xD0};
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int kPixelsAcross =
-    240; // of the colour image; finer than a grid of 20, coarse enough to redraw fast
+constexpr int kPixelsAcross = 400; // of the colour image: smooth on paper, coarse enough to redraw fast
 
 /// Light where the objective is low: the fit is best there, and lines and marks stand out. One hue, so that
 /// colour-blind readers and grey printers see the same order.
@@ -81,10 +82,17 @@ std::optional<Place> PlaceOf(const std::vector<double>& positions, double value)
     return Place{at, (value - positions[at]) / (positions[at + 1] - positions[at])};
 }
 
+/// The tone of a start, for its mark and its path. All stand out from the blue of the surface.
+QColor ToneOf(int start)
+{
+    constexpr std::array kTones{kExpected, QColor(0xCC, 0x79, 0xA7), QColor(0x00, 0x9E, 0x73)};
+    return kTones.at(static_cast<std::size_t>(std::clamp(start, 1, 3) - 1));
+}
+
 QCPScatterStyle SymbolOf(ContourMark kind)
 {
     const QPen edge = Pen(Qt::black, 1.0);
-    const QBrush fill(kHighlighted);
+    const QBrush fill(ToneOf(static_cast<int>(kind)));
     switch (kind) {
     case ContourMark::Start1:
         return {QCPScatterStyle::ssCircle, edge, fill, Pixels(7.5)};
@@ -105,6 +113,137 @@ QString NameOf(ContourMark kind)
     return QStringLiteral("Start %1").arg(static_cast<int>(kind));
 }
 
+/// The heights of a surface on the scale of its levels: each step from level to level is one step of colour,
+/// so that the neighbourhood of the minimum is told apart as well as the far slopes.
+class Heights
+{
+public:
+    explicit Heights(const ContourSurface& surface)
+        : m_low(surface.zMin), m_high(surface.zMax),
+          m_levels(contour_lines::Levels(surface.zMin, surface.zMax, Closest(surface), surface.levels))
+    {
+    }
+
+    const std::vector<double>& Levels() const { return m_levels; }
+
+    /// From 0 at the lowest height to 1 at the highest; no number for none.
+    double Shade(const std::optional<double>& height) const
+    {
+        if (!height)
+            return kNaN;
+        if (m_levels.empty())
+            return 0.5;
+        const auto above = std::upper_bound(m_levels.begin(), m_levels.end(), *height);
+        const auto passed = static_cast<double>(above - m_levels.begin());
+        const double from = above == m_levels.begin() ? m_low : *(above - 1);
+        const double to = above == m_levels.end() ? m_high : *above;
+        const double part = to > from ? std::clamp((*height - from) / (to - from), 0.0, 1.0) : 0.0;
+        return (passed + part) / static_cast<double>(m_levels.size() + 1);
+    }
+
+    /// Some of the levels, where their shades stand.
+    QSharedPointer<QCPAxisTickerText> Ticks() const
+    {
+        constexpr std::size_t kEvery = 4;
+        QSharedPointer<QCPAxisTickerText> ticks(new QCPAxisTickerText);
+        if (m_levels.empty())
+            ticks->addTick(0.5, HeightText(m_low));
+        for (std::size_t k = 0; k < m_levels.size(); k += kEvery)
+            ticks->addTick(Shade(m_levels[k]), HeightText(m_levels[k]));
+        return ticks;
+    }
+
+    static QString HeightText(double height)
+    {
+        constexpr int kDigits = 4;
+        const double rounded = QString::number(height, 'g', kDigits).toDouble();
+        return NumberAsText(rounded);
+    }
+
+private:
+    /// How far above the lowest cell the next best hundredth of the cells lie: nearer, a grid resolves
+    /// nothing.
+    static double Closest(const ContourSurface& surface)
+    {
+        std::vector<double> above;
+        for (std::size_t i = 0; i < surface.z.size(); ++i)
+            for (std::size_t j = 0; j < surface.z[i].size(); ++j)
+                if (Valid(surface, i, j) && surface.z[i][j] > surface.zMin)
+                    above.push_back(surface.z[i][j] - surface.zMin);
+        if (above.empty())
+            return 0.0;
+        const auto at = above.begin() + static_cast<std::ptrdiff_t>(above.size() / 100);
+        std::nth_element(above.begin(), at, above.end());
+        return *at;
+    }
+
+    double m_low;
+    double m_high;
+    std::vector<double> m_levels;
+};
+
+/// Writes the heights of some levels on their lines, each once, where it stands clear of the others.
+class LevelLabels
+{
+public:
+    LevelLabels(QCustomPlot& plot, const QCPRange& x, const QCPRange& y) : m_plot(plot), m_x(x), m_y(y) {}
+
+    void Put(const contour_lines::Line& line, double level)
+    {
+        // From the middle outwards, so that a label seldom stands at the rim.
+        const std::size_t middle = line.size() / 2;
+        for (std::size_t k = 0; k < line.size(); ++k) {
+            const std::size_t at = k % 2 == 0 ? middle + k / 2 : middle - (k + 1) / 2;
+            if (at < line.size() && TryAt(line[at], level))
+                return;
+        }
+    }
+
+private:
+    bool TryAt(const contour_lines::Point& point, double level)
+    {
+        constexpr double kRim = 0.05;
+        constexpr double kApartX = 0.12;
+        constexpr double kApartY = 0.06;
+        const QPointF place((point.x - m_x.lower) / m_x.size(), (point.y - m_y.lower) / m_y.size());
+        if (std::min({place.x(), place.y(), 1.0 - place.x(), 1.0 - place.y()}) < kRim)
+            return false;
+        for (const QPointF& other : m_taken)
+            if (std::abs(other.x() - place.x()) < kApartX && std::abs(other.y() - place.y()) < kApartY)
+                return false;
+        m_taken.push_back(place);
+        auto* text = new QCPItemText(&m_plot);
+        text->position->setCoords(point.x, point.y);
+        text->setText(Heights::HeightText(level));
+        text->setFont(Font(0.8));
+        text->setColor(kInk);
+        text->setBrush(QColor(255, 255, 255, 190));
+        text->setPadding(QMargins(2, 0, 2, 0));
+        text->setSelectable(false);
+        return true;
+    }
+
+    QCustomPlot& m_plot;
+    QCPRange m_x, m_y;
+    std::vector<QPointF> m_taken;
+};
+
+void AddCurve(QCustomPlot& plot, const std::vector<contour_lines::Line>& lines, const QPen& pen)
+{
+    auto* curve = new QCPCurve(plot.xAxis, plot.yAxis);
+    curve->setPen(pen);
+    QVector<double> x, y;
+    for (const contour_lines::Line& line : lines) {
+        for (const contour_lines::Point& point : line) {
+            x += point.x;
+            y += point.y;
+        }
+        x += kNaN; // lifts the pen between two lines
+        y += kNaN;
+    }
+    curve->setData(x, y);
+}
+
 } // namespace
 
 std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, double y)
@@ -112,10 +251,6 @@ std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, doubl
     const std::optional<Place> across = PlaceOf(surface.x, x);
     const std::optional<Place> up = PlaceOf(surface.y, y);
     if (!across || !up)
-        return std::nullopt;
-    const std::size_t nearI = across->index + (across->part > 0.5 ? 1 : 0);
-    const std::size_t nearJ = up->index + (up->part > 0.5 ? 1 : 0);
-    if (!Valid(surface, nearI, nearJ))
         return std::nullopt;
     double sum = 0.0;
     double weights = 0.0;
@@ -128,6 +263,8 @@ std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, doubl
             sum += weight * surface.z[across->index + i][up->index + j];
             weights += weight;
         }
+    if (weights < 0.5)
+        return std::nullopt;
     return sum / weights;
 }
 
@@ -145,8 +282,6 @@ QString ContourPainter::PathLayer()
 void ContourPainter::Surface(const ContourSurface& surface)
 {
     m_marks.clear();
-    m_last.reset();
-    m_pathPoints = 0;
     Prepare(m_plot, QString::fromStdString(surface.title), QString::fromStdString(surface.xName),
             QString::fromStdString(surface.yName));
     SetTicks(*m_plot.xAxis, NumberKind::Real);
@@ -155,10 +290,10 @@ void ContourPainter::Surface(const ContourSurface& surface)
     m_plot.yAxis->setRange(SpanOf(surface.y));
     for (QCPAxis* axis : {m_plot.xAxis, m_plot.yAxis})
         axis->grid()->setVisible(false); // the contours are lines enough
+    m_path = nullptr;
     AddColours(surface);
+    AddInvalid(surface);
     AddContours(surface);
-    NameInvalid(surface);
-    AddPath();
     FitLegend(m_plot, m_plot.width());
 }
 
@@ -169,6 +304,7 @@ void ContourPainter::AddColours(const ContourSurface& surface)
         rows.remove(rows.element(2, 1));
         rows.simplify();
     }
+    const Heights heights(surface);
     const QCPRange x = SpanOf(surface.x);
     const QCPRange y = SpanOf(surface.y);
     auto* map = new QCPColorMap(m_plot.xAxis, m_plot.yAxis);
@@ -177,18 +313,18 @@ void ContourPainter::AddColours(const ContourSurface& surface)
     map->data()->setRange(x, y);
     for (int i = 0; i < kPixelsAcross; ++i)
         for (int j = 0; j < kPixelsAcross; ++j)
-            map->data()->setCell(i, j, ObjectiveAt(surface, At(x, i), At(y, j)).value_or(kNaN));
+            map->data()->setCell(i, j, heights.Shade(ObjectiveAt(surface, At(x, i), At(y, j))));
     map->setInterpolate(false);
     auto* scale = new QCPColorScale(&m_plot);
     scale->setType(QCPAxis::atRight);
     StyleAxis(*scale->axis(), QString::fromStdString(surface.zName));
-    SetTicks(*scale->axis(), NumberKind::Real);
+    scale->axis()->setTicker(heights.Ticks());
+    scale->axis()->setSubTicks(false);
     scale->setBarWidth(static_cast<int>(Pixels(11.0)));
     rows.addElement(2, 1, scale);
     map->setColorScale(scale);
     map->setGradient(Gradient());
-    const double flat = surface.zMax > surface.zMin ? 0.0 : std::max(0.5, 0.05 * std::abs(surface.zMin));
-    map->setDataRange({surface.zMin - flat, surface.zMax + flat});
+    map->setDataRange({0.0, 1.0});
     auto* margins = new QCPMarginGroup(&m_plot);
     m_plot.axisRect()->setMarginGroup(QCP::msBottom | QCP::msTop, margins);
     scale->setMarginGroup(QCP::msBottom | QCP::msTop, margins);
@@ -201,70 +337,79 @@ void ContourPainter::AddContours(const ContourSurface& surface) const
         for (std::size_t j = 0; j < z[i].size(); ++j)
             if (!Valid(surface, i, j))
                 z[i][j] = kNaN; // no line climbs the plateau: its height means nothing
-    for (const double level : contour_lines::Levels(surface.zMin, surface.zMax, surface.levels)) {
-        auto* curve = new QCPCurve(m_plot.xAxis, m_plot.yAxis);
-        curve->setPen(Pen(QColor(0x22, 0x22, 0x22, 150), 0.6));
-        QVector<double> x, y;
-        for (const contour_lines::Line& line : contour_lines::Trace(surface.x, surface.y, z, level)) {
-            for (const contour_lines::Point& point : line) {
-                x += point.x;
-                y += point.y;
-            }
-            x += kNaN; // lifts the pen between two lines
-            y += kNaN;
-        }
-        curve->setData(x, y);
+    constexpr std::size_t kLabelEvery = 3;
+    LevelLabels labels(m_plot, SpanOf(surface.x), SpanOf(surface.y));
+    const Heights heights(surface);
+    for (std::size_t k = 0; k < heights.Levels().size(); ++k) {
+        const auto lines = contour_lines::Trace(surface.x, surface.y, z, heights.Levels()[k]);
+        AddCurve(m_plot, lines, Pen(QColor(0x22, 0x22, 0x22, 150), 0.6));
+        const auto longest = std::ranges::max_element(lines, {}, &contour_lines::Line::size);
+        if (k % kLabelEvery == kLabelEvery - 1 && longest != lines.end())
+            labels.Put(*longest, heights.Levels()[k]);
     }
 }
 
-void ContourPainter::NameInvalid(const ContourSurface& surface) const
+/// The edge of the region of invalid parameters, halfway between its cells and their neighbours, and its
+/// name.
+void ContourPainter::AddInvalid(const ContourSurface& surface) const
 {
     bool any = false;
+    std::vector<std::vector<double>> valid = surface.z;
     for (std::size_t i = 0; i < surface.z.size(); ++i)
-        for (std::size_t j = 0; j < surface.z[i].size(); ++j)
-            any = any || !Valid(surface, i, j);
+        for (std::size_t j = 0; j < surface.z[i].size(); ++j) {
+            valid[i][j] = Valid(surface, i, j) ? 1.0 : 0.0;
+            any = any || valid[i][j] == 0.0;
+        }
     if (!any)
         return;
+    AddCurve(m_plot, contour_lines::Trace(surface.x, surface.y, valid, 0.5), Pen(kLimits, 1.0));
     auto* patch = new SeriesGraph(m_plot.xAxis, m_plot.yAxis); // only its symbol in the legend shows
     patch->setLineStyle(QCPGraph::lsNone);
     patch->setScatterStyle({QCPScatterStyle::ssSquare, Pen(kLimits, 0.5), QBrush(kInvalid), Pixels(7.0)});
     AddToLegend(*patch, QStringLiteral("Invalid parameters"));
 }
 
-void ContourPainter::AddPath()
+/// Thin and a little transparent, so that the optimum shows through the steps that gather there.
+void ContourPainter::BeginPath(int start)
 {
-    const auto curve = [&](const QPen& pen) {
-        auto* made = new QCPCurve(m_plot.xAxis, m_plot.yAxis);
-        made->setPen(pen);
-        made->setLayer(PathLayer());
-        return made;
-    };
-    m_casing = curve(Pen(Qt::white, 3.0));
-    m_path = curve(Pen(kExpected, 1.6));
+    constexpr int kAlpha = 170;
+    QColor tone = ToneOf(start);
+    tone.setAlpha(kAlpha);
+    m_path = new QCPCurve(m_plot.xAxis, m_plot.yAxis);
+    m_path->setPen(Pen(tone, 0.8));
+    m_path->setLayer(PathLayer());
+    m_pathPoints = 0;
+    m_last.reset();
+    m_pen.reset();
+}
+
+/// To where the pen goes next; across a leap it is lifted.
+void ContourPainter::LineTo(const QPointF& place)
+{
+    constexpr double kFar = 0.3; // of an axis
+    const bool leap = m_pen && (std::abs(place.x() - m_pen->x()) > kFar * m_plot.xAxis->range().size() ||
+                                std::abs(place.y() - m_pen->y()) > kFar * m_plot.yAxis->range().size());
+    if (leap)
+        m_path->addData(m_pathPoints++, kNaN, kNaN);
+    m_path->addData(m_pathPoints++, place.x(), place.y());
+    m_pen = place;
 }
 
 bool ContourPainter::Step(const ContourStep& step)
 {
     if (!std::isfinite(step.fromX + step.fromY + step.toX + step.toY))
         return false;
-    const bool first = m_pathPoints == 0;
-    const auto add = [&](double x, double y) {
-        m_casing->addData(m_pathPoints, x, y);
-        m_path->addData(m_pathPoints, x, y);
-        ++m_pathPoints;
-    };
-    if (!m_last || m_last->toX != step.fromX || m_last->toY != step.fromY) {
-        if (!first)
-            add(kNaN, kNaN); // a new start: no line leads there
-        add(step.fromX, step.fromY);
+    if (!m_path) { // a path without a mark at its start
+        BeginPath(1);
+        LineTo({step.fromX, step.fromY});
+    } else if (m_last && (m_last->toX != step.fromX || m_last->toY != step.fromY)) {
+        m_path->addData(m_pathPoints++, kNaN, kNaN); // it goes on elsewhere
+        m_pen.reset();
+        LineTo({step.fromX, step.fromY});
     }
-    add(step.toX, step.toY);
+    LineTo({step.toX, step.toY});
     m_last = step;
-    if (first) {
-        AddToLegend(*m_path, QStringLiteral("Path of the minimiser"));
-        FitLegend(m_plot, m_plot.width());
-    }
-    return first;
+    return false;
 }
 
 QCPGraph& ContourPainter::SeriesOf(ContourMark kind)
@@ -286,6 +431,10 @@ bool ContourPainter::Mark(const ContourMarkAt& mark)
     if (!std::isfinite(mark.x + mark.y))
         return false;
     const bool isNew = !m_marks.contains(mark.kind);
+    if (mark.kind != ContourMark::Final) { // the first step of a path comes from where the one before ended
+        BeginPath(static_cast<int>(mark.kind));
+        LineTo({mark.x, mark.y});
+    }
     SeriesOf(mark.kind).addData(mark.x, mark.y);
     return Reach(mark.x, mark.y) || isNew;
 }
@@ -315,10 +464,15 @@ void PaintContours(QCustomPlot& plot, const ContourSurface& surface, const std::
 {
     ContourPainter painter(plot);
     painter.Surface(surface);
-    for (const ContourStep& step : path)
-        painter.Step(step);
-    for (const ContourMarkAt& mark : marks)
-        painter.Mark(mark);
+    auto mark = marks.begin();
+    for (std::size_t steps = 0; steps <= path.size(); ++steps) {
+        for (; mark != marks.end() && mark->after <= steps; ++mark)
+            painter.Mark(*mark);
+        if (steps < path.size())
+            painter.Step(path[steps]);
+    }
+    for (; mark != marks.end(); ++mark)
+        painter.Mark(*mark);
 }
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "graphs/VELT_ContourPlot.h"
 
 #include <QByteArray>
+#include <QPointF>
 #include <QString>
 
 #include <map>
@@ -23,6 +24,7 @@ struct ContourStep {
 struct ContourMarkAt {
     ContourMark kind = ContourMark::Start1;
     double x = 0.0, y = 0.0;
+    std::size_t after = 0; ///< in a picture of a whole path: so many steps come before it
 };
 
 /// Draws a likelihood surface with its contour lines, and on it the path and the marks as they come. It does
@@ -35,8 +37,10 @@ public:
 
     /// Draws `surface` and drops path and marks of an earlier one.
     void Surface(const ContourSurface& surface);
+    /// A start begins a path of its own, in a tone of its own; no line leads there from the one before.
     /// \return whether the legend or the axes changed, so that the whole plot must be replotted
     bool Mark(const ContourMarkAt& mark);
+    /// A leap across the picture, as from a search to its second look, is no line. \return as of Mark
     bool Step(const ContourStep& step);
 
     /// Name of the layer of path and marks.
@@ -45,20 +49,22 @@ public:
 private:
     void AddColours(const ContourSurface& surface);
     void AddContours(const ContourSurface& surface) const;
-    void NameInvalid(const ContourSurface& surface) const;
-    void AddPath();
+    void AddInvalid(const ContourSurface& surface) const;
+    void BeginPath(int start);
     QCPGraph& SeriesOf(ContourMark kind);
     bool Reach(double x, double y) const;
+    void LineTo(const QPointF& place);
 
     QCustomPlot& m_plot;
-    QCPCurve* m_casing = nullptr; ///< a light edge that lifts the path off the dark colours
-    QCPCurve* m_path = nullptr;
+    QCPCurve* m_path = nullptr; ///< of the present start; each has one of its own
     std::optional<ContourStep> m_last;
+    std::optional<QPointF> m_pen; ///< where it stands
     int m_pathPoints = 0;
     std::map<ContourMark, QCPGraph*> m_marks;
 };
 
-/// The objective at (x, y), linear between the grid points; empty outside the grid and among invalid cells.
+/// The objective at (x, y), linear between the grid points; empty outside the grid and where more of the
+/// surrounding cells, by their nearness, are invalid than valid.
 std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, double y);
 
 /// The surface with path and marks as the bytes of a picture: "png", "svg" or "pdf"; nothing for another

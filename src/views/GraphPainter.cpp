@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 using namespace plot_style;
 using namespace plot_ranges;
@@ -261,7 +262,41 @@ void PaintLine(QCustomPlot& plot, const ModelGraph& graph)
         AddLine(plot, graph, graph.YData(), kIncluded);
 }
 
-// The X data are the lower ends of the classes.
+/// The bars of a histogram: their middles, heights and width.
+struct Bars {
+    QVector<double> middles, heights;
+    double width = 1.0;
+    double low = 0.0;
+    double high = 1.0;
+};
+
+/// The X data are the lower ends of the classes. A spread that 32-bit rounding makes is none: one bar then
+/// holds all.
+Bars BarsOf(const Points& classes)
+{
+    constexpr double kRounding = 1e-5; // of the value; a few dozen neighbours among 32-bit numbers
+    constexpr double kOneBar = 0.02;
+    Bars bars;
+    const double first = classes.x.front();
+    const double step =
+        classes.x.size() > 1 ? (classes.x.back() - first) / static_cast<double>(classes.x.size() - 1) : 1.0;
+    bars.low = std::min(first, classes.x.back() + step); // levels may have been given the wrong way round
+    bars.high = std::max(first, classes.x.back() + step);
+    bars.width = std::abs(step);
+    bars.middles = classes.x;
+    for (double& x : bars.middles)
+        x += step / 2.0;
+    bars.heights = classes.y;
+    if (bars.high - bars.low >= kRounding * std::abs(first))
+        return bars;
+    bars.width = kOneBar * std::abs(first);
+    bars.middles = {first};
+    bars.heights = {std::accumulate(classes.y.begin(), classes.y.end(), 0.0)};
+    bars.low = first - bars.width;
+    bars.high = first + bars.width;
+    return bars;
+}
+
 void PaintHistogram(QCustomPlot& plot, const ModelGraph& graph)
 {
     const Points classes = ShownPoints(graph, graph.YData());
@@ -272,26 +307,23 @@ void PaintHistogram(QCustomPlot& plot, const ModelGraph& graph)
         plot.yAxis->setRange(0.0, 1.0);
         return;
     }
-    // Levels may have been given the wrong way round; the classes then run downwards.
-    const double first = classes.x.front();
-    const double step =
-        classes.x.size() > 1 ? (classes.x.back() - first) / static_cast<double>(classes.x.size() - 1) : 1.0;
-    const double low = std::min(first, classes.x.back() + step);
-    const double high = std::max(first, classes.x.back() + step);
-    QVector<double> middles = classes.x;
-    for (double& x : middles)
-        x += step / 2.0;
+    const Bars of = BarsOf(classes);
     auto* bars = new QCPBars(plot.xAxis, plot.yAxis);
     bars->setWidthType(QCPBars::wtPlotCoords);
-    bars->setWidth(std::abs(step));
+    bars->setWidth(of.width);
     bars->setPen(Pen(kIncluded, 0.6));
     bars->setBrush(kHistogram);
-    bars->setData(middles, classes.y);
-    const double most = std::max(1.0, *std::max_element(classes.y.begin(), classes.y.end()));
+    bars->setData(of.middles, of.heights);
+    const double most = std::max(1.0, *std::max_element(of.heights.begin(), of.heights.end()));
+    // Those of the report, where the graph knows them.
+    const double low = HasLimits(graph) ? static_cast<double>(graph.LCI()) : of.low;
+    const double high = HasLimits(graph) ? static_cast<double>(graph.UCI()) : of.high;
     const QVector<double> heights{0.0, most * 100.0};
     AddToLegend(*AddLimits(plot, {{low, low}, heights}, {{high, high}, heights}), LimitsText());
-    const double room = 0.05 * (high - low);
-    plot.xAxis->setRange(low - room, high + room);
+    const double left = std::min(low, of.low);
+    const double right = std::max(high, of.high);
+    const double room = 0.05 * (right - left);
+    plot.xAxis->setRange(left - room, right + room);
     plot.yAxis->setRange(0.0, most * (1.0 + 2.0 * kHeadroom));
 }
 
@@ -322,8 +354,8 @@ bool AnyPoint(const ModelGraph& graph)
 
 void PaintGraph(QCustomPlot& plot, const ModelGraph& graph)
 {
-    Prepare(plot, QString::fromStdString(graph.UserTitle()), QString::fromStdString(graph.XTitle()),
-            QString::fromStdString(graph.YTitle()));
+    Prepare(plot, QString::fromStdString(graph.UserTitle()), AxisTitle(graph.XTitle(), graph.XUnit()),
+            AxisTitle(graph.YTitle(), graph.YUnit()));
     switch (graph.Type()) {
     case GraphType::PointsAndLine:
         PaintPointsAndLine(plot, graph);

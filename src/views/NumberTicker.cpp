@@ -46,24 +46,29 @@ QString FixedText(double value, int decimals, bool grouped)
     return value < 0.0 ? kMinus + text : text;
 }
 
-QString PowerText(double value, double step, int exponent)
-{
-    const double unit = std::pow(10.0, exponent);
-    return FixedText(value / unit, DecimalsOf(step / unit), false) + QStringLiteral(" × 10") +
-           Superscript(exponent);
-}
-
 } // namespace
 
-QString TickText(double value, double step, double largest, NumberKind kind)
+int PowerOfAxis(double step, double largest, NumberKind kind)
+{
+    if (kind == NumberKind::Period && largest < kPowerFrom)
+        return 0;
+    if (largest < kPowerFrom && largest >= kPowerBelow)
+        return 0;
+    return static_cast<int>(std::floor(std::log10(step) + 1e-9)); // steps of 1000 must not read as 999.99
+}
+
+QString PowerText(int power)
+{
+    return QStringLiteral("× 10") + Superscript(power);
+}
+
+QString TickText(double value, double step, double largest, NumberKind kind, int power)
 {
     if (std::abs(value) < 1e-6 * step)
         return QStringLiteral("0"); // the sum of steps may miss zero by a rounding error
-    if (kind == NumberKind::Period && largest < kPowerFrom)
-        return FixedText(value, DecimalsOf(step), false);
-    if (largest >= kPowerFrom || largest < kPowerBelow)
-        return PowerText(value, step, static_cast<int>(std::floor(std::log10(largest))));
-    return FixedText(value, DecimalsOf(step), largest >= kGroupFrom);
+    const double unit = std::pow(10.0, power);
+    const bool grouped = kind != NumberKind::Period && largest / unit >= kGroupFrom;
+    return FixedText(value / unit, DecimalsOf(step / unit), grouped);
 }
 
 QString NumberAsText(double value)
@@ -76,8 +81,7 @@ QString NumberAsText(double value)
     const int exponent = static_cast<int>(std::floor(std::log10(size)));
     QString text;
     if (size >= kPowerFrom || size < kPowerBelow) {
-        text = QString::number(size / std::pow(10.0, exponent), 'g', 6) + QStringLiteral(" × 10") +
-               Superscript(exponent);
+        text = QString::number(size / std::pow(10.0, exponent), 'g', 6) + ' ' + PowerText(exponent);
         return value < 0.0 ? kMinus + text : text;
     }
     text = FixedText(value, std::clamp(5 - exponent, 0, 8), size >= kGroupFrom);
@@ -106,8 +110,10 @@ int NumberTicker::RoomFor(const QCPRange& range) const
     }
     const double step = range.size() / 5.0;
     const double guess = std::pow(10.0, std::floor(std::log10(step)));
-    const double label = std::max(metrics.horizontalAdvance(TickText(range.lower, guess, m_largest, m_kind)),
-                                  metrics.horizontalAdvance(TickText(range.upper, guess, m_largest, m_kind)));
+    const int power = PowerOfAxis(guess, m_largest, m_kind);
+    const double label =
+        std::max(metrics.horizontalAdvance(TickText(range.lower, guess, m_largest, m_kind, power)),
+                 metrics.horizontalAdvance(TickText(range.upper, guess, m_largest, m_kind, power)));
     const double width = picture.width() - 7.0 * metrics.height();
     return std::clamp(static_cast<int>(width / (label + 2.2 * metrics.height())), 2, 8);
 }
@@ -134,6 +140,13 @@ double NumberTicker::getTickStep(const QCPRange& range)
     return m_step;
 }
 
+int NumberTicker::ChoosePower(const QCPRange& range)
+{
+    const double step = getTickStep(range);
+    m_power = PowerOfAxis(step, m_largest, m_kind);
+    return m_power;
+}
+
 int NumberTicker::getSubTickCount(double tickStep)
 {
     if (m_kind == NumberKind::Real)
@@ -145,5 +158,5 @@ int NumberTicker::getSubTickCount(double tickStep)
 
 QString NumberTicker::getTickLabel(double tick, const QLocale&, QChar, int)
 {
-    return TickText(tick, m_step, m_largest, m_kind);
+    return TickText(tick, m_step, m_largest, m_kind, m_power);
 }

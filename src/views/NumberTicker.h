@@ -6,17 +6,22 @@
 
 /// What the numbers of an axis are.
 enum class NumberKind {
-    Real,   ///< any value: "12 500", "0.025", "1.5 × 10⁹"
+    Real,   ///< any value: "12 500", "0.025"
     Count,  ///< whole numbers, grouped by thousands
     Period, ///< whole numbers without grouping, so that a year reads 1975
 };
 
-/// The text of a tick. All ticks of one axis share decimals and exponent.
-///
-/// \param step     distance of two ticks, > 0; decides how many decimals are shown
-/// \param largest  largest magnitude on the axis; decides about the power of ten: from 10 million on and
-///                 below one thousandth
-QString TickText(double value, double step, double largest, NumberKind kind = NumberKind::Real);
+/// The power of ten that the numbers of an axis are shown in, 0 for none: from 10 million on and below one
+/// thousandth. No tick but 0 then reads less than 1.
+/// \param step     distance of two ticks, > 0 \param largest  largest magnitude on the axis
+int PowerOfAxis(double step, double largest, NumberKind kind = NumberKind::Real);
+
+/// "× 10⁹", stated once beside the title of an axis.
+QString PowerText(int power);
+
+/// The text of a tick, in units of 10 to the `power`. All ticks of one axis share decimals.
+/// \param step, largest as above; the step decides how many decimals are shown
+QString TickText(double value, double step, double largest, NumberKind kind, int power);
 
 /// One number by itself, with at most six significant digits.
 QString NumberAsText(double value);
@@ -32,6 +37,10 @@ public:
     /// own.
     void FixedStep(double origin, double step);
 
+    /// Chooses the power of ten for `range` and keeps it until it is asked again: the title of the axis
+    /// states it, whatever size a picture is drawn in later.
+    int ChoosePower(const QCPRange& range);
+
 protected:
     double getTickStep(const QCPRange& range) override;
     int getSubTickCount(double tickStep) override;
@@ -45,4 +54,5 @@ private:
     double m_fixedStep = 0.0;
     double m_step = 1.0;
     double m_largest = 1.0;
+    int m_power = 0;
 };

@@ -28,5 +28,5 @@ void plot_ranges::SetPeriodAxis(QCPAxis& axis, double first, double last)
 {
     const double room = std::max(0.5, 0.03 * (last - first));
     plot_style::SetTicks(axis, NumberKind::Period);
-    axis.setRange(first - room, last + room);
+    axis.setRange(last > first ? first : first - room, last + room);
 }

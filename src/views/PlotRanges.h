@@ -22,6 +22,6 @@ struct Extent {
 /// From zero for quantities that cannot be negative, else around the values.
 QCPRange QuantityRange(const Extent& extent);
 
-/// An axis of whole periods or years with a little room at both ends.
+/// An axis of whole periods or years, from the first one on and with a little room behind the last.
 void SetPeriodAxis(QCPAxis& axis, double first, double last);
 } // namespace plot_ranges

@@ -16,6 +16,8 @@ namespace
 constexpr double kLeastFontPoints = 9.0;
 constexpr double kTitleFactor = 1.25;
 constexpr double kPointsPerInch = 72.0;
+constexpr const char* kTitleProperty = "veltTitle"; // of an axis, without its power of ten
+constexpr const char* kNamedProperty = "veltNamed"; // the axis follows its range
 
 double DotsPerInch()
 {
@@ -26,6 +28,17 @@ double DotsPerInch()
 int Em(double times)
 {
     return static_cast<int>(std::lround(times * QFontMetricsF(plot_style::Font()).height()));
+}
+
+/// The title of an axis with the power of ten that its numbers are shown in.
+void StatePower(QCPAxis& axis)
+{
+    const auto ticker = qSharedPointerDynamicCast<NumberTicker>(axis.ticker());
+    if (!ticker)
+        return;
+    const QString title = axis.property(kTitleProperty).toString();
+    const int power = ticker->ChoosePower(axis.range());
+    axis.setLabel(power == 0 ? title : title + QStringLiteral("  [") + PowerText(power) + ']');
 }
 
 // The rows, from the top: title, legend, axes. Made once for each plot.
@@ -56,6 +69,7 @@ void plot_style::StyleAxis(QCPAxis& axis, const QString& title)
     axis.setTicks(true);
     axis.setTickLabels(true);
     axis.setLabel(title);
+    axis.setProperty(kTitleProperty, title);
     axis.setLabelFont(Font());
     axis.setTickLabelFont(Font(0.95));
     axis.setLabelColor(kInk);
@@ -135,6 +149,12 @@ QSharedPointer<NumberTicker> plot_style::SetTicks(QCPAxis& axis, NumberKind kind
 {
     auto ticker = QSharedPointer<NumberTicker>::create(axis, kind);
     axis.setTicker(ticker);
+    if (!axis.property(kNamedProperty).toBool()) {
+        axis.setProperty(kNamedProperty, true);
+        QObject::connect(&axis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), &axis,
+                         [&axis] { StatePower(axis); });
+    }
+    StatePower(axis);
     return ticker;
 }
 
@@ -168,6 +188,12 @@ void plot_style::FitLegend(QCustomPlot& plot, int width)
     plot.legend->setWrap(static_cast<int>(columns));
     plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
     plot.legend->simplify();
+}
+
+QString plot_style::AxisTitle(const std::string& title, const std::string& unit)
+{
+    const QString text = QString::fromStdString(title);
+    return unit.empty() ? text : text + QStringLiteral(" (") + QString::fromStdString(unit) + ')';
 }
 
 QString plot_style::TitleText(QCustomPlot& plot)

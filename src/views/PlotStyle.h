@@ -9,6 +9,8 @@
 #include <QFont>
 #include <qcustomplot.h>
 
+#include <string>
+
 namespace plot_style
 {
 
@@ -36,7 +38,10 @@ void Prepare(QCustomPlot& plot, const QString& title, const QString& xTitle, con
 /// Fonts, lengths and colours of one axis, and its title.
 void StyleAxis(QCPAxis& axis, const QString& title);
 
-/// Ticks of an axis; the axis owns them.
+/// The title of an axis with the unit of its numbers, if it has one.
+QString AxisTitle(const std::string& title, const std::string& unit);
+
+/// Ticks of an axis; the axis owns them. Behind its title stands the power of ten that they are shown in.
 QSharedPointer<NumberTicker> SetTicks(QCPAxis& axis, NumberKind kind);
 
 /// Adds `plottable` to the legend under `text`.

@@ -159,8 +159,8 @@ void AddLine(QCustomPlot& plot, const ProjGraph& graph, int line, plot_ranges::E
 
 void PaintProjection(QCustomPlot& plot, const ProjGraph& graph)
 {
-    Prepare(plot, QString::fromStdString(graph.UserTitle()), QString::fromStdString(graph.XTitle()),
-            QString::fromStdString(graph.YTitle()));
+    Prepare(plot, QString::fromStdString(graph.UserTitle()), AxisTitle(graph.XTitle(), graph.XUnit()),
+            AxisTitle(graph.YTitle(), graph.YUnit()));
     plot_ranges::Extent extent;
     for (int line = 1; line <= graph.NumLines(); ++line)
         AddLine(plot, graph, line, extent);

@@ -335,7 +335,9 @@ TEST(CommandLine, EveryOptionOfTheHelpStandsInTheManual)
     std::string manual = std::regex_replace(page.str(), std::regex(R"(\\-)"), "-");
     ASSERT_FALSE(manual.empty());
 
-    const std::string help = RunJob({"fit", "--help"}).out;
+    std::string help;
+    for (const char* command : {"fit", "dump", "convert", "export"})
+        help += RunJob({command, "--help"}).out;
     const std::regex option("--[a-z][a-z-]*");
     for (auto match = std::sregex_iterator(help.begin(), help.end(), option); match != std::sregex_iterator();
          ++match)

@@ -48,6 +48,16 @@ TEST(BoundedReader, NumbersBelowZeroKeepTheirSign)
     EXPECT_EQ(in.I32("d"), std::numeric_limits<std::int32_t>::min());
 }
 
+TEST(BoundedReader, AByteHasNoSign)
+{
+    const std::string bytes = Raw({0, 0x80, 0xFF});
+    BoundedReader in(bytes);
+    EXPECT_EQ(in.U8("a"), 0);
+    EXPECT_EQ(in.U8("b"), 128);
+    EXPECT_EQ(in.U8("c"), 255);
+    EXPECT_THROW(in.U8("d"), RecordError);
+}
+
 TEST(BoundedReader, ReadsAnyNonzero16BitNumberAsTrue)
 {
     const std::string bytes = Raw({0xFF, 0xFF, 1, 0, 0, 1, 0, 0x80, 0, 0});

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // docs/formats.md shows a small project byte by byte. It is made here as the program makes one, and the
 // document must show just these bytes and explain each part at the offset at which it stands.
+#include "data/ImportLegacy.h"
 #include "data/ProjectData.h"
+#include "support/LegacyBytes.h"
 #include "support/ScriptedUser.h"
 
 #include <gtest/gtest.h>
@@ -111,6 +113,40 @@ std::string Document()
     std::ifstream file(VELT_TEST_SAMPLES "/../../docs/formats.md", std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
+
+/// The part on this version's project, and the part on the former version's behind it.
+constexpr const char* kFormer = "\n## Project of version 2.0";
+std::string PartOnProjects()
+{
+    return Document().substr(0, Document().find(kFormer));
+}
+std::string PartOnFormerProjects()
+{
+    return Document().substr(Document().find(kFormer));
+}
+
+/// How many parts of `file` the tables of `part` explain; each must stand where they say.
+int Explained(const std::string& part, const std::string& file)
+{
+    const std::regex row(R"(\n\| (\d+) \| `([0-9a-f ]+)` \|)");
+    int rows = 0;
+    for (std::sregex_iterator at(part.begin(), part.end(), row); at != std::sregex_iterator(); ++at) {
+        const std::string bytes = (*at)[2];
+        EXPECT_EQ(HexOf(file.substr(std::stoul((*at)[1]), (bytes.size() + 1) / 3)), bytes) << (*at)[1];
+        ++rows;
+    }
+    return rows;
+}
+
+/// A project of version 2.0 of five periods.
+std::string FormerExample()
+{
+    return LegacyBytes("Ling, five seasons", 1986, 1990)
+        .Counts(2, 1, 4)
+        .Column(columns::Effort, {10, 12.5F, 8, 9, -1}, 1)
+        .Scenario(1, LegacyBytes::ScenarioBlock("Less effort", {0, 0, 0, 0, 0, 6, 4.5F}))
+        .Bytes();
+}
 } // namespace
 
 TEST(FormatsDocument, ShowsTheBytesThatTheProgramWrites)
@@ -123,16 +159,7 @@ TEST(FormatsDocument, ShowsTheBytesThatTheProgramWrites)
 TEST(FormatsDocument, ExplainsEachPartAtTheOffsetWhereItStands)
 {
     Bench bench;
-    const std::string file = ExampleFile(bench.run);
-    const std::string document = Document();
-    const std::regex row(R"(\n\| (\d+) \| `([0-9a-f ]+)` \|)");
-    int rows = 0;
-    for (std::sregex_iterator at(document.begin(), document.end(), row); at != std::sregex_iterator(); ++at) {
-        const std::string bytes = (*at)[2];
-        EXPECT_EQ(HexOf(file.substr(std::stoul((*at)[1]), (bytes.size() + 1) / 3)), bytes) << (*at)[1];
-        ++rows;
-    }
-    EXPECT_GE(rows, 20);
+    EXPECT_GE(Explained(PartOnProjects(), ExampleFile(bench.run)), 20);
 }
 
 TEST(FormatsDocument, TheExampleIsReadAsItIsExplained)
@@ -146,4 +173,23 @@ TEST(FormatsDocument, TheExampleIsReadAsItIsExplained)
     const Project project = ProjectOf(opened.data);
     EXPECT_EQ(ReadBody(BodyOf(project.fits.at(0), file), 5).model.FinalEsts,
               (std::array<double, 4>{800.0, 0.01, 0.5, 0.0625}));
+}
+
+TEST(FormatsDocument, ShowsAndExplainsTheBytesOfTheFormerVersion)
+{
+    const std::string dump = Dump(FormerExample());
+    EXPECT_NE(PartOnFormerProjects().find("\n" + dump + "\n"), std::string::npos) << dump;
+    EXPECT_GE(Explained(PartOnFormerProjects(), FormerExample()), 20);
+}
+
+TEST(FormatsDocument, TheExampleOfTheFormerVersionIsReadAsItIsExplained)
+{
+    Bench bench;
+    clsVeltData data(bench.run);
+    ImportLegacy(data, "old.vl2", FormerExample(), [] { return false; });
+    EXPECT_EQ(data.DSDesc(), "Ling, five seasons");
+    EXPECT_EQ(data.Effort(2), 12.5F);
+    EXPECT_EQ(data.Effort(6), -1.0F);
+    EXPECT_EQ(data.DecPlaces(columns::Effort), 1);
+    EXPECT_EQ(data.ProjScenario("Less effort")->Vector(7), 4);
 }

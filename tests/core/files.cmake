@@ -3,6 +3,7 @@ velt_core_test(files SOURCES
   AsciiText_test.cpp
   AsciiWizard_test.cpp
   Bytes_test.cpp
+  LegacyRecords_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
   ResultSet_test.cpp

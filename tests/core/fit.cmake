@@ -1,9 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 velt_core_test(fit SOURCES
   DataRemarks_test.cpp
+  ExportToASCIIFile_test.cpp
   FailureHints_test.cpp
   FitLog_test.cpp
   ImportASCIIFile_test.cpp
+  ImportVELT2File_test.cpp
   InputParams_test.cpp
   LimitRemarks_test.cpp
   MinimiserOptions_test.cpp

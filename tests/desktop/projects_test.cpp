@@ -17,6 +17,8 @@ namespace
 {
 namespace fs = std::filesystem;
 
+const std::string kLegacySample = VELT_TEST_SAMPLES "/legacy/old_good.vl2";
+
 /// The imported sample, open and saved as "stock.vl3" in a folder of its own.
 struct Saved : Session {
     Saved()
@@ -108,6 +110,167 @@ private slots:
         s.Entry("mnuSaveAs")->trigger();
         QVERIFY(!s.Bytes("other.vl3").isEmpty());
         QCOMPARE(s.window.objData().DSFName(), s.Path("other.vl3"));
+    }
+
+    void AProjectOfVersion2LeadsToSaveAsAndOpensAgainEqual()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("from_old.vl3")};
+        s.user.files = {kLegacySample};
+        s.Entry("mnuOpen")->trigger();
+        QVERIFY(s.user.messages.empty());
+        QCOMPARE(QString::fromStdString(s.user.openQuestions.back().filter),
+                 QString("Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                         "Text (*.txt)"));
+        QVERIFY(s.window.FileOpen());
+        QVERIFY(!s.Dirty());
+        QCOMPARE(QString::fromStdString(s.user.saveQuestions.back().suggestion),
+                 QString::fromStdString(std::string(VELT_TEST_SAMPLES) + "/legacy/old_good.VL3"));
+        QCOMPARE(s.window.windowTitle(),
+                 QString("VELT 3.0 - from_old.vl3 - Scallop survey 1970-89 (old project)"));
+        QCOMPARE(s.Grid().Rows(), 21); // 20 periods under a row of titles
+        const clsVeltData before = s.window.objData();
+        s.Entry("mnuClose")->trigger();
+        s.window.OpenPath(QString::fromStdString(s.Path("from_old.vl3")));
+        const clsVeltData& after = s.window.objData();
+        for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
+            if (before.ColPresent(column))
+                QVERIFY2(after.ColPresent(column) && after.Column(column) == before.Column(column),
+                         std::to_string(column).c_str());
+        QCOMPARE(after.DSDesc(), before.DSDesc());
+        QCOMPARE(after.TimeInts(), 20);
+        QCOMPARE(after.NumLoggedRuns(), 2);
+        QCOMPARE(after.NumProjScenarios(), 2);
+        for (int i = 1; i <= clsProjScenario::kPoints; ++i)
+            QCOMPARE(after.ProjScenario(2)->Vector(i), before.ProjScenario(2)->Vector(i));
+    }
+
+    void ACancelledSaveAsAfterAProjectOfVersion2LeavesItOpenAndTheNextSaveAsksAgain()
+    {
+        Session s;
+        s.window.OpenPath(QString::fromStdString(kLegacySample));
+        QVERIFY(s.user.asked.back() == "file to save");
+        QVERIFY(s.window.FileOpen());
+        QVERIFY(s.window.objData().IsDirty());
+        QCOMPARE(QString::fromStdString(s.window.objData().DSFName()), QString::fromStdString(kLegacySample));
+        QVERIFY(s.window.windowTitle().contains("old_good.vl2"));
+        s.user.asked.clear();
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(s.user.asked.back() == "file to save");
+    }
+
+    void AProjectOfVersion2ThatIsDamagedIsToldAndNoSaveAsFollows()
+    {
+        Saved s;
+        const std::string path = s.Path("damaged.vl2");
+        QVERIFY(QFile::copy(QString::fromStdString(kLegacySample), QString::fromStdString(path)));
+        QFile file(QString::fromStdString(path));
+        QVERIFY(file.resize(5000));
+        s.window.OpenPath(QString::fromStdString(path));
+        QVERIFY(s.user.Saw("Unable to Import VELT 2.0 File, Bad File Format."));
+        QVERIFY(s.user.Saw("Byte 4999 of the file: the file ends within \"Vector of a scenario\""));
+        QCOMPARE(QString::fromStdString(s.user.messages.back().title), QString("Import Error"));
+        QVERIFY(s.user.asked.empty());
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.window.objData().TimeInts(), 0);
+        QCOMPARE(s.Panel("Status"), QString("Ready..."));
+    }
+
+    void AProjectOfVersion2WithAnotherVersionByteIsNotRecognised()
+    {
+        Session s;
+        s.window.OpenPath(QString(VELT_TEST_SAMPLES) + "/legacy/bad_version3.vl2");
+        QVERIFY(s.user.Saw("File type not recognised."));
+        QVERIFY(!s.window.FileOpen());
+    }
+
+    void TextExportAsksForANameAndWritesTheTable()
+    {
+        Saved s;
+        const QByteArray project = s.Bytes();
+        s.user.filesToSave = {s.Path("table.txt")};
+        s.Entry("mnuTextExport")->trigger();
+        const FileQuestion& asked = s.user.saveQuestions.back();
+        QCOMPARE(QString::fromStdString(asked.filter), QString("ASCII Text (*.txt)"));
+        QCOMPARE(QString::fromStdString(asked.title), QString("Text Export"));
+        QCOMPARE(QString::fromStdString(asked.suggestion), QString::fromStdString(s.Path("stock.txt")));
+        QCOMPARE(QString::fromStdString(asked.ending), QString("txt"));
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("File Exported Successfully to ASCII file " + s.Path("table.txt")));
+        const QByteArray text = s.Bytes("table.txt");
+        QVERIFY(text.startsWith("Constant recruitment, 25 years\r\nTime\t"));
+        QCOMPARE(text.count("\r\n"), 27);
+        QCOMPARE(s.Bytes(), project); // the project and its state are as they were
+        QVERIFY(!s.Dirty());
+        QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
+    }
+
+    void ATextExportIsImportedAgainAsTheSameTable()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("table.txt"), s.Path("again.vl3")};
+        s.Entry("mnuTextExport")->trigger();
+        const clsVeltData before = s.window.objData();
+        s.user.onAsciiWizard = [&](AsciiWizard& wizard) {
+            wizard.ChooseTiming(1);
+            wizard.Next();
+            for (int i = 2; i <= wizard.TextColumns(); ++i)
+                for (int column = columns::kFirst; column <= columns::kLastUser; ++column)
+                    if (wizard.collFlexHeadings[static_cast<std::size_t>(i - 1)] ==
+                        before.TheRun().globals.ColumnFileNames(column))
+                        wizard.Assign(i, column);
+            wizard.Finish();
+            return true;
+        };
+        s.window.OpenPath(QString::fromStdString(s.Path("table.txt")));
+        const clsVeltData& after = s.window.objData();
+        QCOMPARE(after.DSFName(), s.Path("again.vl3"));
+        QCOMPARE(after.DSDesc(), before.DSDesc());
+        QCOMPARE(after.MinTimeP(), before.MinTimeP());
+        QCOMPARE(after.TimeInts(), before.TimeInts());
+        for (int column = columns::kFirst; column <= columns::kLastUser; ++column) {
+            QCOMPARE(after.ColPresent(column), before.ColPresent(column));
+            for (int row = 1; row <= before.TimeInts(); ++row)
+                QCOMPARE(after.DB(column, row), before.DB(column, row));
+        }
+    }
+
+    void ACancelledTextExportWritesNothingAndANameWithoutTheEndingGetsIt()
+    {
+        Saved s;
+        s.Entry("mnuTextExport")->trigger(); // no name is given
+        QVERIFY(s.user.messages.empty());
+        s.user.filesToSave = {s.Path("stock.vl3")}; // it must not replace the project
+        s.Entry("mnuTextExport")->trigger();
+        QVERIFY(s.Bytes().contains("ORVO"));
+        QVERIFY(s.Bytes("stock.vl3.txt").startsWith("Constant recruitment"));
+        s.user.messages.clear();
+        s.user.answers = {Answer::Cancel};
+        s.user.filesToSave = {s.Path("stock.vl3")}; // and is asked about once that stands there
+        s.Entry("mnuTextExport")->trigger();
+        QCOMPARE(s.user.messages.size(), std::size_t{1});
+        QVERIFY(s.user.Saw("already exists"));
+    }
+
+    void ATextExportThatFailsIsAFileErrorAndTheWindowStaysUsable()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("missing/table.txt")};
+        s.user.answers = {Answer::Cancel};
+        s.Entry("mnuTextExport")->trigger();
+        QVERIFY(s.user.Saw("That path doesn't exist."));
+        QCOMPARE(QString::fromStdString(s.user.messages.back().title), QString("File Error"));
+        QVERIFY(s.Entry("mnuTextExport")->isEnabled());
+    }
+
+    void TextExportNeedsADataSetAndIsGreyInEditMode()
+    {
+        Session empty;
+        QVERIFY(!empty.Entry("mnuTextExport")->isEnabled());
+        Saved s;
+        QVERIFY(s.Entry("mnuTextExport")->isEnabled());
+        s.Entry("mnuEditMode")->trigger();
+        QVERIFY(!s.Entry("mnuTextExport")->isEnabled());
     }
 
     void SavingWritesTheChangeAndOpeningBringsItBack()
@@ -259,15 +422,21 @@ private slots:
         QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
     }
 
-    void AProjectCanBeDroppedOnTheWindow()
+    void AProjectOfEitherVersionCanBeDroppedOnTheWindow()
     {
         Saved s;
-        QMimeData mime;
-        mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(s.Path("stock.vl3")))});
-        QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-        drag.ignore();
-        QApplication::sendEvent(&s.window, &drag);
-        QVERIFY(drag.isAccepted());
+        const auto accepts = [&](const std::string& path) {
+            QMimeData mime;
+            mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+            QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+            drag.ignore();
+            QApplication::sendEvent(&s.window, &drag);
+            return drag.isAccepted();
+        };
+        QVERIFY(accepts(s.Path("stock.vl3")));
+        QVERIFY(accepts(kLegacySample));
+        QVERIFY(accepts(s.Path("STOCK.VL2")));
+        QVERIFY(!accepts(s.Path("stock.vl4")));
     }
 
     void NewSavesUnderANameAndACancelledNameLeavesItUnsaved()

@@ -136,8 +136,7 @@ private slots:
         session.Open();
         session.Fit();
         QVERIFY(session.window.objMeth().MethDefined());
-        for (const char* name :
-             {"mnuTextExport", "mnuViewProj", "mnuProject", "mnuProjWithCI", "mnuHelpContents"})
+        for (const char* name : {"mnuHelpContents"})
             QVERIFY2(!session.Entry(name)->isEnabled(), name);
     }
 

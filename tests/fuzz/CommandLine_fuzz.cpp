@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whatever the words, a command line is a job within the bounds of every option, a wish for help, or refused
 // in a sentence. A line feed or a zero byte of the input ends a word.
+#include "base/FileType.h"
 #include "batch/BatchFailure.h"
 #include "batch/CommandLine.h"
 #include "fuzz/FuzzChecks.h"
@@ -56,10 +57,27 @@ void CheckSearch(const FitRequest& request)
     Demand(request.contours.value_or(2) >= 2 && request.contours.value_or(2) <= 200, "2 to 200 points");
 }
 
+/// A command that makes no fit.
+bool IsCheckedAsOther(const FitRequest& request)
+{
+    if (request.inspection)
+        Demand(!request.inspection->file.empty(), "a project to look into has a name");
+    if (request.conversion)
+        Demand(!request.conversion->from.empty() && IsProjectName(request.conversion->to),
+               "a project is made under a project's name");
+    if (request.textExport)
+        Demand(!request.textExport->from.empty() && GetFileType(request.textExport->to) == FileType::Text,
+               "text is exported under a text file's name");
+    return request.inspection || request.conversion || request.textExport;
+}
+
 void Check(const FitRequest& request)
 {
-    Demand(!request.file.empty() && !request.timeColumn.empty() && !request.columns.empty(),
-           "a job has a table");
+    if (IsCheckedAsOther(request))
+        return;
+    Demand(!request.file.empty(), "a job has a file");
+    Demand(request.isProject || (!request.timeColumn.empty() && !request.columns.empty()),
+           "a job has a table, or a project that knows its columns");
     for (const FitRequest::Assignment& assignment : request.columns)
         Demand(!assignment.heading.empty() || !assignment.gridTitle.empty(), "an assignment says something");
     CheckInputs(request);

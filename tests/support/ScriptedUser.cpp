@@ -120,9 +120,10 @@ std::optional<std::string> ScriptedUser::InputBox(const std::string& prompt, con
     return inputs.empty() ? std::nullopt : TakeFirst(inputs);
 }
 
-std::optional<std::string> ScriptedUser::AskFileToOpen(const FileQuestion&)
+std::optional<std::string> ScriptedUser::AskFileToOpen(const FileQuestion& question)
 {
     asked.push_back("file to open");
+    openQuestions.push_back(question);
     return files.empty() ? std::nullopt : std::optional(TakeFirst(files));
 }
 

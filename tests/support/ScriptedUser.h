@@ -48,7 +48,7 @@ public:
 
     std::deque<std::string> files;       ///< chosen in file dialogs, in order; empty: Cancel
     std::deque<std::string> filesToSave; ///< the same for files to write
-    std::vector<FileQuestion> saveQuestions;
+    std::vector<FileQuestion> openQuestions, saveQuestions;
 
     // What happened.
     std::vector<Message> messages;
