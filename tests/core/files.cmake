@@ -3,6 +3,8 @@ velt_core_test(files SOURCES
   AsciiText_test.cpp
   AsciiWizard_test.cpp
   Bytes_test.cpp
+  CsvReader_test.cpp
+  CsvText_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
   ResultSet_test.cpp

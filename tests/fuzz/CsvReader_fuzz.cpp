@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whatever the bytes, a comma-separated table is read in rows as long as its headings or refused with the
 // line; and a table that was read reads the same again when it is written with every cell in quotes.
-#include "batch/BatchFailure.h"
-#include "batch/CsvReader.h"
 #include "files/AsciiText.h"
+#include "files/CsvReader.h"
 #include "fuzz/FuzzChecks.h"
 
 #include <vector>
@@ -25,7 +24,7 @@ std::vector<std::string> TextsOf(const CsvRow& row, std::size_t& line)
     return texts;
 }
 
-/// Headings and rows. \throws BatchFailure as the reader
+/// Headings and rows. \throws ImportError as the reader
 Rows Read(std::string_view text)
 {
     CsvReader reader(text);
@@ -65,10 +64,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Rows rows;
     try {
         rows = Read(TextOf({data, size}));
-    } catch (const BatchFailure& failure) {
-        Demand(failure.status == ExitStatus::BadData, "a table that cannot be read is bad data");
-        Demand(failure.message.starts_with("Line "), "a refusal begins with its place", failure.message);
-        DemandSentence(failure.message);
+    } catch (const ImportError& error) {
+        Demand(error.place.starts_with("Line " + std::to_string(error.line) + ": "),
+               "a refusal begins with its place", error.place);
+        DemandSentence(error.place);
         return 0;
     }
     Demand(Read(Written(rows)) == rows, "what was read is what is written"); // and raises nothing
