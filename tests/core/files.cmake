@@ -5,7 +5,9 @@ velt_core_test(files SOURCES
   Bytes_test.cpp
   CsvReader_test.cpp
   CsvText_test.cpp
+  GuessDataColumn_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
   ResultSet_test.cpp
+  SampleGuesses_test.cpp
   WholeFile_test.cpp)
