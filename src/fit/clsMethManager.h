@@ -89,9 +89,9 @@ public:
     std::int32_t GetUserDataPlot();
     void PlotData(std::int32_t code);
 
-    /// Reads a text file of periods into the data set. The user answers the questions of the import, is told
-    /// what goes wrong and may try again. \return whether a table was imported; the data set is empty
-    /// otherwise
+    /// Reads a text file of periods, or a comma-separated one, into the data set. The user answers the
+    /// questions of the import, is told what goes wrong and may try again. \return whether a table was
+    /// imported; the data set is empty otherwise
     bool ImportASCIIFile(const std::string& path);
 
     /// Writes the project; see ProjectFile. The project must have been given.

@@ -74,7 +74,8 @@ void FileCommands::Open()
         return;
     Drop();
     const auto path = TheRun().user.AskFileToOpen(
-        {.filter = "Projects and tables (*.vl3 *.txt);;Velt 3.0 (*.vl3);;Text (*.txt)"});
+        {.filter = "Projects and tables (*.vl3 *.txt *.csv);;Velt 3.0 (*.vl3);;Text (*.txt);;"
+                   "Comma-separated (*.csv)"});
     if (path)
         Load(*path);
 }
@@ -110,7 +111,7 @@ void FileCommands::Load(const std::string& path)
     FileType type = GetFileType(path);
     if (!CheckFileAccess(path, FileAccess::Read, TheRun().reporter))
         type = FileType::NotRecognised;
-    if (type == FileType::Text)
+    if (type == FileType::Text || type == FileType::CommaSeparated)
         Import(path);
     else if (type == FileType::Velt3)
         OpenVelt3(path);

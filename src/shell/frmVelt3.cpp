@@ -54,9 +54,10 @@ QString FileIn(const QMimeData& mime)
     if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
         return {};
     const QString path = mime.urls().first().toLocalFile();
-    const bool known =
-        path.endsWith(".txt", Qt::CaseInsensitive) || path.endsWith(".vl3", Qt::CaseInsensitive);
-    return known ? path : QString();
+    for (const char* ending : {".txt", ".csv", ".vl3"})
+        if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
+            return path;
+    return {};
 }
 } // namespace
 

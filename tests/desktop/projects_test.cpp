@@ -270,6 +270,25 @@ private slots:
         QVERIFY(drag.isAccepted());
     }
 
+    void ACommaSeparatedTableCanBeDroppedOnTheWindow()
+    {
+        Saved s;
+        for (const char* name : {"/table.csv", "/TABLE.CSV"}) {
+            QMimeData mime;
+            mime.setUrls({QUrl::fromLocalFile(name)});
+            QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+            drag.ignore();
+            QApplication::sendEvent(&s.window, &drag);
+            QVERIFY(drag.isAccepted());
+        }
+        QMimeData other;
+        other.setUrls({QUrl::fromLocalFile("/table.csv.gz")});
+        QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &other, Qt::LeftButton, Qt::NoModifier);
+        drag.ignore();
+        QApplication::sendEvent(&s.window, &drag);
+        QVERIFY(!drag.isAccepted());
+    }
+
     void NewSavesUnderANameAndACancelledNameLeavesItUnsaved()
     {
         Saved s;
