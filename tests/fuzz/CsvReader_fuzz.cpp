@@ -3,6 +3,7 @@
 // line; and a table that was read reads the same again when it is written with every cell in quotes.
 #include "files/AsciiText.h"
 #include "files/CsvReader.h"
+#include "files/CsvText.h"
 #include "fuzz/FuzzChecks.h"
 
 #include <vector>
@@ -59,8 +60,29 @@ std::string Written(const Rows& rows)
 }
 } // namespace
 
+namespace
+{
+/// The table that the import wizard gets of it is one, or the refusal names the line.
+void CheckTable(Bytes bytes)
+{
+    try {
+        const AsciiText table = ReadCsvText(bytes, "table.csv");
+        Demand(!table.headings.empty() && table.columns.size() == table.headings.size(),
+               "a column a heading");
+        for (const std::vector<double>& column : table.columns)
+            Demand(column.size() == table.lines.size(), "a value a row");
+        for (const std::string& heading : table.headings)
+            Demand(IsUtf8(heading), "headings are UTF-8", heading);
+    } catch (const ImportError& error) {
+        Demand(error.place.starts_with("Line "), "a refusal begins with its place", error.place);
+        DemandSentence(error.place);
+    }
+}
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    CheckTable({data, size});
     Rows rows;
     try {
         rows = Read(TextOf({data, size}));
