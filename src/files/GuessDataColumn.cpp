@@ -144,6 +144,8 @@ std::string FoldedName(std::string_view text)
 int GuessDataColumn(std::string_view heading, const std::array<std::string, 9>& titles)
 {
     const std::string name = FoldedName(heading);
+    if (name.empty())
+        return 0;
     for (std::size_t i = 0; i < titles.size(); ++i) {
         const int column = static_cast<int>(i) + 1;
         if (name == FoldedName(titles[i]) || name == FoldedName(LoadResString(kFirstFileName + column - 1)))

@@ -138,4 +138,10 @@ TEST(GuessDataColumn, TitlesInOtherWordsAreFollowed)
     std::array<std::string, 9> titles = kTitles;
     titles[3] = "Hauls made";
     EXPECT_EQ(GuessDataColumn("hauls_made", titles), 4);
+    titles[3] = "Hauls"; // a unit, but all there is of the name
+    EXPECT_EQ(GuessDataColumn("hauls (1000)", titles), 0);
+    EXPECT_EQ(GuessDataColumn("HAULS", titles), 4);
+    EXPECT_EQ(GuessDataColumn("kg", titles), 0);
+    titles[3] = "";
+    EXPECT_EQ(GuessDataColumn("...", titles), 0);
 }
