@@ -37,6 +37,8 @@ FileType GetFileType(const std::string& path)
     const std::string extension = ToUpper(LastFour(path));
     if (extension == ".TXT")
         return FileType::Text;
+    if (extension == ".CSV")
+        return FileType::CommaSeparated;
     const int version = VersionByte(path);
     constexpr std::array<std::string_view, 4> kExtensions{".QX4", ".VL2", ".VL3", ".QX5"};
     if (version < 1 || version > 4 || extension != kExtensions[static_cast<std::size_t>(version - 1)])

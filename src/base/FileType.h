@@ -18,11 +18,12 @@ enum class FileType : std::uint8_t {
     Velt3 = 3,
     Qx5 = 4,
     Text = 5,
+    CommaSeparated = 6, ///< a table with one line of headings
 };
 
-/// Kind of the file at `path`. A ".TXT" path (any case) is Text without looking inside, also when no such
-/// file exists; otherwise the magic, the version byte and the extension must agree. Never creates a file; a
-/// file of less than 11 bytes is NotRecognised.
+/// Kind of the file at `path`. A path that ends in ".TXT" is Text and one in ".CSV" CommaSeparated (any
+/// case), without looking inside, also when no such file exists; otherwise the magic, the version byte and
+/// the extension must agree. Never creates a file; a file of less than 11 bytes is NotRecognised.
 FileType GetFileType(const std::string& path);
 
 /// Whether `path` is named as a project, with ".vl3" in any case of letters.

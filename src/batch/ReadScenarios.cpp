@@ -7,11 +7,11 @@
 #include "base/Text.h"
 #include "base/Windows1252.h"
 #include "batch/BatchFailure.h"
-#include "batch/CsvReader.h"
 #include "data/ImportText.h"
 #include "data/ProjectData.h"
 #include "data/ScenarioSheet.h"
 #include "data/clsVeltData.h"
+#include "files/CsvReader.h"
 #include "files/ReadWholeFile.h"
 
 #include <algorithm>
@@ -138,6 +138,8 @@ ScenarioFile ReadScenarios(std::string_view text, const std::string& path)
         return file;
     } catch (const BatchFailure& failure) {
         throw BatchFailure(failure.status, Quotable(path) + ": " + failure.message);
+    } catch (const ImportError& error) { // the reader's own sentence, with the line
+        throw BatchFailure(ExitStatus::BadData, Quotable(path) + ": " + error.place);
     }
 }
 

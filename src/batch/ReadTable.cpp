@@ -3,18 +3,13 @@
 
 #include "base/FileErrors.h"
 #include "base/ForeignText.h"
-#include "base/NumberText.h"
-#include "base/Text.h"
-#include "base/Windows1252.h"
 #include "batch/BatchFailure.h"
-#include "batch/CsvReader.h"
 #include "data/ImportText.h"
 #include "data/clsVeltData.h"
+#include "files/CsvText.h"
 #include "files/ReadWholeFile.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <optional>
 
 namespace
 {
@@ -32,40 +27,19 @@ std::vector<std::size_t> UsedColumns(const std::vector<std::string>& headings, c
     return columns;
 }
 
-/// The number in a cell; a missing one counts as the data set's own mark, except for a time.
-double ValueOf(const CsvCell& cell, const std::string& heading, bool isTime)
-{
-    if (IsMissing(cell.text) && !isTime)
-        return clsVeltData::kMissing;
-    const std::optional<double> value = number_text::Parse(cell.text);
-    if (!value)
-        throw BatchFailure(ExitStatus::BadData, "Line " + std::to_string(cell.line) + ", column \"" +
-                                                    Quotable(heading) + "\": \"" + Quotable(cell.text) +
-                                                    "\" is not a number.");
-    return *value;
-}
-
 /// The columns of a comma-separated file that the request uses, described by the file's name.
 AsciiText TableOf(std::string_view text, const FitRequest& request)
 {
-    CsvReader reader(text);
-    const std::vector<std::size_t> used = UsedColumns(reader.Headings(), request);
-    AsciiText table;
-    table.description = Trim(ToUtf8(std::filesystem::path(request.file).filename().string()));
-    for (const std::size_t column : used)
-        table.headings.push_back(reader.Headings()[column]);
-    table.columns.resize(used.size());
-    CsvRow row;
-    while (reader.Next(row)) {
-        table.lines.push_back(row.line);
-        for (std::size_t i = 0; i < used.size(); ++i) {
-            const std::string& heading = table.headings[i];
-            const CsvCell& cell = row.cells[used[i]];
-            table.Add(i, ValueOf(cell, heading, heading == request.timeColumn),
-                      IsMissing(cell.text) ? "" : cell.text);
-        }
+    try {
+        CsvReader reader(text);
+        const std::vector<std::size_t> used = UsedColumns(reader.Headings(), request);
+        const auto time = static_cast<std::size_t>(TextColumn(reader.Headings(), request.timeColumn) - 1);
+        AsciiText table = TakeColumns(reader, used, time);
+        table.description = DescriptionFromName(request.file);
+        return table;
+    } catch (const ImportError& error) { // its place is the whole sentence
+        throw BatchFailure(ExitStatus::BadData, error.place);
     }
-    return table;
 }
 
 /// What the import asks, answered for a command line.

@@ -6,6 +6,7 @@
 #include "data/NumberFormat.h"
 #include "data/clsVeltData.h"
 #include "files/AsciiWizard.h"
+#include "files/CsvText.h"
 #include "files/ReadWholeFile.h"
 
 #include <algorithm>
@@ -15,6 +16,8 @@
 
 namespace
 {
+static_assert(AsciiText::kMissing == double{clsVeltData::kMissing});
+
 constexpr const char* kSource = "clsVeltDATA_IMportASCIIFile";
 
 void EndUnless(bool goesOn)
@@ -145,6 +148,13 @@ void ImportText(clsVeltData& data, const std::string& path, std::span<const std:
     TakeTable(data, path, ReadAsciiText(bytes), questions);
 }
 
+void ImportCsv(clsVeltData& data, const std::string& path, std::span<const std::uint8_t> bytes,
+               IImportQuestions& questions)
+{
+    data = clsVeltData(data.TheRun());
+    ImportTable(data, path, ReadCsvText(bytes, path), questions);
+}
+
 void ImportTable(clsVeltData& data, const std::string& path, AsciiText table, IImportQuestions& questions)
 {
     data = clsVeltData(data.TheRun());
@@ -157,4 +167,10 @@ void clsVeltData::ImportASCIIFile(const std::string& path, IImportQuestions& que
 {
     *this = clsVeltData(m_run);
     ImportText(*this, path, ReadWholeFile(path, CheckTextSize), questions);
+}
+
+void clsVeltData::ImportCSVFile(const std::string& path, IImportQuestions& questions)
+{
+    *this = clsVeltData(m_run);
+    ImportCsv(*this, path, ReadWholeFile(path, CheckTextSize), questions);
 }

@@ -50,5 +50,9 @@ public:
 void ImportText(clsVeltData& data, const std::string& path, std::span<const std::uint8_t> bytes,
                 IImportQuestions& questions);
 
+/// The same for a comma-separated table as ReadCsvText reads it, which has the file's name as description.
+void ImportCsv(clsVeltData& data, const std::string& path, std::span<const std::uint8_t> bytes,
+               IImportQuestions& questions);
+
 /// The same for a table that was read already; its headings may be any text.
 void ImportTable(clsVeltData& data, const std::string& path, AsciiText table, IImportQuestions& questions);

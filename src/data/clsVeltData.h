@@ -184,6 +184,9 @@ public:
     /// read; otherwise as ImportText. The data set is as new after every failure.
     void ImportASCIIFile(const std::string& path, IImportQuestions& questions);
 
+    /// The same for a comma-separated table, as ImportCsv.
+    void ImportCSVFile(const std::string& path, IImportQuestions& questions);
+
     /// Prints the whole table: the columns in groups as wide as the page, each group on pages of its own.
     /// Tells the user when the printer fails or its page is too small for a column; changes nothing.
     void PrintData(IPrinter& printer) const;

@@ -113,6 +113,7 @@ frmASCIIWizard::frmASCIIWizard(const AsciiWizard& wizard, QWidget* parent)
     connect(m_choices, &QComboBox::activated, this, &frmASCIIWizard::OnChoice);
     resize(fontMetrics().averageCharWidth() * kWide, fontMetrics().lineSpacing() * kHigh);
     m_table->setFocus();
+    Preselect();
     ShowStep();
 }
 
@@ -176,6 +177,13 @@ int frmASCIIWizard::SelectedColumn() const
     return selected.isEmpty() ? 0 : selected.front().left() + 1;
 }
 
+void frmASCIIWizard::Preselect()
+{
+    m_wizard.GuessTiming();
+    if (m_wizard.timingColumn != 0)
+        m_table->setCurrentIndex(m_model->index(0, m_wizard.timingColumn - 1)); // scrolls to it
+}
+
 void frmASCIIWizard::OnColumnSelected()
 {
     if (m_wizard.step == 1 && SelectedColumn() != 0)
@@ -202,6 +210,7 @@ void frmASCIIWizard::OnNext()
 {
     try {
         m_wizard.Next();
+        m_wizard.GuessColumns();
     } catch (const VeltError&) {
         m_failure = std::current_exception();
         reject();
@@ -211,6 +220,7 @@ void frmASCIIWizard::OnNext()
     m_table->clearSelection();
     SelectFirstColumn();
     ShowStep();
+    m_table->resizeColumnsToContents(); // titles that were guessed may be wider than the values
     m_table->setFocus();
 }
 

@@ -14,7 +14,8 @@ class QTableView;
 class TextColumnsModel;
 
 /// The two steps of a text import over the rules of the record: which text column holds the periods, and
-/// which data column each of the others becomes. It edits its own copy of the record.
+/// which data column each of the others becomes. What can be guessed is chosen already; it can be changed as
+/// what a person chose. It edits its own copy of the record.
 class frmASCIIWizard : public QDialog
 {
     Q_OBJECT
@@ -34,6 +35,7 @@ private:
     QWidget* FileRow() const;
     QWidget* ChoiceRow();
     QWidget* ButtonRow();
+    void Preselect();
     void OnColumnSelected();
     void OnChoice(int row);
     void OnBack();

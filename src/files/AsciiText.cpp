@@ -7,22 +7,11 @@
 #include "base/Windows1252.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-ImportError BadColumns(const std::string& place, std::size_t line)
-{
-    return {kProgramErrorBase + errors::kImportColumns,
-            "Bad number of data columns. Please correct and reload file.", place, line};
-}
-
-ImportError BadData(const std::string& place, std::size_t line)
-{
-    return {kProgramErrorBase + errors::kImportData,
-            "Invalid or missing data. Please correct and reload file.", place, line};
-}
 
 std::string LinePlace(std::size_t line, const std::string& what = {})
 {
@@ -104,11 +93,31 @@ void ReadRow(LineReader& lines, AsciiText& text)
 }
 } // namespace
 
+ImportError BadColumns(std::string place, std::size_t line)
+{
+    return {kProgramErrorBase + errors::kImportColumns,
+            "Bad number of data columns. Please correct and reload file.", std::move(place), line};
+}
+
+ImportError BadData(std::string place, std::size_t line)
+{
+    return {kProgramErrorBase + errors::kImportData,
+            "Invalid or missing data. Please correct and reload file.", std::move(place), line};
+}
+
 void AsciiText::Add(std::size_t column, double value, std::string_view text)
 {
     decimals.resize(columns.size());
     columns[column].push_back(value);
     decimals[column] = std::max(decimals[column], number_text::Decimals(text));
+}
+
+void AsciiText::AddMissing(std::size_t column, std::size_t line)
+{
+    missing.resize(columns.size());
+    columns[column].push_back(kMissing);
+    if (missing[column] == 0)
+        missing[column] = line;
 }
 
 void CheckTextSize(std::uintmax_t size)

@@ -18,9 +18,15 @@ struct AsciiText {
     std::vector<std::vector<double>> columns; ///< one a heading, of equal length, at least one value
     std::vector<std::size_t> lines;           ///< in the file, of each row, counted from 1
     std::vector<int> decimals = {};           ///< of each column, behind the point of its longest number
+    std::vector<std::size_t> missing = {};    ///< of each column, the line of its first missing cell, or 0
+
+    static constexpr double kMissing = -1.0; ///< what a missing cell counts as
 
     /// Adds a number behind a column, as its text has it.
     void Add(std::size_t column, double value, std::string_view text);
+
+    /// Adds a cell in which nothing stands behind a column.
+    void AddMissing(std::size_t column, std::size_t line);
 
     /// Line 1 holds nothing but blanks: the user is to be asked.
     bool MissingDescription() const { return description.empty(); }
@@ -36,6 +42,12 @@ struct ImportError : VeltError {
     std::string place; ///< for a line of its own behind the description: "(line 7)"
     std::size_t line;  ///< counted from 1; 0 when the failure has no line
 };
+
+/// 2256: a line has another number of values than there are headings.
+ImportError BadColumns(std::string place, std::size_t line);
+
+/// 2257: what stands there is no number, or no table.
+ImportError BadData(std::string place, std::size_t line);
 
 /// Larger files are refused unread: 200 periods of 256 columns fit several times over.
 inline constexpr std::size_t kMaxTextBytes = std::size_t{1} << 20U;

@@ -2,11 +2,15 @@
 #include "files/AsciiWizard.h"
 
 #include "base/Checked.h"
+#include "base/ForeignText.h"
 #include "base/NumberText.h"
 #include "base/StringTable.h"
 #include "base/VeltError.h"
+#include "files/GuessDataColumn.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace
@@ -23,6 +27,19 @@ std::int16_t Label(double value, std::size_t line)
     }
 }
 
+bool IsLabel(double value)
+{
+    return value == std::nearbyint(value) && value >= std::numeric_limits<std::int16_t>::min() &&
+           value <= std::numeric_limits<std::int16_t>::max();
+}
+
+bool RisesByOne(const std::vector<double>& values)
+{
+    const auto next = [](double before, double value) { return value != before + 1.0; };
+    return values.size() > 1 && std::all_of(values.begin(), values.end(), IsLabel) &&
+           std::adjacent_find(values.begin(), values.end(), next) == values.end();
+}
+
 void CheckDataColumn(int dataColumn)
 {
     if (dataColumn < 1 || dataColumn > AsciiWizard::kUserColumns)
@@ -33,10 +50,11 @@ void CheckDataColumn(int dataColumn)
 AsciiWizard::AsciiWizard(std::string file, AsciiText table, std::array<std::string, kUserColumns> titles)
     : fileName(std::move(file)), collFlexHeadings(std::move(table.headings)),
       collFlexData(std::move(table.columns)), decimals(std::move(table.decimals)),
-      lines(std::move(table.lines)), columnTitles(std::move(titles)),
+      lines(std::move(table.lines)), missing(std::move(table.missing)), columnTitles(std::move(titles)),
       m_userColRef(collFlexHeadings.size(), kNone)
 {
     decimals.resize(collFlexHeadings.size());
+    missing.resize(collFlexHeadings.size());
 }
 
 int AsciiWizard::CopyColumn(int textColumn)
@@ -44,6 +62,7 @@ int AsciiWizard::CopyColumn(int textColumn)
     const std::size_t index = Index(textColumn);
     collFlexHeadings.push_back(std::string(collFlexHeadings[index]));
     decimals.push_back(int{decimals[index]});
+    missing.push_back(std::size_t{missing[index]});
     collFlexData.push_back(std::vector<double>(collFlexData[index]));
     m_userColRef.push_back(kNone);
     return TextColumns();
@@ -64,6 +83,17 @@ std::string AsciiWizard::Explanation() const
     return LoadResString(step == 1 ? 203 : 205);
 }
 
+void AsciiWizard::GuessTiming()
+{
+    if (step != 1)
+        RaiseSubscript();
+    for (int column = 1; column <= TextColumns() && timingColumn == 0; ++column) {
+        const std::size_t index = Index(column);
+        if (missing[index] == 0 && RisesByOne(collFlexData[index]))
+            timingColumn = column;
+    }
+}
+
 void AsciiWizard::ChooseTiming(int textColumn)
 {
     if (step != 1)
@@ -79,10 +109,27 @@ void AsciiWizard::Next()
     const std::vector<double>& labels = collFlexData.at(Index(timingColumn));
     if (labels.empty() || lines.size() != labels.size())
         RaiseSubscript();
+    if (const std::size_t line = missing[Index(timingColumn)]; line != 0)
+        throw BadData("Line " + std::to_string(line) + ", column \"" +
+                          Quotable(collFlexHeadings[Index(timingColumn)]) + "\": a time label is missing.",
+                      line);
     const std::int16_t first = Label(labels.front(), lines.front());
     intMaxTimeP = Label(labels.back(), lines.back());
     intMinTimeP = first;
     step = 2;
+}
+
+void AsciiWizard::GuessColumns()
+{
+    if (step != 2)
+        RaiseSubscript();
+    for (int textColumn = 1; textColumn <= TextColumns(); ++textColumn) {
+        if (textColumn == timingColumn || enuUserColRef(textColumn) != kNone)
+            continue;
+        const int guess = GuessDataColumn(collFlexHeadings[Index(textColumn)], columnTitles);
+        if (guess != kNone && !blnVELTColSel(guess))
+            Assign(textColumn, guess);
+    }
 }
 
 void AsciiWizard::Back()

@@ -25,6 +25,7 @@ struct AsciiWizard {
     std::vector<std::vector<double>> collFlexData; ///< values of each text column in row order
     std::vector<int> decimals;                     ///< of each text column
     std::vector<std::size_t> lines;                ///< in the file, of each row
+    std::vector<std::size_t> missing;              ///< of each text column, line of a missing cell, or 0
     std::array<std::string, kUserColumns> columnTitles;
 
     int step = 1;
@@ -42,14 +43,23 @@ struct AsciiWizard {
     std::string StepTitle() const;   ///< "Timing", "Data Columns"
     std::string Explanation() const; ///< what to do in this step
 
+    /// Step 1: chooses the first column whose values are whole 16-bit numbers that rise by one from row to
+    /// row, as a person may then choose another. One row rises by nothing. Does nothing where no column is
+    /// such, or one is chosen. \throws VeltError 9 in step 2
+    void GuessTiming();
+
     /// Step 1. \throws VeltError 9 for a text column that does not exist, and in step 2
     void ChooseTiming(int textColumn);
     bool CanNext() const { return step == 1 && timingColumn != 0; }
 
     /// Takes the first and the last period of the timing column, rounded to whole numbers, ties to even;
-    /// those between are not looked at. \throws ImportError 6 for a label outside 16 bits; 9 when nothing is
-    /// chosen
+    /// those between are not looked at. \throws ImportError 6 for a label outside 16 bits, 2257 for a missing
+    /// one anywhere; 9 when nothing is chosen
     void Next();
+
+    /// Step 2: assigns the data columns that headings plainly name (GuessDataColumn) to text columns without
+    /// one. Of two headings for a data column the first has it. \throws VeltError 9 in step 1
+    void GuessColumns();
 
     /// Returns to step 1 and forgets every assignment.
     void Back();

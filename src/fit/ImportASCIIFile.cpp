@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The import of a text file as the person at the desk meets it: its questions and failures as boxes.
 #include "base/FileErrors.h"
+#include "base/FileType.h"
 #include "data/ImportText.h"
 #include "fit/ImportBoxes.h"
 #include "fit/clsMethManager.h"
@@ -48,7 +49,10 @@ bool clsMethManager::ImportASCIIFile(const std::string& path)
     QuestionsAsBoxes questions(m_run);
     for (;;) {
         try {
-            m_data->ImportASCIIFile(path, questions);
+            if (GetFileType(path) == FileType::CommaSeparated)
+                m_data->ImportCSVFile(path, questions);
+            else
+                m_data->ImportASCIIFile(path, questions);
             return true;
         } catch (const VeltError& error) {
             if (!RetryAfter(m_run, error, path))

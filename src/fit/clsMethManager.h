@@ -89,9 +89,9 @@ public:
     std::int32_t GetUserDataPlot();
     void PlotData(std::int32_t code);
 
-    /// Reads a text file of periods into the data set. The user answers the questions of the import, is told
-    /// what goes wrong and may try again. \return whether a table was imported; the data set is empty
-    /// otherwise
+    /// Reads a text file of periods, or a comma-separated one, into the data set. The user answers the
+    /// questions of the import, is told what goes wrong and may try again. \return whether a table was
+    /// imported; the data set is empty otherwise
     bool ImportASCIIFile(const std::string& path);
     /// The same for a project of version 2.0, whose columns and scenarios come across and nothing else.
     bool ImportVELT2File(const std::string& path);

@@ -75,8 +75,8 @@ void FileCommands::Open()
         return;
     Drop();
     const auto path = TheRun().user.AskFileToOpen(
-        {.filter = "Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
-                   "Text (*.txt)"});
+        {.filter = "Projects and tables (*.vl3 *.vl2 *.txt *.csv);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                   "Text (*.txt);;Comma-separated (*.csv)"});
     if (path)
         Load(*path);
 }
@@ -112,7 +112,7 @@ void FileCommands::Load(const std::string& path)
     FileType type = GetFileType(path);
     if (!CheckFileAccess(path, FileAccess::Read, TheRun().reporter))
         type = FileType::NotRecognised;
-    if (type == FileType::Text || type == FileType::Velt2)
+    if (type == FileType::Text || type == FileType::CommaSeparated || type == FileType::Velt2)
         Import(path, type);
     else if (type == FileType::Velt3)
         OpenVelt3(path);

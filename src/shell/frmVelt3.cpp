@@ -54,10 +54,10 @@ QString FileIn(const QMimeData& mime)
     if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
         return {};
     const QString path = mime.urls().first().toLocalFile();
-    const auto has = [&path](const char* ending) {
-        return path.endsWith(QLatin1String(ending), Qt::CaseInsensitive);
-    };
-    return has(".txt") || has(".vl3") || has(".vl2") ? path : QString();
+    for (const char* ending : {".txt", ".csv", ".vl3", ".vl2"})
+        if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
+            return path;
+    return {};
 }
 } // namespace
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What docs/coverage.csv counted is told in three more places; they must not drift from it.
 #include "batch/BatchJob.h"
-#include "batch/CsvTable.h"
+#include "support/CsvTable.h"
 #include "support/SimulatedStock.h"
 
 #include <gtest/gtest.h>

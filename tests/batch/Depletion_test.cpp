@@ -3,7 +3,7 @@
 // least-squares fit is Leslie's regression of catch per effort on the catch taken before, counted to the
 // middle of the period (Ricker 1975, example 6.1): q is minus the slope, N1 the intercept over q.
 #include "batch/BatchJob.h"
-#include "batch/CsvTable.h"
+#include "support/CsvTable.h"
 
 #include <gtest/gtest.h>
 

@@ -66,6 +66,14 @@ TEST_F(FileTypes, ANameEndingInTxtInAnyCaseIsTextAlsoWhenTheFileDoesNotExist)
     EXPECT_EQ(GetFileType(WriteProject("project.txt", 3)), FileType::Text);
 }
 
+TEST_F(FileTypes, ANameEndingInCsvInAnyCaseIsACommaSeparatedTable)
+{
+    EXPECT_EQ(GetFileType(Path("nowhere.CsV")), FileType::CommaSeparated);
+    EXPECT_FALSE(std::filesystem::exists(Path("nowhere.CsV")));
+    EXPECT_EQ(GetFileType(WriteProject("project.csv", 3)), FileType::CommaSeparated);
+    EXPECT_EQ(GetFileType(Write("csv", "Year,Boats\n1990,5\n")), FileType::NotRecognised);
+}
+
 TEST_F(FileTypes, AShortOrMissingFileHasNoType)
 {
     using namespace std::string_literals;

@@ -3,8 +3,12 @@ velt_core_test(files SOURCES
   AsciiText_test.cpp
   AsciiWizard_test.cpp
   Bytes_test.cpp
+  CsvReader_test.cpp
+  CsvText_test.cpp
+  GuessDataColumn_test.cpp
   LegacyRecords_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
   ResultSet_test.cpp
+  SampleGuesses_test.cpp
   WholeFile_test.cpp)

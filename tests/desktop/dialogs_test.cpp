@@ -101,12 +101,26 @@ AsciiWizard TextFile(std::vector<double> periods = {1990, 1991, 1992})
              "Abundance Index", "Var. Abund. Index", "Recruit. Index"}};
 }
 
+/// A text file under these headings, of which the column at `years` alone rises by one.
+AsciiWizard Headed(const std::vector<std::string>& headings, std::size_t years)
+{
+    AsciiWizard shape = TextFile();
+    std::vector<std::vector<double>> values(headings.size(), {5, 7, 6});
+    values.at(years) = {1990, 1991, 1992};
+    return {"ling.txt", {"Ling", headings, std::move(values), shape.lines}, shape.columnTitles};
+}
+
 /// The hands on the import wizard.
 struct ImportDesk : Desk {
     explicit ImportDesk(frmASCIIWizard& wizard) : Desk(wizard) {}
     QTableView* Table() const { return The<QTableView>("grdText"); }
     QComboBox* List() const { return The<QComboBox>("cboDBCols"); }
     bool Enabled(const char* button) const { return The<QPushButton>(button)->isEnabled(); }
+    void ClickColumn(int column) const
+    {
+        const QRect cell = Table()->visualRect(Table()->model()->index(0, column));
+        QTest::mouseClick(Table()->viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
+    }
     QString Title(int column) const
     {
         return Table()->model()->headerData(column, Qt::Horizontal).toString();
@@ -449,7 +463,7 @@ private slots:
 
     void NextWaitsForATimingColumnAndFinishForStepTwo()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(TextFile({1990, 1992, 1991})); // no column rises by one
         const ImportDesk desk(wizard);
         QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 1"));
         QVERIFY(!desk.Enabled("cmdBack") && !desk.Enabled("cmdNext") && !desk.Enabled("cmdFinish"));
@@ -462,6 +476,136 @@ private slots:
         QVERIFY(desk.Enabled("cmdBack") && !desk.Enabled("cmdNext") && desk.Enabled("cmdFinish"));
         QVERIFY(desk.Table()->isColumnHidden(0)); // the timing column gets no data column
         QVERIFY(desk.List()->isEnabled());
+    }
+
+    void AColumnThatRisesByOneIsPreselectedAndAnotherMayBeClicked()
+    {
+        frmASCIIWizard wizard(Headed({"Boats", "Year", "Landed"}, 1));
+        const ImportDesk desk(wizard);
+        QCOMPARE(wizard.Record().timingColumn, 2);
+        QVERIFY(desk.Table()->selectionModel()->isColumnSelected(1));
+        QVERIFY(desk.Enabled("cmdNext") && !desk.Enabled("cmdBack") && !desk.Enabled("cmdFinish"));
+
+        desk.ClickColumn(2);
+        QCOMPARE(wizard.Record().timingColumn, 3);
+        QVERIFY(desk.Table()->selectionModel()->isColumnSelected(2));
+        desk.Click("cmdNext");
+        QVERIFY(desk.Table()->isColumnHidden(2) && !desk.Table()->isColumnHidden(1));
+    }
+
+    void APreselectedColumnFarToTheRightIsScrolledTo()
+    {
+        std::vector<std::string> headings(40, "a heading of some length");
+        frmASCIIWizard wizard(Headed(headings, 39));
+        const ImportDesk desk(wizard);
+        QCOMPARE(wizard.Record().timingColumn, 40);
+        const QRect cell = desk.Table()->visualRect(desk.Table()->model()->index(0, 39));
+        QVERIFY(desk.Table()->viewport()->rect().contains(cell.center()));
+    }
+
+    void TheKeysGoOnWithThePreselectedColumnOrMarkAnother()
+    {
+        frmASCIIWizard taken(Headed({"Boats", "Year"}, 1));
+        const ImportDesk desk(taken);
+        QTest::keyClick(desk.Table(), Qt::Key_Return);
+        QCOMPARE(taken.Record().step, 2);
+        QCOMPARE(taken.Record().timingColumn, 2);
+
+        frmASCIIWizard moved(Headed({"Boats", "Year"}, 1));
+        const ImportDesk other(moved);
+        QTest::keyClick(other.Table(), Qt::Key_Left);
+        QCOMPARE(moved.Record().timingColumn, 1);
+    }
+
+    void AGuessedColumnLooksAndBehavesAsAChosenOne()
+    {
+        frmASCIIWizard wizard(Headed({"Year", "Effort (boat days)", "Landed", "CPUE"}, 0));
+        const ImportDesk desk(wizard);
+        desk.Click("cmdNext");
+        QCOMPARE(desk.Title(1), QString("Effort (boat days)\nEffort"));
+        QCOMPARE(desk.Title(2).trimmed(), QString("Landed"));
+        QCOMPARE(desk.Title(3), QString("CPUE\nAbundance Index"));
+        QCOMPARE(desk.List()->currentText(), QString("Effort")); // of the first column
+
+        desk.Table()->selectColumn(2);
+        QCOMPARE(desk.List()->currentText(), QString("(None)"));
+        QVERIFY(!desk.Choices().contains("Effort") && !desk.Choices().contains("Abundance Index"));
+        desk.Table()->selectColumn(3);
+        QCOMPARE(desk.List()->currentText(), QString("Abundance Index"));
+
+        desk.Choose("(None)");
+        QCOMPARE(desk.Title(3).trimmed(), QString("CPUE"));
+        desk.Table()->selectColumn(2);
+        desk.Choose("Abundance Index");
+        desk.Click("cmdFinish");
+        QVERIFY(wizard.Record().OK);
+        QCOMPARE(wizard.Record().enuUserColRef(2), columns::Effort);
+        QCOMPARE(wizard.Record().enuUserColRef(3), columns::AbundIndex);
+        QCOMPARE(wizard.Record().enuUserColRef(4), AsciiWizard::kNone);
+    }
+
+    void EveryGuessFreedIsADataSetWithNoColumns()
+    {
+        frmASCIIWizard wizard(Headed({"Year", "Effort"}, 0));
+        const ImportDesk desk(wizard);
+        desk.Click("cmdNext");
+        desk.Choose("(None)");
+        desk.Click("cmdFinish");
+        QVERIFY(wizard.Record().OK);
+        QCOMPARE(wizard.Record().enuUserColRef(2), AsciiWizard::kNone);
+    }
+
+    void AGuessedTitleWiderThanItsValuesIsShownWhole()
+    {
+        frmASCIIWizard wizard(Headed({"Year", "CPUE"}, 0));
+        const ImportDesk desk(wizard);
+        desk.Click("cmdNext");
+        const QHeaderView* titles = desk.Table()->horizontalHeader();
+        QVERIFY(titles->sectionSize(1) >= titles->fontMetrics().horizontalAdvance("Abundance Index"));
+    }
+
+    void BackForgetsGuessesAndChoicesAndNextGuessesAnew()
+    {
+        frmASCIIWizard wizard(Headed({"Year", "Effort", "Landed"}, 0));
+        const ImportDesk desk(wizard);
+        desk.Click("cmdNext");
+        desk.Choose("(None)"); // the guess
+        desk.Table()->selectColumn(2);
+        desk.Choose("Catch Wt");
+        desk.Click("cmdBack");
+        QCOMPARE(desk.Title(1).trimmed(), QString("Effort"));
+        QCOMPARE(desk.Title(2).trimmed(), QString("Landed"));
+        QVERIFY(desk.Table()->selectionModel()->isColumnSelected(0));
+
+        desk.Click("cmdNext");
+        QCOMPARE(desk.Title(1), QString("Effort\nEffort"));
+        QCOMPARE(desk.Title(2).trimmed(), QString("Landed"));
+
+        desk.Click("cmdBack");
+        desk.ClickColumn(1); // the periods are said to stand there
+        desk.Click("cmdNext");
+        QVERIFY(desk.Table()->isColumnHidden(1));
+        QCOMPARE(wizard.Record().enuUserColRef(2), AsciiWizard::kNone);
+    }
+
+    void AMissingTimeLabelEndsTheWizardWithItsLine()
+    {
+        AsciiWizard file = Headed({"Year", "Effort"}, 0);
+        file.missing[0] = 4;
+        QTimer::singleShot(0, [] {
+            auto* wizard = QApplication::activeModalWidget();
+            const bool waits = !wizard->findChild<QPushButton*>("cmdNext")->isEnabled();
+            wizard->findChild<QTableView*>("grdText")->selectColumn(0);
+            if (!waits) // it was preselected
+                qobject_cast<QDialog*>(wizard)->reject();
+            wizard->findChild<QPushButton*>("cmdNext")->click();
+        });
+        try {
+            frmASCIIWizard::Ask(nullptr, file);
+            QFAIL("the import goes on");
+        } catch (const ImportError& error) {
+            QCOMPARE(error.line, std::size_t{4});
+        }
     }
 
     void AnAssignedColumnStandsInTheHeadingAndLeavesTheOtherLists()

@@ -120,8 +120,8 @@ private slots:
         s.Entry("mnuOpen")->trigger();
         QVERIFY(s.user.messages.empty());
         QCOMPARE(QString::fromStdString(s.user.openQuestions.back().filter),
-                 QString("Projects and tables (*.vl3 *.vl2 *.txt);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
-                         "Text (*.txt)"));
+                 QString("Projects and tables (*.vl3 *.vl2 *.txt *.csv);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                         "Text (*.txt);;Comma-separated (*.csv)"));
         QVERIFY(s.window.FileOpen());
         QVERIFY(!s.Dirty());
         QCOMPARE(QString::fromStdString(s.user.saveQuestions.back().suggestion),
@@ -437,6 +437,25 @@ private slots:
         QVERIFY(accepts(kLegacySample));
         QVERIFY(accepts(s.Path("STOCK.VL2")));
         QVERIFY(!accepts(s.Path("stock.vl4")));
+    }
+
+    void ACommaSeparatedTableCanBeDroppedOnTheWindow()
+    {
+        Saved s;
+        for (const char* name : {"/table.csv", "/TABLE.CSV"}) {
+            QMimeData mime;
+            mime.setUrls({QUrl::fromLocalFile(name)});
+            QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+            drag.ignore();
+            QApplication::sendEvent(&s.window, &drag);
+            QVERIFY(drag.isAccepted());
+        }
+        QMimeData other;
+        other.setUrls({QUrl::fromLocalFile("/table.csv.gz")});
+        QDragEnterEvent drag(QPoint(5, 5), Qt::CopyAction, &other, Qt::LeftButton, Qt::NoModifier);
+        drag.ignore();
+        QApplication::sendEvent(&s.window, &drag);
+        QVERIFY(!drag.isAccepted());
     }
 
     void NewSavesUnderANameAndACancelledNameLeavesItUnsaved()

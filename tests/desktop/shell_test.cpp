@@ -2,6 +2,7 @@
 #include "base/VeltError.h"
 #include "data/NumberFormat.h"
 #include "desktop/Session.h"
+#include "dialogs/frmASCIIWizard.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
 #include "shell/MenuState.h"
@@ -423,6 +424,64 @@ private slots:
         session.Entry("mnuOpen")->trigger();
         QVERIFY(session.window.FileOpen());
         QCOMPARE(session.window.objData().TimeInts(), 25);
+    }
+
+    void OpenOffersProjectsTextAndCommaSeparatedTables()
+    {
+        struct Chooser : ScriptedUser {
+            std::optional<std::string> AskFileToOpen(const FileQuestion& question) override
+            {
+                filter = question.filter;
+                return {};
+            }
+            std::string filter;
+        } user;
+        frmVelt3 window(&user);
+        window.menuBar()->findChild<QAction*>("mnuOpen")->trigger();
+        QCOMPARE(
+            user.filter,
+            std::string("Projects and tables (*.vl3 *.vl2 *.txt *.csv);;Velt 3.0 (*.vl3);;Velt 2.0 (*.vl2);;"
+                        "Text (*.txt);;Comma-separated (*.csv)"));
+    }
+
+    void ACommaSeparatedTableOpensThroughTheRealWizardWithItsGuesses()
+    {
+        Session session;
+        session.user.onAsciiWizard = [](AsciiWizard& wizard) {
+            QTimer::singleShot(0, [] { // no hand but on the two buttons
+                auto* form = QApplication::activeModalWidget();
+                form->findChild<QPushButton*>("cmdNext")->click();
+                form->findChild<QPushButton*>("cmdFinish")->click();
+            });
+            return frmASCIIWizard::Ask(nullptr, wizard);
+        };
+        const std::string path = VELT_TEST_SAMPLES "/datasets/squid_loligo_gahi_falklands_1990.csv";
+        session.user.files = {path};
+        session.Entry("mnuOpen")->trigger();
+
+        const clsVeltData& data = session.window.objData();
+        QCOMPARE(data.TimeInts(), 120);
+        QCOMPARE(data.DSDesc(), std::string("squid_loligo_gahi_falklands_1990.csv"));
+        QCOMPARE(data.Effort(1), 17.0F);
+        QCOMPARE(data.MeanWt(1), 0.0359F);
+        QVERIFY(!data.ColPresent(columns::TotCatchWt)); // "catch_kg" may be two columns
+        QVERIFY(session.user.messages.empty());
+        QCOMPARE(session.user.asked.back(), std::string("file to save")); // it becomes a project
+        QVERIFY(session.Menu("mnuRecent")->actions().front()->text().contains("squid_loligo"));
+    }
+
+    void AFaultInACommaSeparatedTableIsToldWithItsLine()
+    {
+        Session session;
+        QTemporaryDir folder;
+        QFile file(folder.filePath("ling.csv"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("Year,Boats\n1990,5\n1991,five\n");
+        file.close();
+        session.window.OpenPath(file.fileName());
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QCOMPARE(session.user.messages.front().title, std::string("Import Error"));
+        QVERIFY(session.user.Saw("Line 3, column \"Boats\": \"five\" is not a number."));
     }
 
     void CancelInTheFileDialogLeavesNoDataSetOpen()

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whatever the bytes, a comma-separated table is read in rows as long as its headings or refused with the
 // line; and a table that was read reads the same again when it is written with every cell in quotes.
-#include "batch/BatchFailure.h"
-#include "batch/CsvReader.h"
 #include "files/AsciiText.h"
+#include "files/CsvReader.h"
+#include "files/CsvText.h"
 #include "fuzz/FuzzChecks.h"
 
 #include <vector>
@@ -25,7 +25,7 @@ std::vector<std::string> TextsOf(const CsvRow& row, std::size_t& line)
     return texts;
 }
 
-/// Headings and rows. \throws BatchFailure as the reader
+/// Headings and rows. \throws ImportError as the reader
 Rows Read(std::string_view text)
 {
     CsvReader reader(text);
@@ -60,15 +60,36 @@ std::string Written(const Rows& rows)
 }
 } // namespace
 
+namespace
+{
+/// The table that the import wizard gets of it is one, or the refusal names the line.
+void CheckTable(Bytes bytes)
+{
+    try {
+        const AsciiText table = ReadCsvText(bytes, "table.csv");
+        Demand(!table.headings.empty() && table.columns.size() == table.headings.size(),
+               "a column a heading");
+        for (const std::vector<double>& column : table.columns)
+            Demand(column.size() == table.lines.size(), "a value a row");
+        for (const std::string& heading : table.headings)
+            Demand(IsUtf8(heading), "headings are UTF-8", heading);
+    } catch (const ImportError& error) {
+        Demand(error.place.starts_with("Line "), "a refusal begins with its place", error.place);
+        DemandSentence(error.place);
+    }
+}
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    CheckTable({data, size});
     Rows rows;
     try {
         rows = Read(TextOf({data, size}));
-    } catch (const BatchFailure& failure) {
-        Demand(failure.status == ExitStatus::BadData, "a table that cannot be read is bad data");
-        Demand(failure.message.starts_with("Line "), "a refusal begins with its place", failure.message);
-        DemandSentence(failure.message);
+    } catch (const ImportError& error) {
+        Demand(error.place.starts_with("Line " + std::to_string(error.line) + ": "),
+               "a refusal begins with its place", error.place);
+        DemandSentence(error.place);
         return 0;
     }
     Demand(Read(Written(rows)) == rows, "what was read is what is written"); // and raises nothing

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "batch/CsvReader.h"
+#include "files/CsvReader.h"
 
 #include "base/Text.h"
-#include "batch/BatchFailure.h"
 #include "files/AsciiText.h"
 
 #include <algorithm>
@@ -10,9 +9,19 @@
 
 namespace
 {
+std::string LinePlace(std::size_t line, const std::string& sentence)
+{
+    return "Line " + std::to_string(line) + ": " + sentence;
+}
+
 [[noreturn]] void Refuse(std::size_t line, const std::string& sentence)
 {
-    throw BatchFailure(ExitStatus::BadData, "Line " + std::to_string(line) + ": " + sentence);
+    throw BadData(LinePlace(line, sentence), line);
+}
+
+[[noreturn]] void RefuseColumns(std::size_t line, const std::string& sentence)
+{
+    throw BadColumns(LinePlace(line, sentence), line);
 }
 
 /// How many lines end in `text`; CR LF is one end.
@@ -49,8 +58,8 @@ void RefuseOtherSeparators(const std::vector<std::string>& headings)
         return;
     for (const auto& [separator, name] : {std::pair(';', "semicolons"), {'\t', "tabs"}})
         if (headings.front().find(separator) != std::string::npos)
-            Refuse(1, std::string(name) + " stand between the headings. Save the table with commas between "
-                                          "the cells and points in the numbers.");
+            RefuseColumns(1, std::string(name) + " stand between the headings. Save the table with commas "
+                                                 "between the cells and points in the numbers.");
 }
 } // namespace
 
@@ -62,10 +71,10 @@ CsvReader::CsvReader(std::string_view text) : m_text(Stripped(text))
     CsvRow row;
     const std::size_t count = ReadRow(row);
     if (count > kMaxTextColumns)
-        Refuse(1, std::to_string(count) + " headings; at most " + std::to_string(kMaxTextColumns) +
-                      " columns can be read.");
+        RefuseColumns(1, std::to_string(count) + " headings; at most " + std::to_string(kMaxTextColumns) +
+                             " columns can be read.");
     if (std::all_of(row.cells.begin(), row.cells.end(), [](const CsvCell& c) { return c.text.empty(); }))
-        Refuse(1, "there are no headings.");
+        RefuseColumns(1, "there are no headings.");
     for (CsvCell& cell : row.cells)
         m_headings.push_back(std::move(cell.text));
     RefuseOtherSeparators(m_headings);
@@ -80,8 +89,8 @@ bool CsvReader::Next(CsvRow& row)
     m_anyRow = true;
     const std::size_t count = ReadRow(row);
     if (count != m_headings.size())
-        Refuse(row.line, std::to_string(count) + " cells stand under " + std::to_string(m_headings.size()) +
-                             " headings.");
+        RefuseColumns(row.line, std::to_string(count) + " cells stand under " +
+                                    std::to_string(m_headings.size()) + " headings.");
     return true;
 }
 

@@ -27,15 +27,16 @@ class CsvReader
 {
 public:
     /// Reads the headings. \param text  must outlive the reader
-    /// \throws BatchFailure BadData with the line, for a zero byte anywhere, no headings or more than
-    ///         kMaxTextColumns, other separators, and a quote that is never closed
+    /// \throws ImportError 2256 for no headings, more than kMaxTextColumns and other separators; 2257 for a
+    ///         zero byte anywhere and a quote that is never closed. The place is a sentence with the line
     explicit CsvReader(std::string_view text);
 
     const std::vector<std::string>& Headings() const { return m_headings; }
 
     /// The next row, of as many cells as there are headings. \return false behind the last one
-    /// \throws BatchFailure BadData with the line, for a row with another number of cells, a quote that is
-    ///         never closed, text behind a quote, and a table without rows
+    /// \throws ImportError 2256 for a row with another number of cells; 2257 for a quote that is never
+    /// closed,
+    ///         text behind a quote, and a table without rows. The place is a sentence with the line
     bool Next(CsvRow& row);
 
 private:

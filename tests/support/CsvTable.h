@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "batch/CsvReader.h"
+#include "files/CsvReader.h"
 
 #include <cstddef>
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "batch/BatchFailure.h"
-#include "batch/CsvTable.h"
+#include "files/AsciiText.h"
+#include "support/CsvTable.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,9 @@ std::string RefusalOf(const std::string& text)
 {
     try {
         ReadCsvTable(text);
-    } catch (const BatchFailure& failure) {
-        EXPECT_EQ(failure.status, ExitStatus::BadData);
-        return failure.message;
+    } catch (const ImportError& error) {
+        EXPECT_EQ(error.place.rfind("Line " + std::to_string(error.line) + ": ", 0), 0U) << error.place;
+        return error.place;
     }
     return "taken";
 }
