@@ -73,7 +73,14 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              {"mnuFitManager", 40, true}});
     AddMenu("mnuProjections", 41,
             {{"mnuViewProj", 42, true}, {"mnuProject", 43, true}, {"mnuProjWithCI", 44, true}});
-    m_graphs = AddMenu("mnuGraph", 45, {});
+    m_graphs = AddMenu("mnuGraph", 45,
+                       {separator, // behind the list of windows
+                        {"mnuTile", 0, true},
+                        {"mnuCascade", 0, true},
+                        {"mnuCloseAll", 0, true}});
+    m_actions.at("mnuTile")->setText(tr("&Tile"));
+    m_actions.at("mnuCascade")->setText(tr("C&ascade"));
+    m_actions.at("mnuCloseAll")->setText(tr("Close A&ll"));
     AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
     AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
 }
@@ -147,6 +154,9 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuViewProj", state.projections && state.viewProj},
                                           {"mnuProject", state.projections && state.project},
                                           {"mnuProjWithCI", state.projections && state.projWithCI},
+                                          {"mnuTile", state.graph},
+                                          {"mnuCascade", state.graph},
+                                          {"mnuCloseAll", state.graph},
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);
@@ -186,13 +196,17 @@ void MainMenu::PopUpEdit()
 
 void MainMenu::ListGraphs(const std::vector<std::string>& titles)
 {
-    m_graphs->clear();
+    qDeleteAll(m_windowList);
+    m_windowList.clear();
+    QAction* const behind = m_graphs->actions().constFirst();
     int position = 0;
     for (const std::string& title : titles) {
         QString caption = QString::fromStdString(title);
-        QAction* action = m_graphs->addAction(caption.replace('&', "&&")); // a title has no mnemonic
+        auto* action = new QAction(caption.replace('&', "&&"), m_graphs); // a title has no mnemonic
         action->setObjectName("mnuWindowList" + QString::number(position));
         connect(action, &QAction::triggered, this, [this, position] { emit GraphChosen(position); });
+        m_graphs->insertAction(behind, action);
+        m_windowList.append(action);
         ++position;
     }
 }

@@ -92,6 +92,9 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuViewProj", [this] { m_projections.SetUpScenarios(); }},
                  {"mnuProject", [this] { m_projections.Project(); }},
                  {"mnuProjWithCI", [this] { m_projections.ProjectWithCI(); }},
+                 {"mnuTile", [this] { m_graphCommands.Tile(); }},
+                 {"mnuCascade", [this] { m_graphCommands.Cascade(); }},
+                 {"mnuCloseAll", [this] { m_graphCommands.CloseAll(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
                  {"mnuAbout", [this] { OnAbout(); }}}
 {
@@ -162,6 +165,7 @@ void frmVelt3::BuildWindow()
     const QFontMetrics metrics = fontMetrics();
     const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 44);
     resize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
+    move(screen()->availableGeometry().topLeft()); // in a corner it leaves most room for graphs
     setMinimumSize(metrics.averageCharWidth() * 50, metrics.height() * 14);
 }
 
@@ -213,7 +217,6 @@ void frmVelt3::Command(const QString& name)
         Guarded(name, m_commands.at(name));
 }
 
-/// The one place where a failed command ends: the user is told and the window is usable again.
 void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
 {
     if (m_busy)
@@ -224,6 +227,16 @@ void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
         return;
     }
     const Busy busy(m_busy);
+    Attempt(name, work);
+    if (m_graphs.AnyNew()) {
+        YieldToEvents(); // until now the system need not have said how wide the frames of the windows are
+        m_graphs.SettleNew();
+    }
+}
+
+/// The one place where a failed command ends: the user is told and the window is usable again.
+void frmVelt3::Attempt(const QString& name, const std::function<void()>& work)
+{
     const std::string source = "frmVelt3_" + name.toStdString() + "_Click";
     try {
         work();
