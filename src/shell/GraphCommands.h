@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/OpenProject.h"
+#include "views/frmOverview.h"
 
 class GraphWindows;
 
@@ -15,8 +16,18 @@ public:
     void Tile();
     void Cascade();
     void CloseAll();
+    void ShowOverview();
+
+    /// Brings the overview, while it shows, into step with the graphs and the fit; without graphs it closes.
+    /// To be called while no command runs, when a fit is whole.
+    void Follow();
+    /// What `Follow` does when the graphs have gone, also while a command runs.
+    void CloseWithoutGraphs();
 
 private:
+    Overview Now() const;
+
     OpenProject& m_project;
     GraphWindows& m_graphs;
+    frmOverview m_overview;
 };

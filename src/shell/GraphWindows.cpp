@@ -40,19 +40,24 @@ void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
     QObject::connect(model, &frmModelGraph::UserInterrogate,
                      [this, model](int set, int point) { HighlightPoint(*model, set, point); });
     QObject::connect(model, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
-    Put({.window = std::move(window), .titles = std::move(graph), .model = model});
+    Put({.window = std::move(window), .graph = std::move(graph), .model = model});
 }
 
 void GraphWindows::Add(std::shared_ptr<ProjGraph> graph)
 {
     auto window = std::make_unique<frmProjGraph>(graph);
-    Put({.window = std::move(window), .titles = std::move(graph)});
+    Put({.window = std::move(window), .graph = std::move(graph)});
+}
+
+const GraphTitles& GraphWindows::Entry::Titles() const
+{
+    return std::visit([](const auto& which) -> const GraphTitles& { return *which; }, graph);
 }
 
 void GraphWindows::Put(Entry entry)
 {
     std::erase_if(m_entries,
-                  [&](const Entry& other) { return other.titles->Title() == entry.titles->Title(); });
+                  [&](const Entry& other) { return other.Titles().Title() == entry.Titles().Title(); });
     PlotWindow& window = *m_entries.emplace_back(std::move(entry)).window;
     PlaceNew(window);
     window.show();
@@ -150,8 +155,17 @@ std::vector<std::string> GraphWindows::UserTitles() const
     std::vector<std::string> titles;
     titles.reserve(m_entries.size());
     for (const Entry& entry : m_entries)
-        titles.push_back(entry.titles->UserTitle());
+        titles.push_back(entry.Titles().UserTitle());
     return titles;
+}
+
+std::vector<AnyGraph> GraphWindows::Graphs() const
+{
+    std::vector<AnyGraph> graphs;
+    graphs.reserve(m_entries.size());
+    for (const Entry& entry : m_entries)
+        graphs.push_back(entry.graph);
+    return graphs;
 }
 
 void GraphWindows::RaiseHistograms()

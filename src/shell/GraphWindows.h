@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "views/OverviewPage.h"
+
 #include <QPoint>
 #include <QPointer>
 #include <QSize>
@@ -11,9 +13,7 @@
 #include <vector>
 
 class GraphTitles;
-class ModelGraph;
 class PlotWindow;
-class ProjGraph;
 class QWidget;
 class VELT_ContourPlot;
 class frmGraph;
@@ -75,6 +75,8 @@ public:
     bool Empty() const { return m_entries.empty(); }
     /// The titles as the user may have edited them, in order.
     std::vector<std::string> UserTitles() const;
+    /// The graphs themselves, in order.
+    std::vector<AnyGraph> Graphs() const;
     PlotWindow* WindowAt(std::size_t position) const { return m_entries.at(position).window.get(); }
     /// The same where it shows a ModelGraph, else null.
     frmModelGraph* At(std::size_t position) const { return m_entries.at(position).model; }
@@ -82,8 +84,9 @@ public:
 private:
     struct Entry {
         std::unique_ptr<PlotWindow> window;
-        std::shared_ptr<const GraphTitles> titles;
+        AnyGraph graph;
         frmModelGraph* model = nullptr; ///< the window, where it shows a ModelGraph
+        const GraphTitles& Titles() const;
     };
     /// A window that has just come and the place in the cascade that it was given.
     struct NewWindow {

@@ -73,14 +73,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              {"mnuFitManager", 40, true}});
     AddMenu("mnuProjections", 41,
             {{"mnuViewProj", 42, true}, {"mnuProject", 43, true}, {"mnuProjWithCI", 44, true}});
-    m_graphs = AddMenu("mnuGraph", 45,
-                       {separator, // behind the list of windows
-                        {"mnuTile", 0, true},
-                        {"mnuCascade", 0, true},
-                        {"mnuCloseAll", 0, true}});
-    m_actions.at("mnuTile")->setText(tr("&Tile"));
-    m_actions.at("mnuCascade")->setText(tr("C&ascade"));
-    m_actions.at("mnuCloseAll")->setText(tr("Close A&ll"));
+    AddGraphMenu();
     AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
     AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
 }
@@ -95,6 +88,21 @@ QMenu* MainMenu::AddMenu(const char* name, int captionId, const std::vector<Entr
         AddEntry(menu, entry);
     m_menus[menu->objectName()] = menu;
     return menu;
+}
+
+/// The list of windows comes before its line.
+void MainMenu::AddGraphMenu()
+{
+    m_graphs = AddMenu("mnuGraph", 45,
+                       {Entry{},
+                        {"mnuTile", 0, true},
+                        {"mnuCascade", 0, true},
+                        {"mnuCloseAll", 0, true},
+                        {"mnuOverview", 0, true}});
+    m_actions.at("mnuTile")->setText(tr("&Tile"));
+    m_actions.at("mnuCascade")->setText(tr("C&ascade"));
+    m_actions.at("mnuCloseAll")->setText(tr("Close A&ll"));
+    m_actions.at("mnuOverview")->setText(tr("&Overview"));
 }
 
 void MainMenu::AddEntry(QMenu* menu, const Entry& entry)
@@ -157,6 +165,7 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuTile", state.graph},
                                           {"mnuCascade", state.graph},
                                           {"mnuCloseAll", state.graph},
+                                          {"mnuOverview", state.graph},
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);

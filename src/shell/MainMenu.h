@@ -52,6 +52,7 @@ signals:
 private:
     struct Entry;
     QMenu* AddMenu(const char* name, int captionId, const std::vector<Entry>& entries);
+    void AddGraphMenu();
     void AddEntry(QMenu* menu, const Entry& entry);
 
     QMainWindow& m_window;

@@ -95,6 +95,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuTile", [this] { m_graphCommands.Tile(); }},
                  {"mnuCascade", [this] { m_graphCommands.Cascade(); }},
                  {"mnuCloseAll", [this] { m_graphCommands.CloseAll(); }},
+                 {"mnuOverview", [this] { m_graphCommands.ShowOverview(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
                  {"mnuAbout", [this] { OnAbout(); }}}
 {
@@ -199,6 +200,7 @@ void frmVelt3::LetGoOfProject()
     m_fitManager.hide();
     m_projections.LetGo();
     m_graphs.Clear(false);
+    m_graphCommands.CloseWithoutGraphs();
 }
 
 void frmVelt3::ShowNoProject()
@@ -228,10 +230,17 @@ void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
     }
     const Busy busy(m_busy);
     Attempt(name, work);
+    Attempt(name, [this] { SettleGraphs(); });
+}
+
+/// What comes of the graphs when a command has ended, well or not.
+void frmVelt3::SettleGraphs()
+{
     if (m_graphs.AnyNew()) {
         YieldToEvents(); // until now the system need not have said how wide the frames of the windows are
         m_graphs.SettleNew();
     }
+    m_graphCommands.Follow();
 }
 
 /// The one place where a failed command ends: the user is told and the window is usable again.
@@ -363,6 +372,7 @@ void frmVelt3::ShowNewGraph()
 void frmVelt3::ClearGraphs(bool histogramsOnly)
 {
     m_graphs.Clear(histogramsOnly);
+    m_graphCommands.CloseWithoutGraphs();
     YieldToEvents();
 }
 
@@ -399,6 +409,8 @@ void frmVelt3::EnableControls()
     m_menu->ListSteps(m_edit->Steps());
     if (m_fitManager.isVisible())
         RestoreFitManager();
+    if (!m_busy) // while a command runs a fit may be half done
+        m_graphCommands.Follow();
 }
 
 /// The clipboard is looked at only here: asking another program for it may take a while.
@@ -476,6 +488,7 @@ void frmVelt3::closeEvent(QCloseEvent* event)
     m_fitManager.hide();
     m_projections.LetGo();
     m_graphs.Clear(false);
+    m_graphCommands.CloseWithoutGraphs();
     event->accept();
 }
 

@@ -94,6 +94,7 @@ private:
     void Guarded(const QString& name, const std::function<void()>& work);
     void Attempt(const QString& name, const std::function<void()>& work);
     void AfterFailure();
+    void SettleGraphs();
     void ListenToTable();
     void OnEditMenu();
     MenuState Menu(bool clipboardHasText = true) const;

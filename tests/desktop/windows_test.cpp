@@ -309,7 +309,7 @@ void windows_test::TheMenuHasItsCommandsBehindTheListOfWindows()
     QStringList entries;
     for (const QAction* action : desk.Menu("mnuGraph")->actions())
         entries += action->isSeparator() ? QString("-") : action->text();
-    QCOMPARE(entries, (QStringList{"A", "B", "-", "&Tile", "C&ascade", "Close A&ll"}));
+    QCOMPARE(entries, (QStringList{"A", "B", "-", "&Tile", "C&ascade", "Close A&ll", "&Overview"}));
 }
 
 void windows_test::TileOrdersWindowsThatTheUserMoved()
