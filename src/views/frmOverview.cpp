@@ -116,7 +116,7 @@ void frmOverview::SaveAs()
 void frmOverview::Print()
 {
     try {
-        if (const auto printer = m_choosePrinter(this, windowTitle()))
+        if (const auto printer = m_choosePrinter(this, QString::fromStdString(m_overview.dataSet)))
             overview_page::Print(m_overview, *printer);
     } catch (const VeltError& error) {
         Warn(tr("Error %1 %2").arg(error.number).arg(QString::fromStdString(error.description)));

@@ -419,6 +419,7 @@ void overview_test::ThePrinterGetsOnePageWhicheverWayItLies()
             return printer;
         });
         window.Print();
+        QVERIFY(Ask("pdfinfo", {folder.Path("paper.pdf")}).contains("ling.vl3"));
         QVERIFY(Ask("pdfinfo", {folder.Path("paper.pdf")}).contains(QRegularExpression("Pages: +1\n")));
         const bool upright = orientation == QPageLayout::Portrait;
         const QRectF paper = upright ? QRectF(0, 0, 595, 842) : QRectF(0, 0, 842, 595);
