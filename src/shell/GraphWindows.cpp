@@ -3,6 +3,7 @@
 
 #include "graphs/ModelGraph.h"
 #include "graphs/ProjGraph.h"
+#include "shell/TileWindows.h"
 #include "views/frmGraph.h"
 #include "views/frmModelGraph.h"
 #include "views/frmProjGraph.h"
@@ -10,7 +11,21 @@
 #include <QScreen>
 #include <algorithm>
 
-GraphWindows::GraphWindows(QWidget& main) : m_main(main) {}
+namespace
+{
+/// With title bar and borders, as far as the system has told of them.
+QSize FrameOf(const QWidget& window)
+{
+    return window.frameGeometry().size() - window.size();
+}
+
+bool Shows(const QWidget& window)
+{
+    return window.isVisible() && !window.isMinimized();
+}
+} // namespace
+
+GraphWindows::GraphWindows(QWidget& main, const QWidget& report) : m_main(main), m_report(report) {}
 
 GraphWindows::~GraphWindows()
 {
@@ -25,21 +40,26 @@ void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
     QObject::connect(model, &frmModelGraph::UserInterrogate,
                      [this, model](int set, int point) { HighlightPoint(*model, set, point); });
     QObject::connect(model, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
-    Put({.window = std::move(window), .titles = std::move(graph), .model = model});
+    Put({.window = std::move(window), .graph = std::move(graph), .model = model});
 }
 
 void GraphWindows::Add(std::shared_ptr<ProjGraph> graph)
 {
     auto window = std::make_unique<frmProjGraph>(graph);
-    Put({.window = std::move(window), .titles = std::move(graph)});
+    Put({.window = std::move(window), .graph = std::move(graph)});
+}
+
+const GraphTitles& GraphWindows::Entry::Titles() const
+{
+    return std::visit([](const auto& which) -> const GraphTitles& { return *which; }, graph);
 }
 
 void GraphWindows::Put(Entry entry)
 {
     std::erase_if(m_entries,
-                  [&](const Entry& other) { return other.titles->Title() == entry.titles->Title(); });
+                  [&](const Entry& other) { return other.Titles().Title() == entry.Titles().Title(); });
     PlotWindow& window = *m_entries.emplace_back(std::move(entry)).window;
-    Place(window);
+    PlaceNew(window);
     window.show();
 }
 
@@ -116,7 +136,7 @@ std::unique_ptr<VELT_ContourPlot> GraphWindows::NewContourPlot()
     return std::make_unique<ContourWindowPlot>(nullptr, [this](frmGraph& surface) {
         std::erase_if(m_surfaces, [](const QPointer<frmGraph>& old) { return old.isNull(); });
         m_surfaces.emplace_back(&surface);
-        Place(surface);
+        PlaceNew(surface);
     });
 }
 
@@ -135,8 +155,17 @@ std::vector<std::string> GraphWindows::UserTitles() const
     std::vector<std::string> titles;
     titles.reserve(m_entries.size());
     for (const Entry& entry : m_entries)
-        titles.push_back(entry.titles->UserTitle());
+        titles.push_back(entry.Titles().UserTitle());
     return titles;
+}
+
+std::vector<AnyGraph> GraphWindows::Graphs() const
+{
+    std::vector<AnyGraph> graphs;
+    graphs.reserve(m_entries.size());
+    for (const Entry& entry : m_entries)
+        graphs.push_back(entry.graph);
+    return graphs;
 }
 
 void GraphWindows::RaiseHistograms()
@@ -145,6 +174,89 @@ void GraphWindows::RaiseHistograms()
         if (window->Graph().Type() == GraphType::Histogram && window->isVisible())
             window->raise();
     }
+}
+
+void GraphWindows::PlaceNew(QWidget& window)
+{
+    m_usual = window.size();
+    Place(window);
+    m_new.push_back({.window = &window, .place = window.pos()});
+}
+
+/// In the order of the list, then the surfaces.
+std::vector<QWidget*> GraphWindows::Showing() const
+{
+    std::vector<QWidget*> windows;
+    for (const Entry& entry : m_entries)
+        if (Shows(*entry.window))
+            windows.push_back(entry.window.get());
+    for (const QPointer<frmGraph>& surface : m_surfaces)
+        if (surface && Shows(*surface))
+            windows.push_back(surface);
+    return windows;
+}
+
+void GraphWindows::SettleNew()
+{
+    const int step = m_main.fontMetrics().height() * 2;
+    const auto isNew = [&](const QWidget* window) {
+        return std::ranges::any_of(m_new, [&](const NewWindow& each) {
+            // Some systems put a window a title bar beside the place it asks for.
+            return each.window == window && (window->pos() - each.place).manhattanLength() <= step;
+        });
+    };
+    std::vector<QWidget*> windows = Showing();
+    std::erase_if(windows, [&](const QWidget* window) { return !isNew(window); });
+    m_new.clear();
+    if (SideBySide(windows))
+        m_placed = std::max(0, m_placed - static_cast<int>(windows.size())); // the cascade did not need them
+}
+
+bool GraphWindows::Tile()
+{
+    m_new.clear();
+    if (SideBySide(Showing()))
+        return true;
+    Cascade();
+    return false;
+}
+
+void GraphWindows::Cascade()
+{
+    m_new.clear();
+    m_placed = 0;
+    for (QWidget* window : Showing()) {
+        window->showNormal();
+        window->resize(m_usual);
+        Place(*window);
+        window->raise();
+    }
+}
+
+/// \return false when there is no room for them, and nothing has changed
+bool GraphWindows::SideBySide(const std::vector<QWidget*>& windows)
+{
+    ScreenSpace space{.screen = m_main.screen()->availableGeometry(), .taken = {}};
+    for (const QWidget* window : {static_cast<const QWidget*>(&m_main), &m_report})
+        if (Shows(*window))
+            space.taken.push_back(window->frameGeometry());
+    QSize least(1, 1);
+    QSize frame(0, 0);
+    for (const QWidget* window : windows) {
+        least = least.expandedTo(window->minimumSizeHint());
+        frame = frame.expandedTo(FrameOf(*window));
+    }
+    for (const QWidget* window : Showing())
+        if (std::ranges::find(windows, window) == windows.end())
+            space.taken.push_back(window->frameGeometry());
+    const std::vector<QRect> places = TileWindows(space, static_cast<int>(windows.size()), least + frame,
+                                                  m_usual.expandedTo(least) + frame);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        windows[i]->showNormal();
+        windows[i]->move(places[i].topLeft());
+        windows[i]->resize(places[i].size() - frame);
+    }
+    return !places.empty();
 }
 
 /// Each window a title bar lower and further right than the one before, starting anew at the screen's edge.

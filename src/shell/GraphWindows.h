@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "views/OverviewPage.h"
+
+#include <QPoint>
 #include <QPointer>
+#include <QSize>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -9,9 +13,7 @@
 #include <vector>
 
 class GraphTitles;
-class ModelGraph;
 class PlotWindow;
-class ProjGraph;
 class QWidget;
 class VELT_ContourPlot;
 class frmGraph;
@@ -28,14 +30,15 @@ public:
         std::function<void(int point)> highlight; ///< 0: no point any more
     };
 
-    /// `main`: the window the others cascade from; it must outlive this object.
-    explicit GraphWindows(QWidget& main);
+    /// `main`: the window the others cascade from. Neither it nor `report`, while it shows, is covered by
+    /// windows that stand side by side. Both must outlive this object.
+    GraphWindows(QWidget& main, const QWidget& report);
     void Listen(Hands hands) { m_hands = std::move(hands); }
     ~GraphWindows();
     GraphWindows(const GraphWindows&) = delete;
     GraphWindows& operator=(const GraphWindows&) = delete;
 
-    /// Shows a window for `graph`; one of the same title goes.
+    /// Shows a window for `graph`, in the cascade; one of the same title goes.
     void Add(std::shared_ptr<ModelGraph> graph);
     void Add(std::shared_ptr<ProjGraph> graph);
 
@@ -43,6 +46,18 @@ public:
     void Clear(bool histogramsOnly);
 
     std::unique_ptr<VELT_ContourPlot> NewContourPlot();
+
+    /// Whether windows have come since they were last put side by side.
+    bool AnyNew() const { return !m_new.empty(); }
+    /// Puts the windows that have come since the last time side by side, where there is room for all of them
+    /// beside the windows that were there before; otherwise they stay in the cascade. One that the user has
+    /// moved stays where it is.
+    void SettleNew();
+
+    /// Puts all windows that show side by side. \return false when there is no room for them: they stand as
+    /// a cascade then
+    bool Tile();
+    void Cascade();
 
     /// Shows the window at `position` (from 0), also after its close box has hidden it.
     void BringForward(std::size_t position);
@@ -60,6 +75,8 @@ public:
     bool Empty() const { return m_entries.empty(); }
     /// The titles as the user may have edited them, in order.
     std::vector<std::string> UserTitles() const;
+    /// The graphs themselves, in order.
+    std::vector<AnyGraph> Graphs() const;
     PlotWindow* WindowAt(std::size_t position) const { return m_entries.at(position).window.get(); }
     /// The same where it shows a ModelGraph, else null.
     frmModelGraph* At(std::size_t position) const { return m_entries.at(position).model; }
@@ -67,16 +84,28 @@ public:
 private:
     struct Entry {
         std::unique_ptr<PlotWindow> window;
-        std::shared_ptr<const GraphTitles> titles;
+        AnyGraph graph;
         frmModelGraph* model = nullptr; ///< the window, where it shows a ModelGraph
+        const GraphTitles& Titles() const;
+    };
+    /// A window that has just come and the place in the cascade that it was given.
+    struct NewWindow {
+        QPointer<QWidget> window;
+        QPoint place;
     };
     void Put(Entry entry);
     std::vector<frmModelGraph*> Models() const;
+    void PlaceNew(QWidget& window);
     void Place(QWidget& window);
+    std::vector<QWidget*> Showing() const;
+    bool SideBySide(const std::vector<QWidget*>& windows);
 
     QWidget& m_main;
+    const QWidget& m_report;
     Hands m_hands;
     std::vector<Entry> m_entries;
     std::vector<QPointer<frmGraph>> m_surfaces; ///< a surface deletes itself when it is closed
+    std::vector<NewWindow> m_new;
+    QSize m_usual; ///< of a window as it comes, without its frame
     int m_placed = 0;
 };

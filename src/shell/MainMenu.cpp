@@ -73,7 +73,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
              {"mnuFitManager", 40, true}});
     AddMenu("mnuProjections", 41,
             {{"mnuViewProj", 42, true}, {"mnuProject", 43, true}, {"mnuProjWithCI", 44, true}});
-    m_graphs = AddMenu("mnuGraph", 45, {});
+    AddGraphMenu();
     AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
     AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
 }
@@ -88,6 +88,21 @@ QMenu* MainMenu::AddMenu(const char* name, int captionId, const std::vector<Entr
         AddEntry(menu, entry);
     m_menus[menu->objectName()] = menu;
     return menu;
+}
+
+/// The list of windows comes before its line.
+void MainMenu::AddGraphMenu()
+{
+    m_graphs = AddMenu("mnuGraph", 45,
+                       {Entry{},
+                        {"mnuTile", 0, true},
+                        {"mnuCascade", 0, true},
+                        {"mnuCloseAll", 0, true},
+                        {"mnuOverview", 0, true}});
+    m_actions.at("mnuTile")->setText(tr("&Tile"));
+    m_actions.at("mnuCascade")->setText(tr("C&ascade"));
+    m_actions.at("mnuCloseAll")->setText(tr("Close A&ll"));
+    m_actions.at("mnuOverview")->setText(tr("&Overview"));
 }
 
 void MainMenu::AddEntry(QMenu* menu, const Entry& entry)
@@ -148,6 +163,10 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuViewProj", state.projections && state.viewProj},
                                           {"mnuProject", state.projections && state.project},
                                           {"mnuProjWithCI", state.projections && state.projWithCI},
+                                          {"mnuTile", state.graph},
+                                          {"mnuCascade", state.graph},
+                                          {"mnuCloseAll", state.graph},
+                                          {"mnuOverview", state.graph},
                                           {"mnuSettings", state.options}};
     for (const auto& [name, enabled] : entries)
         m_actions.at(name)->setEnabled(enabled);
@@ -187,13 +206,17 @@ void MainMenu::PopUpEdit()
 
 void MainMenu::ListGraphs(const std::vector<std::string>& titles)
 {
-    m_graphs->clear();
+    qDeleteAll(m_windowList);
+    m_windowList.clear();
+    QAction* const behind = m_graphs->actions().constFirst();
     int position = 0;
     for (const std::string& title : titles) {
         QString caption = QString::fromStdString(title);
-        QAction* action = m_graphs->addAction(caption.replace('&', "&&")); // a title has no mnemonic
+        auto* action = new QAction(caption.replace('&', "&&"), m_graphs); // a title has no mnemonic
         action->setObjectName("mnuWindowList" + QString::number(position));
         connect(action, &QAction::triggered, this, [this, position] { emit GraphChosen(position); });
+        m_graphs->insertAction(behind, action);
+        m_windowList.append(action);
         ++position;
     }
 }

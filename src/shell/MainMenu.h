@@ -3,6 +3,7 @@
 
 #include "shell/MenuState.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <map>
@@ -26,7 +27,7 @@ public:
 
     void Apply(const MenuState& state);
 
-    /// Rebuilds the list under "Graph": one entry a window, in this order.
+    /// Rebuilds the list at the top of "Graph": one entry a window, in this order.
     void ListGraphs(const std::vector<std::string>& titles);
 
     /// Fills the list of recent files under Open, in this order.
@@ -51,10 +52,12 @@ signals:
 private:
     struct Entry;
     QMenu* AddMenu(const char* name, int captionId, const std::vector<Entry>& entries);
+    void AddGraphMenu();
     void AddEntry(QMenu* menu, const Entry& entry);
 
     QMainWindow& m_window;
     QMenu* m_graphs = nullptr;
+    QList<QAction*> m_windowList; ///< its entries that bring windows forward
     QMenu* m_edit = nullptr;
     QMenu* m_recent = nullptr;
     std::map<QString, QMenu*> m_menus;

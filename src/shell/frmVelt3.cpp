@@ -94,6 +94,10 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuViewProj", [this] { m_projections.SetUpScenarios(); }},
                  {"mnuProject", [this] { m_projections.Project(); }},
                  {"mnuProjWithCI", [this] { m_projections.ProjectWithCI(); }},
+                 {"mnuTile", [this] { m_graphCommands.Tile(); }},
+                 {"mnuCascade", [this] { m_graphCommands.Cascade(); }},
+                 {"mnuCloseAll", [this] { m_graphCommands.CloseAll(); }},
+                 {"mnuOverview", [this] { m_graphCommands.ShowOverview(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
                  {"mnuAbout", [this] { OnAbout(); }}}
 {
@@ -164,6 +168,7 @@ void frmVelt3::BuildWindow()
     const QFontMetrics metrics = fontMetrics();
     const QSize wanted(metrics.averageCharWidth() * 150, metrics.height() * 44);
     resize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
+    move(screen()->availableGeometry().topLeft()); // in a corner it leaves most room for graphs
     setMinimumSize(metrics.averageCharWidth() * 50, metrics.height() * 14);
 }
 
@@ -197,6 +202,7 @@ void frmVelt3::LetGoOfProject()
     m_fitManager.hide();
     m_projections.LetGo();
     m_graphs.Clear(false);
+    m_graphCommands.CloseWithoutGraphs();
 }
 
 void frmVelt3::ShowNoProject()
@@ -215,7 +221,6 @@ void frmVelt3::Command(const QString& name)
         Guarded(name, m_commands.at(name));
 }
 
-/// The one place where a failed command ends: the user is told and the window is usable again.
 void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
 {
     if (m_busy)
@@ -226,6 +231,23 @@ void frmVelt3::Guarded(const QString& name, const std::function<void()>& work)
         return;
     }
     const Busy busy(m_busy);
+    Attempt(name, work);
+    Attempt(name, [this] { SettleGraphs(); });
+}
+
+/// What comes of the graphs when a command has ended, well or not.
+void frmVelt3::SettleGraphs()
+{
+    if (m_graphs.AnyNew()) {
+        YieldToEvents(); // until now the system need not have said how wide the frames of the windows are
+        m_graphs.SettleNew();
+    }
+    m_graphCommands.Follow();
+}
+
+/// The one place where a failed command ends: the user is told and the window is usable again.
+void frmVelt3::Attempt(const QString& name, const std::function<void()>& work)
+{
     const std::string source = "frmVelt3_" + name.toStdString() + "_Click";
     try {
         work();
@@ -352,6 +374,7 @@ void frmVelt3::ShowNewGraph()
 void frmVelt3::ClearGraphs(bool histogramsOnly)
 {
     m_graphs.Clear(histogramsOnly);
+    m_graphCommands.CloseWithoutGraphs();
     YieldToEvents();
 }
 
@@ -388,6 +411,8 @@ void frmVelt3::EnableControls()
     m_menu->ListSteps(m_edit->Steps());
     if (m_fitManager.isVisible())
         RestoreFitManager();
+    if (!m_busy) // while a command runs a fit may be half done
+        m_graphCommands.Follow();
 }
 
 /// The clipboard is looked at only here: asking another program for it may take a while.
@@ -465,6 +490,7 @@ void frmVelt3::closeEvent(QCloseEvent* event)
     m_fitManager.hide();
     m_projections.LetGo();
     m_graphs.Clear(false);
+    m_graphCommands.CloseWithoutGraphs();
     event->accept();
 }
 

@@ -7,6 +7,7 @@
 #include "shell/EditCommands.h"
 #include "shell/FileCommands.h"
 #include "shell/FitCommands.h"
+#include "shell/GraphCommands.h"
 #include "shell/GraphWindows.h"
 #include "shell/LogCommands.h"
 #include "shell/MenuState.h"
@@ -91,7 +92,9 @@ protected:
 private:
     void BuildWindow();
     void Guarded(const QString& name, const std::function<void()>& work);
+    void Attempt(const QString& name, const std::function<void()>& work);
     void AfterFailure();
+    void SettleGraphs();
     void ListenToTable();
     void OnEditMenu();
     MenuState Menu(bool clipboardHasText = true) const;
@@ -108,10 +111,11 @@ private:
     RandomSource m_random;
     Run m_run;
     frmParams m_report{this};
-    GraphWindows m_graphs{*this};
+    GraphWindows m_graphs{*this, m_report};
     OpenProject m_project{m_run, *this};
     FileCommands m_files{m_project};
     FitCommands m_fits{m_project};
+    GraphCommands m_graphCommands{m_project, m_graphs};
     LogCommands m_log{m_project, m_files};
     ProjectionCommands m_projections{m_project, *this};
     RecentFiles m_recent;

@@ -65,6 +65,17 @@ struct Session {
         return window.menuBar()->findChild<QAction*>(QString::fromLatin1(name));
     }
     QMenu* Menu(const char* name) { return window.menuBar()->findChild<QMenu*>(QString::fromLatin1(name)); }
+    /// The captions of the Graph menu before its line: one a window.
+    QStringList ListedGraphs()
+    {
+        QStringList captions;
+        for (const QAction* action : Menu("mnuGraph")->actions()) {
+            if (action->isSeparator())
+                break;
+            captions += action->text();
+        }
+        return captions;
+    }
     void Open() { window.OpenPath(QString(VELT_TEST_SAMPLES) + "/expected/const25.txt"); }
     void Fit()
     {

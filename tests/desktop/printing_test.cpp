@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What comes out on paper: documents are printed to files, and their pages are read back.
+#include "AskProgram.h"
 #include "Session.h"
 #include "base/VeltError.h"
 #include "views/DesktopPrinter.h"
@@ -11,7 +12,6 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -23,16 +23,6 @@ namespace
 {
 constexpr double kPointsPerMillimetre = 72.0 / 25.4;
 constexpr int kField = 16;
-
-/// What `program` says of a document; the test fails without the program.
-QString Ask(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitCode() != 0)
-        qFatal("%s: %s", qPrintable(program), process.readAllStandardError().constData());
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
 
 /// A word on a page and where it stands, in points from the top left corner of the paper.
 struct Word {
