@@ -110,10 +110,10 @@ void TogglePoint(benchmark::State& state)
     desk.Give("mnuNewModel");
     if (!desk.window.objMeth().MethDefined())
         state.SkipWithError("there is no fit");
-    desk.window.Edit().ToggleInGrid(100); // which takes the fit away, once
+    desk.window.Toggles().ToggleInGrid(100); // which takes the fit away, once
     Desk::Draw();
     for (auto _ : state) {
-        desk.window.Edit().ToggleInGrid(100);
+        desk.window.Toggles().ToggleInGrid(100);
         Desk::Draw();
     }
     state.counters["graphs"] = static_cast<double>(desk.window.Graphs().UserTitles().size());

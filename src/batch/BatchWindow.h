@@ -15,7 +15,7 @@ struct ContourRecord {
     struct Mark {
         ContourMark kind;
         double x, y;
-        std::size_t after; ///< so many steps came before it
+        std::size_t after = 0; ///< so many steps came before it
     };
     struct Step {
         double fromX, fromY, toX, toY;

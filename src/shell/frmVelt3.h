@@ -48,6 +48,7 @@ public:
     clsMethManager& objMeth() { return m_project.Fits(); }
     const GraphWindows& Graphs() const { return m_graphs; }
     EditCommands& Edit() { return *m_edit; }
+    ToggleCommands& Toggles() { return *m_toggles; }
     DesktopPrinter& Printer() { return m_printer; }
     const TableSheet& Sheet() const { return m_edit->Sheet(); }
 

@@ -540,7 +540,7 @@ private slots:
         QCOMPARE(s.user.messages.size(), std::size_t{1});
         QVERIFY(s.user.Saw("You must be in Edit Mode to Edit Data"));
         QCOMPARE(s.user.messages.back().icon, Icon::Exclamation);
-        QVERIFY(!s.Box()->isVisible());
+        QVERIFY(!s.window.findChild<DataGridView*>()->findChild<QLineEdit*>("txtEdit")->isVisible());
         QTest::mouseDClick(s.Grid().viewport(), Qt::LeftButton, Qt::NoModifier,
                            s.Grid().visualRect(s.Grid().model()->index(0, kA)).center());
         QCOMPARE(s.user.messages.size(), std::size_t{2});
