@@ -53,7 +53,7 @@ QString FileIn(const QMimeData& mime)
 {
     if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
         return {};
-    const QString path = mime.urls().first().toLocalFile();
+    QString path = mime.urls().first().toLocalFile();
     for (const char* ending : {".txt", ".csv", ".vl3", ".vl2"})
         if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
             return path;
@@ -434,7 +434,7 @@ void frmVelt3::ShowParameterReport(const ParameterReport* report)
     const QRect free = screen()->availableGeometry();
     const int mostRight = free.right() - m_report.sizeHint().width() - 2 * fontMetrics().height();
     if (!m_reportPlaced)
-        m_report.move(mostRight, std::max(free.top(), frameGeometry().top()));
+        m_report.move(mostRight, std::max(free.top(), geometry().top())); // its own title bar stays in sight
     else if (m_report.x() > mostRight)
         m_report.move(mostRight, m_report.y());
     m_reportPlaced = true;

@@ -25,6 +25,8 @@ public:
     /// `user` and `clipboard` must outlive the window.
     frmProjections(IUser& user, IClipboard& clipboard, QWidget* parent);
     ~frmProjections() override;
+    frmProjections(const frmProjections&) = delete;
+    frmProjections& operator=(const frmProjections&) = delete;
     void RunBy(Runner runner) { m_run = std::move(runner); }
 
     /// Shows the scenarios of `data`, which must outlive the window or be replaced; null shows nothing.
