@@ -47,7 +47,7 @@ frmProjections::frmProjections(IUser& user, IClipboard& clipboard, QWidget* pare
     column->addWidget(m_grid, 1);
     column->addWidget(m_note);
     BuildMenus();
-    Note({});
+    frmProjections::Note({});
     connect(&m_grid->Cells(), &GridWidget::EditAsked, this,
             [this](int key) { m_run("grdProj", [this, key] { GridKey(key); }); });
     connect(&m_grid->Cells(), &GridWidget::DeleteAsked, this,
