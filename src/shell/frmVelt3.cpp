@@ -20,6 +20,7 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
 #include <QUrl>
 
 #include <algorithm>
@@ -433,8 +434,10 @@ void frmVelt3::ShowParameterReport(const ParameterReport* report)
     // left it, unless the limits have made it too wide for that.
     const QRect free = screen()->availableGeometry();
     const int mostRight = free.right() - m_report.sizeHint().width() - 2 * fontMetrics().height();
+    // Some window managers place what is inside the frame, and the title bar would be out of sight.
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
     if (!m_reportPlaced)
-        m_report.move(mostRight, std::max(free.top(), geometry().top())); // its own title bar stays in sight
+        m_report.move(mostRight, std::max(free.top(), frameGeometry().top()) + titleBar);
     else if (m_report.x() > mostRight)
         m_report.move(mostRight, m_report.y());
     m_reportPlaced = true;

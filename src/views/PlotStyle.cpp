@@ -114,10 +114,7 @@ void plot_style::Prepare(QCustomPlot& plot, const QString& title, const QString&
     plot.setAutoAddPlottableToLegend(false);
     plot.setBackground(Qt::white);
     QCPTextElement& heading = TitleOf(plot);
-    QFont titleFont = Font(kTitleFactor);
-    titleFont.setBold(true);
     heading.setText(title);
-    heading.setFont(titleFont);
     heading.setTextColor(kInk);
     plot.legend->clearItems();
     plot.legend->setVisible(true);
@@ -164,8 +161,24 @@ void plot_style::AddToLegend(QCPAbstractPlottable& plottable, const QString& tex
     plottable.addToLegend();
 }
 
+namespace
+{
+/// A title too long for the picture gets smaller letters, down to those of the axes.
+void FitTitle(QCustomPlot& plot, int width)
+{
+    QCPTextElement& title = TitleOf(plot);
+    QFont font = plot_style::Font(kTitleFactor);
+    font.setBold(true);
+    const double wanted = QFontMetricsF(font).horizontalAdvance(title.text());
+    if (wanted > width)
+        font.setPointSizeF(font.pointSizeF() * std::max(1.0 / kTitleFactor, width / wanted));
+    title.setFont(font);
+}
+} // namespace
+
 void plot_style::FitLegend(QCustomPlot& plot, int width)
 {
+    FitTitle(plot, width);
     const QCPLegend& legend = *plot.legend;
     const QFontMetricsF metrics(legend.font());
     const double beside =

@@ -47,8 +47,8 @@ QSharedPointer<NumberTicker> SetTicks(QCPAxis& axis, NumberKind kind);
 /// Adds `plottable` to the legend under `text`.
 void AddToLegend(QCPAbstractPlottable& plottable, const QString& text);
 
-/// Arranges the legend for the width of the picture: entries beside one another, wrapped where they do not
-/// fit.
+/// Arranges title and legend for the width of the picture: smaller letters for a long title, and entries
+/// beside one another, wrapped where they do not fit.
 void FitLegend(QCustomPlot& plot, int width);
 
 /// The title above a prepared plot.

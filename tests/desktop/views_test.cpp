@@ -175,6 +175,7 @@ private slots:
     void AGraphWithoutPointsSaysSo();
     void ASinglePointGetsAnAxisAroundIt();
     void HugeAndTinyValuesFillTheirAxes();
+    void ALongTitleGetsSmallerLettersUntilItFits();
     void PaintingTwiceDrawsTheGraphOnce();
     void TickLabelsOfALongSeriesDoNotOverlap_data();
     void TickLabelsOfALongSeriesDoNotOverlap();
@@ -542,6 +543,24 @@ void ViewsTest::HugeAndTinyValuesFillTheirAxes()
         QVERIFY2(labels.last().size() < 6, qPrintable(labels.last()));
         QVERIFY2(plot.yAxis->label().contains(QStringLiteral("[× 10")), qPrintable(plot.yAxis->label()));
     }
+}
+
+void ViewsTest::ALongTitleGetsSmallerLettersUntilItFits()
+{
+    QCustomPlot plot;
+    PaintGraph(plot, GraphOf(GraphType::Line, {1, 2, 3}, {1, 2, 3}));
+    auto* title = qobject_cast<QCPTextElement*>(plot.plotLayout()->element(0, 0));
+    title->setText(QStringLiteral("Residual Catches vs Expected Catches"));
+    plot_style::FitLegend(plot, 2000);
+    const double usual = title->font().pointSizeF();
+    const double wanted = QFontMetricsF(title->font()).horizontalAdvance(title->text());
+
+    plot_style::FitLegend(plot, static_cast<int>(0.9 * wanted));
+
+    QVERIFY(title->font().pointSizeF() < usual);
+    QVERIFY(QFontMetricsF(title->font()).horizontalAdvance(title->text()) <= 0.93 * wanted);
+    plot_style::FitLegend(plot, 2000);
+    QCOMPARE(title->font().pointSizeF(), usual);
 }
 
 void ViewsTest::PaintingTwiceDrawsTheGraphOnce()
