@@ -16,7 +16,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6}
-MODELS = {"1": "no recruitment", "2": "recruitment index", "3": "constant recruitment", "5": "Schaefer", "6": "Pella-Tomlinson"}
+MODELS = {"1": "no recruitment", "2": "recruitment index", "3": "constant recruitment", "5": "Schaefer"}
 ERRORS = {"1": "least squares", "2": "log", "3": "gamma"}
 
 # What must hold, in nanoseconds, by the name of a benchmark.
@@ -64,7 +64,7 @@ def readable(nanoseconds):
 def words(name):
     head, *parts = name.split("/")
     values = dict(part.split(":") for part in parts if ":" in part)
-    said = [MODELS.get(values["model"])] if "model" in values else []
+    said = [{**MODELS, "6": "Pella-Tomlinson"}.get(values["model"])] if "model" in values else []
     said += [ERRORS.get(values["error"])] if "error" in values else []
     said += [values["periods"] + " periods"] if "periods" in values else []
     said += [values["future"] + " future ones"] if "future" in values else []
