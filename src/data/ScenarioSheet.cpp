@@ -215,19 +215,20 @@ void ScenarioSheet::DeleteRow()
     m_window.Changed();
 }
 
-void ScenarioSheet::DeleteScenario(int col)
+bool ScenarioSheet::DeleteScenario(int col)
 {
     if (!IsScenario(col))
-        return;
+        return false;
     const std::string title = m_columns[IndexOf(col)].title;
     if (m_user.Show({.text = LoadResString(kSureToDelete) + title + " ? ",
                      .icon = Icon::Question,
                      .buttons = Buttons::YesNoCancel}) != Answer::Yes)
-        return;
+        return false;
     m_data->ProjScens().Remove(title);
     Load(m_data);
     MarkChanged();
     m_window.Changed();
+    return true;
 }
 
 float ScenarioSheet::Data(int col, int row) const

@@ -66,7 +66,7 @@ public:
 
     // Commands. What stands against one is told to the user.
     void AddScenario();
-    void DeleteScenario(int col); ///< asks
+    bool DeleteScenario(int col); ///< asks; whether it has gone, and all is loaded anew
     void AddRow();
     void DeleteRow(); ///< the last one, wherever the selection is
 

@@ -105,11 +105,10 @@ void frmProjections::BuildMenus()
 
 void frmProjections::SetData(clsVeltData* data)
 {
-    const bool anew = data != m_data;
     m_data = data;
     m_sheet.Load(data);
     m_grid->Refresh();
-    if (anew && data)
+    if (data)
         SelectFirst();
     Note({});
 }
@@ -208,7 +207,8 @@ void frmProjections::AddScenario()
 void frmProjections::DeleteScenario()
 {
     m_control.GridGotFocus(); // what is being typed goes with the scenario, or stays as it was
-    m_sheet.DeleteScenario(m_grid->Cells().Selected().col);
+    if (m_sheet.DeleteScenario(m_grid->Cells().Selected().col))
+        SelectFirst();
 }
 
 void frmProjections::AddRow()

@@ -257,13 +257,16 @@ private slots:
         session.Command("mnuDeleteRow")->trigger();
         QVERIFY(session.user.Saw("Cannot remove all Points"));
         QCOMPARE(session.Data().NumPts(), 1);
-        session.GoTo(kFirst, 1);
+        session.Command("mnuAddRow")->trigger();
+        session.GoTo(kFirst + 1, 1);
         session.user.answers = {Answer::No, Answer::Yes};
         session.Command("mnuDeleteScenario")->trigger();
         QCOMPARE(session.Data().NumProjScenarios(), 2);
+        QVERIFY(session.Cells().Selected() == GridSelection::At(kFirst + 1, 1));
         session.Command("mnuDeleteScenario")->trigger();
         QVERIFY(session.user.Saw("Are you sure you want to delete Scenario?Scenario1 ? "));
         QCOMPARE(session.Cell(0, 1), QString("Scenario2"));
+        QVERIFY(session.Cells().Selected() == GridSelection::At(kFirst, 1)); // as after every load
     }
 
     void DeleteMakesValuesZeroAndLeavesTitlesAlone()
