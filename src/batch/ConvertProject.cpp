@@ -3,17 +3,14 @@
 
 #include "base/FileErrors.h"
 #include "base/ForeignText.h"
-#include "base/Run.h"
 #include "base/SignalHold.h"
 #include "base/StringTable.h"
+#include "batch/BatchDesk.h"
 #include "batch/BatchFailure.h"
-#include "batch/BatchUser.h"
-#include "batch/BatchWindow.h"
 #include "batch/InspectProject.h"
 #include "batch/NewFile.h"
 #include "batch/ProjectBytes.h"
 #include "data/clsVeltData.h"
-#include "engines/RandomSource.h"
 #include "files/ScratchFolder.h"
 #include "fit/ProjectFile.h"
 
@@ -50,12 +47,8 @@ std::string ConvertProject(const FitRequest& request, std::ostream& err)
 {
     const FitRequest::Making& making = *request.conversion;
     CheckNewFile(making);
-    BatchUser user(request);
-    BatchWindow window;
-    BatchMeter meter;
-    RandomSource random;
-    Run run(user, window, meter, random);
-    clsVeltData data(run);
+    BatchDesk desk(request);
+    clsVeltData data(desk.run);
     Import(data, making.from);
     Save(data, making.to);
     if (data.NumLoggedRuns() > 0)

@@ -2,16 +2,13 @@
 #include "batch/ExportProject.h"
 
 #include "base/ForeignText.h"
-#include "base/Run.h"
 #include "base/SignalHold.h"
 #include "base/StringTable.h"
+#include "batch/BatchDesk.h"
 #include "batch/BatchFailure.h"
-#include "batch/BatchUser.h"
-#include "batch/BatchWindow.h"
 #include "batch/NewFile.h"
 #include "batch/ProjectBytes.h"
 #include "data/ProjectData.h"
-#include "engines/RandomSource.h"
 #include "files/WholeFile.h"
 
 namespace
@@ -42,12 +39,8 @@ std::string ExportProject(const FitRequest& request, std::ostream& err)
 {
     const FitRequest::Making& making = *request.textExport;
     CheckNewFile(making);
-    BatchUser user(request);
-    BatchWindow window;
-    BatchMeter meter;
-    RandomSource random;
-    Run run(user, window, meter, random);
-    const OpenedProject opened = Open(making.from, run);
+    BatchDesk desk(request);
+    const OpenedProject opened = Open(making.from, desk.run);
     if (opened.failedConversion)
         err << "velt-batch: " << Quotable(making.from) << ": "
             << Printable(opened.failedConversion->description)

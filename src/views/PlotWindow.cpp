@@ -5,10 +5,10 @@
 #include "toolkit/Words.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
+#include "views/SavePicture.h"
 
 #include <QAction>
 #include <QClipboard>
-#include <QFileDialog>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QLabel>
@@ -113,27 +113,8 @@ void PlotWindow::OnMouseMove(QMouseEvent* event)
 
 void PlotWindow::SavePicture()
 {
-    QFileDialog dialog(this, tr("Save Picture"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters({tr("PNG picture (*.png)"), tr("SVG drawing (*.svg)"), tr("PDF document (*.pdf)")});
-    // The ending is added inside the dialog, which then asks before it replaces a file of that name.
-    dialog.setDefaultSuffix("png");
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
-        dialog.setDefaultSuffix(filter.section("*.", 1).chopped(1));
-    });
-    dialog.selectFile(FileNameFor(windowTitle()));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString path = dialog.selectedFiles().constFirst();
-    const auto warn = [this](const QString& text) { QMessageBox::warning(this, tr("VELT 3.0"), text); };
-    try {
-        if (!SavePlot(*m_plot, path, m_plot->size()))
-            warn(tr("%1\nhas no name of a picture. Please choose one that ends in .png, .svg or .pdf.")
-                     .arg(path));
-    } catch (const VeltError& error) {
-        warn(tr("%1\nPlease choose a folder that you may write to and that has room.")
-                 .arg(QString::fromStdString(error.description)));
-    }
+    AskAndSavePicture(*this, tr("Save Picture"), FileNameFor(windowTitle()), {"png", "svg", "pdf"},
+                      [this](const QString& path) { return SavePlot(*m_plot, path, m_plot->size()); });
 }
 
 void PlotWindow::PrintGraph()

@@ -3,9 +3,9 @@
 
 #include "base/VeltError.h"
 #include "views/PageView.h"
+#include "views/SavePicture.h"
 
 #include <QAction>
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QScreen>
 #include <QToolBar>
@@ -91,26 +91,8 @@ void frmOverview::Warn(const QString& text)
 
 void frmOverview::SaveAs()
 {
-    QFileDialog dialog(this, tr("Save Overview"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters({tr("PDF document (*.pdf)"), tr("SVG drawing (*.svg)"), tr("PNG picture (*.png)")});
-    // The ending is added inside the dialog, which then asks before it replaces a file of that name.
-    dialog.setDefaultSuffix("pdf");
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
-        dialog.setDefaultSuffix(filter.section("*.", 1).chopped(1));
-    });
-    dialog.selectFile(tr("Overview"));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString path = dialog.selectedFiles().constFirst();
-    try {
-        if (!overview_page::Save(m_overview, path))
-            Warn(tr("%1\nhas no name of a picture. Please choose one that ends in .pdf, .svg or .png.")
-                     .arg(path));
-    } catch (const VeltError& error) {
-        Warn(tr("%1\nPlease choose a folder that you may write to and that has room.")
-                 .arg(QString::fromStdString(error.description)));
-    }
+    AskAndSavePicture(*this, tr("Save Overview"), tr("Overview"), {"pdf", "svg", "png"},
+                      [this](const QString& path) { return overview_page::Save(m_overview, path); });
 }
 
 void frmOverview::Print()
