@@ -13,12 +13,12 @@
 /// A likelihood surface with the walk of the minimiser over it.
 struct ContourRecord {
     struct Mark {
-        ContourMark kind;
-        double x, y;
+        ContourMark kind{};
+        double x = 0, y = 0;
         std::size_t after = 0; ///< so many steps came before it
     };
     struct Step {
-        double fromX, fromY, toX, toY;
+        double fromX = 0, fromY = 0, toX = 0, toY = 0;
     };
     ContourSurface surface;
     std::vector<Mark> marks;

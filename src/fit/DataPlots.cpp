@@ -37,6 +37,16 @@ double PlottedValue(const clsVeltData& data, std::int32_t code, int row)
         return ModelGraph::InvalidData;
     return checked::Div(data.CatchWt(row), data.Effort(row));
 }
+
+AxisMeasure MeasureOf(const clsVeltData& data, std::int32_t code)
+{
+    if (code == kCPUECode)
+        return {.column = columns::CatchWt, .per = columns::Effort};
+    if (code == columns::ExpCPUE || code == columns::ObsCPUE) // in the unit of the fit that filled them
+        return {.column = data.ColPresent(columns::ExpCatchNums) ? columns::CatchNums : columns::CatchWt,
+                .per = columns::Effort};
+    return {.column = code};
+}
 } // namespace
 
 std::shared_ptr<ModelGraph> DataPlot(const clsVeltData& data, std::int32_t code)
@@ -55,6 +65,8 @@ std::shared_ptr<ModelGraph> DataPlot(const clsVeltData& data, std::int32_t code)
     graph->Title(code == kCPUECode ? texts.CPUETitle : texts.ColumnDisplayNames(code));
     graph->YTitle(graph->Title());
     graph->XTitle(texts.TimeTitle);
+    graph->XMeasure({.column = AxisMeasure::kTime});
+    graph->YMeasure(MeasureOf(data, code));
     graph->WithToggs(false);
     graph->Type(GraphType::Line);
     return graph;

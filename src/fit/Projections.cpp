@@ -75,12 +75,15 @@ private:
 };
 
 /// A graph for so many scenarios over all points of the lengthened data set.
-std::shared_ptr<ProjGraph> NewGraph(const clsVeltData& data, std::size_t scenarios, bool withFit, bool withCI)
+std::shared_ptr<ProjGraph> NewGraph(const IMethod& method, const clsVeltData& data, std::size_t scenarios,
+                                    bool withFit, bool withCI)
 {
     auto graph = std::make_shared<ProjGraph>();
     graph->Create(static_cast<int>(scenarios), data.NDPoints(), withFit, data.OrigNAPoints() + 1, withCI);
     graph->XTitle(LoadResString(kTime));
     graph->YTitle(LoadResString(kPopulation));
+    graph->XMeasure({.column = AxisMeasure::kTime});
+    graph->YMeasure({.column = method.UsingNos() ? columns::PopNums : columns::PopWt});
     for (int i = 1; i <= data.NDPoints(); ++i)
         graph->XData(i, static_cast<float>(std::int64_t{data.MinTimeP()} + i - 1));
     return graph;
@@ -160,7 +163,7 @@ projections::Projected projections::Project(IMethod& method, clsVeltData& data,
     std::vector<EffortProjection> efforts;
     const CatchesBehindData cleared(method, data);
     const auto lengthened = method.Lengthen(data.NumPts());
-    auto graph = NewGraph(data, titles.size(), withFit, false);
+    auto graph = NewGraph(method, data, titles.size(), withFit, false);
     for (int i = 1; i <= data.OrigNAPoints(); ++i) // what the trajectory removes is what was fished
         method.CatchVector(Short(i), method.ObsTCatchRef(Short(i)));
     method.CopyFinalToWorkEsts();
@@ -280,7 +283,7 @@ projections::Projected projections::ProjectWithLimits(IMethod& method, clsVeltDa
         method.CatchRef(Short(i), method.ObsTCatchRef(Short(i)));
     method.DIYTCatch(TakesEffort(scenario));
     ApplyScenario(scenario, method, data);
-    auto graph = NewGraph(data, 1, true, true);
+    auto graph = NewGraph(method, data, 1, true, true);
     FillLimits(*graph, method, data, positions);
     method.CopyQANDFinalToWorkEsts();
     method.CalcPopTraj();

@@ -62,8 +62,14 @@ std::shared_ptr<ModelGraph> NewGraph(GraphType type, const std::string& title, c
     return graph;
 }
 
+/// The catch that the fit takes, in numbers or in weight.
+int CatchColumn(const ModelState& m)
+{
+    return m.UsingNosFlag ? columns::CatchNums : columns::CatchWt;
+}
+
 void AddObservedAndExpected(const ModelState& m, const std::string& title, const std::string& yTitle,
-                            const std::function<double(int)>& observed,
+                            AxisMeasure measure, const std::function<double(int)>& observed,
                             const std::function<double(int)>& expected)
 {
     const modVeltGlobals::Globals& texts = m.run->globals;
@@ -75,6 +81,8 @@ void AddObservedAndExpected(const ModelState& m, const std::string& title, const
         points.line[static_cast<std::size_t>(i) - 1] = expected(i);
     }
     auto graph = NewGraph(GraphType::PointsAndLine, title, texts.TimeTitle, yTitle, Times(m, m.NAPoints()));
+    graph->XMeasure({.column = AxisMeasure::kTime});
+    graph->YMeasure(measure);
     graph->YData(points.inFit);
     graph->YData2(points.outOfFit);
     graph->OverlayLine(points.line);
@@ -127,18 +135,23 @@ void AddResiduals(const ModelState& m)
     // weighted fit "ln Residual Catches". Deliberate.
     const std::string& what = texts.ResidTitles(m.FitOp);
     const auto add = [&](const std::string& title, const std::string& xTitle, const std::string& yTitle,
-                         const Values& x) {
+                         AxisMeasure along, const Values& x) {
         auto graph = NewGraph(GraphType::Residuals, title, xTitle, yTitle, x);
         graph->YData(residuals.points.inFit);
         graph->YData2(residuals.points.outOfFit);
+        graph->XMeasure(along);
         if (m.FitOp == fit_op::kLog) // the title, which goes by another rule, does not say so
             graph->YUnit("ln");
+        else if (m.FitOp != fit_op::kGamma) // whose residuals are percentiles
+            graph->YMeasure({.column = CatchColumn(m)});
         graph->UCI(residuals.upper);
         graph->LCI(residuals.lower);
         m.run->window.AddModelGraph(std::move(graph));
     };
-    add(what + texts.GraphTitles(3), texts.TimeTitle, "Residual Catches", Times(m, m.NAPoints()));
-    add(what + texts.GraphTitles(4), "Expected Catch", "Observed Residuals", ExpectedCatch(m));
+    add(what + texts.GraphTitles(3), texts.TimeTitle, "Residual Catches", {.column = AxisMeasure::kTime},
+        Times(m, m.NAPoints()));
+    add(what + texts.GraphTitles(4), "Expected Catch", "Observed Residuals", {.column = CatchColumn(m)},
+        ExpectedCatch(m));
 }
 
 void AddPopulation(const ModelState& m, int column, const std::string& title, const std::string& yTitle)
@@ -147,6 +160,8 @@ void AddPopulation(const ModelState& m, int column, const std::string& title, co
         return;
     const auto series = m.data->Column(column).All().first(static_cast<std::size_t>(m.NDPoints()));
     auto graph = NewGraph(GraphType::Line, title, m.run->globals.TimeTitle, yTitle, Times(m, m.NDPoints()));
+    graph->XMeasure({.column = AxisMeasure::kTime});
+    graph->YMeasure({.column = column});
     graph->YData(Values(series.begin(), series.end()));
     m.run->window.AddModelGraph(std::move(graph));
 }
@@ -157,11 +172,11 @@ void AddModelGraphs(const ModelState& m)
     const modVeltGlobals::Globals& texts = m.run->globals;
     const clsVeltData& data = *m.data;
     AddObservedAndExpected(
-        m, texts.GraphTitles(1), texts.CPUETitle, [&data](int i) { return data.ObsCPUE(i); },
-        [&data](int i) { return data.ExpCPUE(i); });
+        m, texts.GraphTitles(1), texts.CPUETitle, {.column = CatchColumn(m), .per = columns::Effort},
+        [&data](int i) { return data.ObsCPUE(i); }, [&data](int i) { return data.ExpCPUE(i); });
     AddObservedAndExpected(
-        m, texts.GraphTitles(2), "Catch", [&m](int i) { return m.CatchVector(i); },
-        [&m](int i) { return m.ExpCatchVec(i); });
+        m, texts.GraphTitles(2), "Catch", {.column = CatchColumn(m)},
+        [&m](int i) { return m.CatchVector(i); }, [&m](int i) { return m.ExpCatchVec(i); });
     AddResiduals(m);
     AddPopulation(m, columns::PopNums, texts.GraphTitles(5), "Population Numbers");
     AddPopulation(m, columns::PopWt, texts.GraphTitles(6), "Population Weight");
@@ -192,6 +207,22 @@ int LimitPosition(float level, int replicates)
     return static_cast<int>(std::clamp(position, 1.0, static_cast<double>(replicates)));
 }
 
+/// The column whose unit a parameter has; none for rates.
+int ColumnOf(const ModelState& m, int parameter)
+{
+    switch (parameter) {
+    case bs_param::kK:
+        return columns::PopWt;
+    case bs_param::kN1:
+        return m.UsingNosFlag ? columns::PopNums : columns::PopWt;
+    case bs_param::kMSY:
+    case bs_param::kRYield:
+        return columns::TotCatchWt;
+    default:
+        return AxisMeasure::kNone;
+    }
+}
+
 struct Levels {
     float low;
     float high;
@@ -217,6 +248,7 @@ std::shared_ptr<ModelGraph> Histogram(const ModelState& m, const clsBootStrap& b
         counts[std::min<std::size_t>(at, kClasses - 1)] += 1.0;
     }
     auto graph = NewGraph(GraphType::Histogram, title, texts.ParamNames(parameter), texts.CountTitle, x);
+    graph->XMeasure({.column = ColumnOf(m, parameter)});
     graph->YData(counts);
     graph->LCI(static_cast<float>(value(LimitPosition(levels.low, m.NumBootStraps))));
     graph->UCI(static_cast<float>(value(LimitPosition(levels.high, m.NumBootStraps))));

@@ -268,6 +268,8 @@ void clsProduction::AddYieldGraph()
     graph->Title("Equilibrium Yield Curve");
     graph->XTitle("Biomass");
     graph->YTitle("Yield");
+    graph->XMeasure({.column = columns::PopWt});
+    graph->YMeasure({.column = columns::TotCatchWt});
     graph->Type(GraphType::Line);
     graph->WithToggs(false);
     graph->XData(x);

@@ -132,7 +132,7 @@ void FileCommands::Import(const std::string& path, FileType type)
     TheRun().window.SetUpDataGrid();
     if (!imported)
         return;
-    m_project.View().NoteFile(path);
+    m_project.View().NoteOpened(path);
     m_project.File().KeepCopy();
     SaveAs();
 }
@@ -146,7 +146,7 @@ void FileCommands::OpenVelt3(const std::string& path)
             "the same?"))
         return;
     const auto failedConversion = m_project.File().Open(path);
-    m_project.View().NoteFile(path);
+    m_project.View().NoteOpened(path);
     ShowProject(failedConversion);
 }
 
@@ -174,7 +174,7 @@ bool FileCommands::Save()
     m_project.Fits().SaveAsVELT3(); // what fails here ends the command, which puts the pointer back
     window.HourglassOff();
     m_project.View().ShowCaption();
-    m_project.View().NoteFile(m_project.Data().DSFName());
+    m_project.View().NoteSaved(m_project.Data().DSFName());
     window.StatusText(TheRun().globals.Ready);
     return true;
 }
@@ -243,7 +243,10 @@ void FileCommands::OfferLeftovers()
         if (!MayLose())
             return;
         Drop();
-        ShowProject(m_project.File().OpenLeftover(leftover));
+        const auto failedConversion = m_project.File().OpenLeftover(leftover);
+        if (!leftover.origin.empty())
+            m_project.View().NoteOpened(leftover.origin);
+        ShowProject(failedConversion);
         ScratchFolder::Discard(leftover);
         return;
     }

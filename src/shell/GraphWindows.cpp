@@ -40,25 +40,23 @@ void GraphWindows::Add(std::shared_ptr<ModelGraph> graph)
     QObject::connect(model, &frmModelGraph::UserInterrogate,
                      [this, model](int set, int point) { HighlightPoint(*model, set, point); });
     QObject::connect(model, &frmModelGraph::StopHighlight, [this] { StopHighlight(); });
-    Put({.window = std::move(window), .graph = std::move(graph), .model = model});
+    GraphTitles* const titles = graph.get();
+    Put({.window = std::move(window), .graph = std::move(graph), .model = model, .titles = titles});
 }
 
 void GraphWindows::Add(std::shared_ptr<ProjGraph> graph)
 {
     auto window = std::make_unique<frmProjGraph>(graph);
-    Put({.window = std::move(window), .graph = std::move(graph)});
-}
-
-const GraphTitles& GraphWindows::Entry::Titles() const
-{
-    return std::visit([](const auto& which) -> const GraphTitles& { return *which; }, graph);
+    GraphTitles* const titles = graph.get();
+    Put({.window = std::move(window), .graph = std::move(graph), .titles = titles});
 }
 
 void GraphWindows::Put(Entry entry)
 {
     std::erase_if(m_entries,
-                  [&](const Entry& other) { return other.Titles().Title() == entry.Titles().Title(); });
+                  [&](const Entry& other) { return other.titles->Title() == entry.titles->Title(); });
     PlotWindow& window = *m_entries.emplace_back(std::move(entry)).window;
+    QObject::connect(&window, &PlotWindow::Edited, [this] { m_hands.edited(); });
     PlaceNew(window);
     window.show();
 }
@@ -155,7 +153,7 @@ std::vector<std::string> GraphWindows::UserTitles() const
     std::vector<std::string> titles;
     titles.reserve(m_entries.size());
     for (const Entry& entry : m_entries)
-        titles.push_back(entry.Titles().UserTitle());
+        titles.push_back(entry.titles->UserTitle());
     return titles;
 }
 
@@ -166,6 +164,14 @@ std::vector<AnyGraph> GraphWindows::Graphs() const
     for (const Entry& entry : m_entries)
         graphs.push_back(entry.graph);
     return graphs;
+}
+
+void GraphWindows::ForEach(const std::function<void(GraphTitles&)>& change)
+{
+    for (const Entry& entry : m_entries) {
+        change(*entry.titles);
+        entry.window->Redraw();
+    }
 }
 
 void GraphWindows::RaiseHistograms()

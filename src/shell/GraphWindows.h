@@ -28,6 +28,7 @@ public:
     struct Hands {
         std::function<void(int point)> toggle;
         std::function<void(int point)> highlight; ///< 0: no point any more
+        std::function<void()> edited;             ///< a title or the look of a graph
     };
 
     /// `main`: the window the others cascade from. Neither it nor `report`, while it shows, is covered by
@@ -69,6 +70,9 @@ public:
     void HighlightPoint(const frmModelGraph& source, int set, int point);
     void StopHighlight();
 
+    /// Calls `change` with the words of each graph and draws it anew.
+    void ForEach(const std::function<void(GraphTitles&)>& change);
+
     /// Brings the histograms that are shown above the other windows; the focus stays where it is.
     void RaiseHistograms();
 
@@ -86,7 +90,7 @@ private:
         std::unique_ptr<PlotWindow> window;
         AnyGraph graph;
         frmModelGraph* model = nullptr; ///< the window, where it shows a ModelGraph
-        const GraphTitles& Titles() const;
+        GraphTitles* titles = nullptr;  ///< those of the graph
     };
     /// A window that has just come and the place in the cascade that it was given.
     struct NewWindow {

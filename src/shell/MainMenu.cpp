@@ -61,7 +61,8 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
     connect(m_edit, &QMenu::aboutToShow, this, &MainMenu::EditAboutToShow);
     // While the menu is closed nobody looks at the clipboard, and the keys of its entries must work.
     connect(m_edit, &QMenu::aboutToHide, this, &MainMenu::EditHidden, Qt::QueuedConnection);
-    AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}});
+    AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}, {"mnuColumnUnits", 0, true}});
+    m_actions.at("mnuColumnUnits")->setText(tr("Column &Units..."));
     AddMenu("mnuFit", 32,
             {{"mnuNewModel", 33, true},
              {"mnuNewParams", 34, true},
@@ -154,6 +155,7 @@ void MainMenu::Apply(const MenuState& state)
                                           {"mnuFormat", state.formats},
                                           {"mnuNumber", state.formats},
                                           {"mnuDataPlots", state.data && state.dataPlots},
+                                          {"mnuColumnUnits", state.data && state.dataPlots},
                                           {"mnuNewModel", state.fit && state.newModel},
                                           {"mnuNewParams", state.fit && state.newParams},
                                           {"mnuParameters", state.fit && state.parameters},

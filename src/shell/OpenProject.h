@@ -22,8 +22,9 @@ public:
     virtual void EnterEditMode() = 0;
     /// The title of the window follows the name and the description of the data set.
     virtual void ShowCaption() = 0;
-    /// A file was opened or saved, for the list of recent ones.
-    virtual void NoteFile(const std::string& path) = 0;
+    /// A file was opened or saved: the list of recent ones, and what is kept beside a file, follow.
+    virtual void NoteOpened(const std::string& path) = 0;
+    virtual void NoteSaved(const std::string& path) = 0;
     /// Stores what an open cell of the table holds. \return false when it is refused
     virtual bool MayLeaveTable() = 0;
 };

@@ -147,6 +147,7 @@ std::vector<QRect> Places(const QRect& block, Cells cells, int count, QSize most
     cells.rows = (count + cells.columns - 1) / cells.columns;
     const QSize size = QSize(block.width() / cells.columns, block.height() / cells.rows).boundedTo(most);
     std::vector<QRect> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         places.emplace_back(block.x() + i % cells.columns * size.width(),
                             block.y() + i / cells.columns * size.height(), size.width(), size.height());

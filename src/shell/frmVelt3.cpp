@@ -6,6 +6,8 @@
 #include "base/StringTable.h"
 #include "base/Text.h"
 #include "fit/ParameterReport.h"
+#include "graphs/ModelGraph.h"
+#include "graphs/ProjGraph.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "shell/MainMenu.h"
 #include "toolkit/Words.h"
@@ -86,6 +88,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuFormat", [this] { m_edit->Format(); }},
                  {"mnuNumber", [this] { m_edit->Number(); }},
                  {"mnuDataPlots", [this] { m_fits.PlotData(); }},
+                 {"mnuColumnUnits", [this] { m_units.Ask(); }},
                  {"mnuNewModel", [this] { m_fits.NewModel(); }},
                  {"mnuNewParams", [this] { m_fits.NewParams(); }},
                  {"mnuParameters", [this] { m_fits.ViewParameters(); }},
@@ -193,7 +196,12 @@ void frmVelt3::ListenToTable()
     m_graphs.Listen(
         {.toggle =
              [this](int row) { Guarded("mfrmModelGraph", [this, row] { m_toggles->ToggleInGraph(row); }); },
-         .highlight = [this](int row) { m_grid->Highlight(row); }});
+         .highlight = [this](int row) { m_grid->Highlight(row); },
+         .edited =
+             [this] {
+                 EnableControls();
+                 m_graphCommands.Follow();
+             }});
     connect(&m_edit->Steps(), &QUndoStack::indexChanged, this, &frmVelt3::EnableControls);
 }
 
@@ -209,6 +217,7 @@ void frmVelt3::LetGoOfProject()
 void frmVelt3::ShowNoProject()
 {
     m_edit->TakeDataSet();
+    m_units.Forget();
     ShowCaption();
     ShowHint(true);
     m_number->clear();
@@ -286,6 +295,18 @@ void frmVelt3::OfferLeftovers()
     Guarded("Form_Load", [this] { m_files.OfferLeftovers(); });
 }
 
+void frmVelt3::NoteOpened(const std::string& path)
+{
+    NoteFile(path);
+    m_units.Opened(path);
+}
+
+void frmVelt3::NoteSaved(const std::string& path)
+{
+    NoteFile(path);
+    m_units.Saved(path);
+}
+
 void frmVelt3::NoteFile(const std::string& path)
 {
     m_recent.Note(QString::fromStdString(path));
@@ -354,12 +375,14 @@ void frmVelt3::HourglassOff()
 
 void frmVelt3::AddModelGraph(std::shared_ptr<ModelGraph> graph)
 {
+    m_units.Units().Apply(*graph);
     m_graphs.Add(std::move(graph));
     ShowNewGraph();
 }
 
 void frmVelt3::AddProjGraph(std::shared_ptr<ProjGraph> graph)
 {
+    m_units.Units().Apply(*graph);
     m_graphs.Add(std::move(graph));
     ShowNewGraph();
 }

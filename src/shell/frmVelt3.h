@@ -15,6 +15,7 @@
 #include "shell/ProjectionCommands.h"
 #include "shell/RecentFiles.h"
 #include "shell/ToggleCommands.h"
+#include "shell/UnitCommands.h"
 #include "views/DesktopPrinter.h"
 #include "views/ProgressMeterWindow.h"
 #include "views/frmFitManager.h"
@@ -81,7 +82,8 @@ public:
     void ShowNoProject() override;
     void KeepResultsInSight() override;
     void ShowCaption() override;
-    void NoteFile(const std::string& path) override;
+    void NoteOpened(const std::string& path) override;
+    void NoteSaved(const std::string& path) override;
     void EnterEditMode() override { m_edit->EnterEditMode(); }
     bool MayLeaveTable() override { return m_edit->MayLeaveCell(); }
 
@@ -105,6 +107,7 @@ private:
     void ShowDataSet();
     void ShowHint(bool noData);
     void ShowNewGraph();
+    void NoteFile(const std::string& path);
 
     DesktopUser m_desktopUser{this};
     DesktopPrinter m_printer{*this};
@@ -119,6 +122,7 @@ private:
     GraphCommands m_graphCommands{m_project, m_graphs};
     LogCommands m_log{m_project, m_files};
     ProjectionCommands m_projections{m_project, *this};
+    UnitCommands m_units{m_project, m_graphs, *this};
     RecentFiles m_recent;
     frmFitManager m_fitManager{this};
     std::unique_ptr<EditCommands> m_edit;

@@ -282,7 +282,8 @@ QString ContourPainter::PathLayer()
 void ContourPainter::Surface(const ContourSurface& surface)
 {
     m_marks.clear();
-    Prepare(m_plot, QString::fromStdString(surface.title), QString::fromStdString(surface.xName),
+    Prepare(m_plot);
+    Entitle(m_plot, QString::fromStdString(surface.title), QString::fromStdString(surface.xName),
             QString::fromStdString(surface.yName));
     SetTicks(*m_plot.xAxis, NumberKind::Real);
     SetTicks(*m_plot.yAxis, NumberKind::Real);
@@ -317,7 +318,8 @@ void ContourPainter::AddColours(const ContourSurface& surface)
     map->setInterpolate(false);
     auto* scale = new QCPColorScale(&m_plot);
     scale->setType(QCPAxis::atRight);
-    StyleAxis(*scale->axis(), QString::fromStdString(surface.zName));
+    StyleAxis(*scale->axis());
+    scale->axis()->setLabel(QString::fromStdString(surface.zName));
     scale->axis()->setTicker(heights.Ticks());
     scale->axis()->setSubTicks(false);
     scale->setBarWidth(static_cast<int>(Pixels(11.0)));

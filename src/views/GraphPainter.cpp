@@ -3,6 +3,7 @@
 
 #include "graphs/ModelGraph.h"
 #include "toolkit/Words.h"
+#include "views/PlotLook.h"
 #include "views/PlotPicture.h"
 #include "views/PlotRanges.h"
 #include "views/PlotStyle.h"
@@ -100,7 +101,7 @@ void AddObserved(QCustomPlot& plot, const ModelGraph& graph)
 
 /// A line with a gap where a value does not show; a value between two gaps shows as a dot.
 QCPGraph* AddLine(QCustomPlot& plot, const ModelGraph& graph, const std::vector<double>& values,
-                  const QColor& colour)
+                  const QColor& colour, const QString& name)
 {
     constexpr double kLinePoints = 2.0;
     QVector<double> x, y;
@@ -117,6 +118,7 @@ QCPGraph* AddLine(QCustomPlot& plot, const ModelGraph& graph, const std::vector<
         }
     }
     auto* line = new SeriesGraph(plot.xAxis, plot.yAxis);
+    line->setName(name);
     line->setPen(Pen(colour, kLinePoints));
     line->setData(x, y);
     if (!lonely.x.isEmpty()) {
@@ -125,6 +127,7 @@ QCPGraph* AddLine(QCustomPlot& plot, const ModelGraph& graph, const std::vector<
         dots->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssDisc, Pen(colour, 0.5), Qt::NoBrush,
                                               Pixels(2.0 * kLinePoints)));
         dots->setData(lonely.x, lonely.y);
+        plot_look::Accompany(*dots, name);
     }
     return line;
 }
@@ -198,7 +201,7 @@ QCPGraph* AddLimits(QCustomPlot& plot, const Points& upper, const Points& lower)
         return line;
     };
     QCPGraph* first = add(upper);
-    add(lower);
+    plot_look::Accompany(*add(lower), LimitsText());
     return first;
 }
 
@@ -208,7 +211,7 @@ void PaintPointsAndLine(QCustomPlot& plot, const ModelGraph& graph)
     SetQuantityAxis(*plot.yAxis, graph);
     QCPGraph* expected = nullptr;
     if (!ShownPoints(graph, graph.OverlayLine()).x.isEmpty())
-        expected = AddLine(plot, graph, graph.OverlayLine(), kExpected);
+        expected = AddLine(plot, graph, graph.OverlayLine(), kExpected, Words(kExpectedText));
     AddObserved(plot, graph);
     if (expected != nullptr)
         AddToLegend(*expected, Words(kExpectedText));
@@ -259,7 +262,7 @@ void PaintLine(QCustomPlot& plot, const ModelGraph& graph)
     SetTimeOrQuantityAxis(*plot.xAxis, graph);
     SetQuantityAxis(*plot.yAxis, graph);
     if (!ShownPoints(graph, graph.YData()).x.isEmpty())
-        AddLine(plot, graph, graph.YData(), kIncluded);
+        AddLine(plot, graph, graph.YData(), kIncluded, QString::fromStdString(graph.YTitle()));
 }
 
 /// The bars of a histogram: their middles, heights and width.
@@ -309,6 +312,7 @@ void PaintHistogram(QCustomPlot& plot, const ModelGraph& graph)
     }
     const Bars of = BarsOf(classes);
     auto* bars = new QCPBars(plot.xAxis, plot.yAxis);
+    bars->setName(QString::fromStdString(graph.YTitle()));
     bars->setWidthType(QCPBars::wtPlotCoords);
     bars->setWidth(of.width);
     bars->setPen(Pen(kIncluded, 0.6));
@@ -354,8 +358,7 @@ bool AnyPoint(const ModelGraph& graph)
 
 void PaintGraph(QCustomPlot& plot, const ModelGraph& graph)
 {
-    Prepare(plot, QString::fromStdString(graph.UserTitle()), AxisTitle(graph.XTitle(), graph.XUnit()),
-            AxisTitle(graph.YTitle(), graph.YUnit()));
+    Prepare(plot);
     switch (graph.Type()) {
     case GraphType::PointsAndLine:
         PaintPointsAndLine(plot, graph);
@@ -372,6 +375,7 @@ void PaintGraph(QCustomPlot& plot, const ModelGraph& graph)
     }
     if (!AnyPoint(graph))
         SayNothingToShow(plot);
+    plot_look::Apply(plot, graph);
     FitLegend(plot, plot.width());
 }
 

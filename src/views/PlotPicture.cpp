@@ -59,7 +59,7 @@ QByteArray DrawPlot(QCustomPlot& plot, const QString& ending, QSize size)
         return image.save(&picture, "PNG") ? picture.data() : QByteArray();
     }
     plot_style::FitLegend(plot, size.width());
-    const QByteArray document = DrawDocument(DrawingOf(plot, size), ending);
+    QByteArray document = DrawDocument(DrawingOf(plot, size), ending);
     plot_style::FitLegend(plot, plot.width());
     return document;
 }

@@ -64,12 +64,17 @@ QCPTextElement& TitleOf(QCustomPlot& plot)
 
 } // namespace
 
-void plot_style::StyleAxis(QCPAxis& axis, const QString& title)
+void plot_style::EntitleAxis(QCPAxis& axis, const QString& title)
+{
+    axis.setLabel(title);
+    axis.setProperty(kTitleProperty, title);
+    StatePower(axis);
+}
+
+void plot_style::StyleAxis(QCPAxis& axis)
 {
     axis.setTicks(true);
     axis.setTickLabels(true);
-    axis.setLabel(title);
-    axis.setProperty(kTitleProperty, title);
     axis.setLabelFont(Font());
     axis.setTickLabelFont(Font(0.95));
     axis.setLabelColor(kInk);
@@ -106,16 +111,21 @@ QPen plot_style::Pen(const QColor& colour, double points, Qt::PenStyle style)
     return pen;
 }
 
-void plot_style::Prepare(QCustomPlot& plot, const QString& title, const QString& xTitle,
+void plot_style::Entitle(QCustomPlot& plot, const QString& title, const QString& xTitle,
                          const QString& yTitle)
+{
+    TitleOf(plot).setText(title);
+    EntitleAxis(*plot.xAxis, xTitle);
+    EntitleAxis(*plot.yAxis, yTitle);
+}
+
+void plot_style::Prepare(QCustomPlot& plot)
 {
     plot.clearPlottables();
     plot.clearItems();
     plot.setAutoAddPlottableToLegend(false);
     plot.setBackground(Qt::white);
-    QCPTextElement& heading = TitleOf(plot);
-    heading.setText(title);
-    heading.setTextColor(kInk);
+    TitleOf(plot).setTextColor(kInk);
     plot.legend->clearItems();
     plot.legend->setVisible(true);
     plot.legend->setFont(Font(0.95));
@@ -131,8 +141,8 @@ void plot_style::Prepare(QCustomPlot& plot, const QString& title, const QString&
     plot.axisRect()->setupFullAxesBox();
     // Half a wide label may stand to the right of the last tick.
     plot.axisRect()->setMinimumMargins(QMargins(Em(1), Em(0.6), Em(2.6), Em(1)));
-    StyleAxis(*plot.xAxis, xTitle);
-    StyleAxis(*plot.yAxis, yTitle);
+    StyleAxis(*plot.xAxis);
+    StyleAxis(*plot.yAxis);
     plot.xAxis->grid()->setVisible(true);
     plot.yAxis->grid()->setVisible(true);
     for (QCPAxis* axis : {plot.xAxis2, plot.yAxis2}) {

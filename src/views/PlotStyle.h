@@ -31,12 +31,18 @@ double Pixels(double points);
 
 QPen Pen(const QColor& colour, double points, Qt::PenStyle style = Qt::SolidLine);
 
-/// Empties the plot and gives it title, legend row, axis titles, grid and a white background. The legend
+/// Empties the plot and gives it room for title and legend, axes, grid and a white background. The legend
 /// stands in a row of its own above the axes, where it hides nothing.
-void Prepare(QCustomPlot& plot, const QString& title, const QString& xTitle, const QString& yTitle);
+void Prepare(QCustomPlot& plot);
 
-/// Fonts, lengths and colours of one axis, and its title.
-void StyleAxis(QCPAxis& axis, const QString& title);
+/// The title above a prepared plot, and those of its axes.
+void Entitle(QCustomPlot& plot, const QString& title, const QString& xTitle, const QString& yTitle);
+
+/// Fonts, lengths and colours of one axis.
+void StyleAxis(QCPAxis& axis);
+
+/// The title of an axis, before the power of ten that its numbers are shown in.
+void EntitleAxis(QCPAxis& axis, const QString& title);
 
 /// The title of an axis with the unit of its numbers, if it has one.
 QString AxisTitle(const std::string& title, const std::string& unit);

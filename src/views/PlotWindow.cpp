@@ -2,10 +2,13 @@
 #include "views/PlotWindow.h"
 
 #include "base/VeltError.h"
+#include "graphs/GraphTitles.h"
 #include "toolkit/Words.h"
+#include "views/PlotLook.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 #include "views/SavePicture.h"
+#include "views/frmGraphEdit.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -14,11 +17,26 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QRegularExpression>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace
 {
+constexpr int kGraphCopied = 1947;
+constexpr int kDataCopied = 1948;
+constexpr int kDataNotCopied = 1949;
+constexpr int kEditGraph = 1950;
 constexpr int kPrintGraph = 1951;
+constexpr int kCopyGraph = 1952;
+constexpr int kCopyData = 1953;
+
+/// Whether the text has arrived. The system's clipboard itself reports no failure.
+bool PutOnClipboard(const QString& text)
+{
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    clipboard.setText(text);
+    return clipboard.text() == text;
+}
 
 /// The title as a file name that every system takes, without an ending. What stands in brackets stays out:
 /// the points of its numbers would be taken for one.
@@ -30,7 +48,8 @@ QString FileNameFor(const QString& title)
 } // namespace
 
 PlotWindow::PlotWindow(const QString& plotName, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_plot(new QCustomPlot(this)), m_status(new QLabel(this))
+    : QWidget(parent, Qt::Window), m_plot(new QCustomPlot(this)), m_bar(new QToolBar(this)),
+      m_status(new QLabel(this)), m_putText(PutOnClipboard)
 {
     m_plot->setObjectName(plotName);
     m_plot->setInteractions(QCP::iRangeZoom | QCP::iRangeDrag);
@@ -38,12 +57,14 @@ PlotWindow::PlotWindow(const QString& plotName, QWidget* parent)
     m_plot->setFocusPolicy(Qt::StrongFocus);
     const int em = QFontMetrics(plot_style::Font()).height();
     m_plot->setMinimumSize(22 * em, 15 * em); // smaller, and the labels would touch
+    m_bar->setObjectName(QStringLiteral("tlbUtils"));
     m_status->setObjectName(QStringLiteral("lblStatus"));
     m_status->setTextFormat(Qt::PlainText);
     m_status->setContentsMargins(em / 2, em / 6, em / 2, em / 6);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
+    column->addWidget(m_bar);
     column->addWidget(m_plot, 1);
     column->addWidget(m_status);
     resize(40 * em, 28 * em);
@@ -54,16 +75,40 @@ PlotWindow::PlotWindow(const QString& plotName, QWidget* parent)
 
 void PlotWindow::AddCommands()
 {
-    connect(AddCommand("actResetZoom", tr("&Reset Zoom")), &QAction::triggered, this, &PlotWindow::ResetZoom);
+    connect(AddButton("EditGraph", tr("&Edit..."), kEditGraph), &QAction::triggered, this,
+            &PlotWindow::EditGraph);
+    QAction* print = AddButton("PrintGraph", tr("&Print..."), kPrintGraph);
+    print->setShortcut(QKeySequence::Print);
+    connect(print, &QAction::triggered, this, &PlotWindow::PrintGraph);
+    QAction* copy = AddButton("CopyGraph", tr("&Copy Graph"), kCopyGraph);
+    copy->setShortcut(QKeySequence::Copy);
+    connect(copy, &QAction::triggered, this, &PlotWindow::CopyPicture);
     QAction* save = AddCommand("actSavePicture", tr("&Save Picture As..."));
     save->setShortcut(QKeySequence::Save);
     connect(save, &QAction::triggered, this, &PlotWindow::SavePicture);
-    QAction* print = AddCommand("actPrintGraph", Words(kPrintGraph));
-    print->setShortcut(QKeySequence::Print);
-    connect(print, &QAction::triggered, this, &PlotWindow::PrintGraph);
-    QAction* copy = AddCommand("actCopyPicture", tr("&Copy Picture"));
-    copy->setShortcut(QKeySequence::Copy);
-    connect(copy, &QAction::triggered, this, &PlotWindow::CopyPicture);
+    connect(AddCommand("actResetZoom", tr("&Reset Zoom")), &QAction::triggered, this, &PlotWindow::ResetZoom);
+}
+
+QAction* PlotWindow::AddButton(const char* name, const QString& caption, int tipId)
+{
+    QAction* action = AddCommand(name, caption);
+    action->setToolTip(Words(tipId));
+    m_bar->addAction(action);
+    return action;
+}
+
+void PlotWindow::AddCopyData(std::function<std::string()> text)
+{
+    connect(AddButton("CopyData", tr("Copy &Data"), kCopyData), &QAction::triggered, this,
+            [this, text = std::move(text)] {
+                bool copied = false;
+                try {
+                    copied = m_putText(QString::fromStdString(text()));
+                } catch (const VeltError&) {
+                    copied = false;
+                }
+                Tell(copied ? kDataCopied : kDataNotCopied);
+            });
 }
 
 QAction* PlotWindow::AddCommand(const char* name, const QString& caption)
@@ -131,7 +176,35 @@ void PlotWindow::PrintGraph()
 
 void PlotWindow::CopyPicture()
 {
-    constexpr int kGraphCopied = 1947;
     QGuiApplication::clipboard()->setImage(PlotImage(*m_plot, m_plot->size()));
     Tell(kGraphCopied);
+}
+
+void PlotWindow::EditGraph()
+{
+    GraphTitles& titles = Titles();
+    const GraphEdit before{.title = titles.UserTitle(), .look = titles.Look()};
+    const auto show = [&](const GraphEdit& edit) {
+        titles.UserTitle(edit.title);
+        titles.Look(edit.look);
+        Redraw();
+    };
+    show({.title = titles.Title(), .look = {}}); // as it stands by itself; nothing reaches the screen yet
+    const QCPRange x = m_plot->xAxis->range();
+    const QCPRange y = m_plot->yAxis->range();
+    frmGraphEdit form(
+        {.title = titles.Title(),
+         .xTitle = plot_look::PlainXTitle(titles),
+         .yTitle = plot_look::PlainYTitle(titles),
+         .x = {.low = x.lower, .high = x.upper},
+         .y = {.low = y.lower, .high = y.upper},
+         .series = IsSurface() ? std::vector<plot_look::Series>{} : plot_look::SeriesOf(*m_plot),
+         .surface = IsSurface()},
+        before, this);
+    show(before);
+    form.AppliesBy([&](const GraphEdit& edit) {
+        show(edit);
+        emit Edited();
+    });
+    form.exec();
 }

@@ -2,6 +2,7 @@
 #include "views/ProjectionPainter.h"
 
 #include "graphs/ProjGraph.h"
+#include "views/PlotLook.h"
 #include "views/PlotPicture.h"
 #include "views/PlotRanges.h"
 #include "views/PlotStyle.h"
@@ -94,12 +95,13 @@ QColor Thinned(QColor colour, int alpha)
     return colour;
 }
 
-void AddBand(QCustomPlot& plot, const Shown& shown, const QColor& colour)
+void AddBand(QCustomPlot& plot, const Shown& shown, const QColor& colour, const QString& name)
 {
     constexpr int kBandAlpha = 45;
     const auto edge = [&](const QVector<double>& y) {
         auto* graph = new SeriesGraph(plot.xAxis, plot.yAxis);
         graph->setPen(Qt::NoPen);
+        plot_look::Accompany(*graph, name);
         graph->setData(shown.x, y, true);
         return graph;
     };
@@ -119,6 +121,7 @@ void AddWhiskers(QCustomPlot& plot, QCPGraph& line, const Shown& shown, const QC
         up += shown.high[i] - shown.y[i];
     }
     auto* bars = new QCPErrorBars(plot.xAxis, plot.yAxis);
+    plot_look::Accompany(*bars, line.name());
     bars->setDataPlottable(&line);
     bars->setData(down, up);
     bars->setPen(Pen(Thinned(colour, kWhiskerAlpha), 0.8));
@@ -149,7 +152,7 @@ void AddLine(QCustomPlot& plot, const ProjGraph& graph, int line, plot_ranges::E
         extent.Add(y);
     if (!graph.WithCI())
         return;
-    AddBand(plot, shown, look.pen.color());
+    AddBand(plot, shown, look.pen.color(), series->name());
     AddWhiskers(plot, *series, shown, look.pen.color());
     for (const auto* limits : {&shown.low, &shown.high})
         for (const double y : *limits)
@@ -159,8 +162,7 @@ void AddLine(QCustomPlot& plot, const ProjGraph& graph, int line, plot_ranges::E
 
 void PaintProjection(QCustomPlot& plot, const ProjGraph& graph)
 {
-    Prepare(plot, QString::fromStdString(graph.UserTitle()), AxisTitle(graph.XTitle(), graph.XUnit()),
-            AxisTitle(graph.YTitle(), graph.YUnit()));
+    Prepare(plot);
     plot_ranges::Extent extent;
     for (int line = 1; line <= graph.NumLines(); ++line)
         AddLine(plot, graph, line, extent);
@@ -170,6 +172,7 @@ void PaintProjection(QCustomPlot& plot, const ProjGraph& graph)
                                static_cast<double>(graph.XData(graph.NumPoints())));
     SetTicks(*plot.yAxis, NumberKind::Real);
     plot.yAxis->setRange(plot_ranges::QuantityRange(extent));
+    plot_look::Apply(plot, graph);
     FitLegend(plot, plot.width());
 }
 

@@ -2,6 +2,8 @@
 #include "views/frmGraph.h"
 
 #include "views/NumberTicker.h"
+#include "views/PlotLook.h"
+#include "views/PlotStyle.h"
 
 #include <QCloseEvent>
 
@@ -21,17 +23,41 @@ frmGraph::frmGraph(QWidget* parent) : PlotWindow(QStringLiteral("plotContour"), 
 void frmGraph::Surface(const ContourSurface& surface)
 {
     m_surface = surface;
-    setWindowTitle(QString::fromStdString(surface.title));
+    m_titles = {};
+    m_titles.Title(surface.title);
+    m_titles.XTitle(surface.xName);
+    m_titles.YTitle(surface.yName);
     m_painter.Surface(surface);
+    AfterPainting();
+    DrawSoon(true);
+}
+
+/// The painter may have given the axes other ranges.
+void frmGraph::AfterPainting()
+{
+    m_drawnX = Plot().xAxis->range();
+    m_drawnY = Plot().yAxis->range();
+    Redraw();
+}
+
+void frmGraph::Redraw()
+{
+    setWindowTitle(QString::fromStdString(m_titles.UserTitle()));
+    Plot().xAxis->setRange(m_drawnX);
+    Plot().yAxis->setRange(m_drawnY);
+    plot_look::ApplyTitlesAndRanges(Plot(), m_titles);
+    plot_style::FitLegend(Plot(), Plot().width());
     RememberRanges();
     DrawSoon(true);
 }
 
 void frmGraph::Mark(const ContourMarkAt& mark)
 {
+    const QCPRange x = Plot().xAxis->range();
+    const QCPRange y = Plot().yAxis->range();
     const bool whole = m_painter.Mark(mark);
-    if (whole)
-        RememberRanges();
+    if (Plot().xAxis->range() != x || Plot().yAxis->range() != y)
+        AfterPainting();
     DrawSoon(whole);
 }
 

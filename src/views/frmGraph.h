@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "graphs/GraphTitles.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "views/ContourPainter.h"
 #include "views/PlotWindow.h"
@@ -24,17 +25,24 @@ public:
     void Surface(const ContourSurface& surface);
     void Mark(const ContourMarkAt& mark);
     void Step(const ContourStep& step);
+    void Redraw() override;
 
 protected:
     QString ValueAt(const QPointF& position) const override;
+    GraphTitles& Titles() override { return m_titles; }
+    bool IsSurface() const override { return true; }
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void AfterPainting();
     void DrawSoon(bool wholePlot);
     void DrawNow();
 
     ContourPainter m_painter;
     ContourSurface m_surface;
+    GraphTitles m_titles;
+    QCPRange m_drawnX; ///< as the painter left it
+    QCPRange m_drawnY;
     QTimer m_draw; ///< gathers the steps of one moment into one drawing
     bool m_wholePlot = true;
     bool m_open = true;

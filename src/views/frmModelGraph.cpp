@@ -7,7 +7,6 @@
 #include "views/PlotStyle.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QKeyEvent>
 
 #include <cmath>
@@ -22,10 +21,10 @@ frmModelGraph::frmModelGraph(std::shared_ptr<ModelGraph> graph, QWidget* parent)
     : PlotWindow(QStringLiteral("mgphPlot"), parent), m_graph(std::move(graph))
 {
     setObjectName(QStringLiteral("frmModelGraph"));
-    connect(AddCommand("actCopyData", tr("Copy &Data")), &QAction::triggered, this, &frmModelGraph::CopyData);
+    AddCopyData([this] { return m_graph->CopiedText(); });
     if (m_graph->TakesClicks())
         ListenToClicks();
-    Redraw();
+    frmModelGraph::Redraw();
 }
 
 void frmModelGraph::ListenToClicks()
@@ -123,11 +122,9 @@ void frmModelGraph::Refresh()
     Plot().replot(QCustomPlot::rpQueuedReplot);
 }
 
-void frmModelGraph::CopyData()
+GraphTitles& frmModelGraph::Titles()
 {
-    constexpr int kDataCopied = 1948;
-    QGuiApplication::clipboard()->setText(QString::fromStdString(m_graph->CopiedText()));
-    Tell(kDataCopied);
+    return *m_graph;
 }
 
 void frmModelGraph::Redraw()

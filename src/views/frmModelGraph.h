@@ -23,12 +23,7 @@ public:
     const ModelGraph& Graph() const { return *m_graph; }
     /// Draws the graph anew where its points have changed; the zoom stays.
     void Refresh();
-
-public slots:
-    /// Draws the graph anew, after it has changed. The zoom starts afresh.
-    void Redraw();
-    /// Puts the numbers on the clipboard, for a spreadsheet.
-    void CopyData();
+    void Redraw() override;
 
 signals:
     // Points count from 1, sets are those of ModelGraph.
@@ -38,6 +33,7 @@ signals:
 
 protected:
     QString ValueAt(const QPointF& position) const override;
+    GraphTitles& Titles() override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

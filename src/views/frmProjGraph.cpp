@@ -8,10 +8,7 @@
 #include "views/ProjectionPainter.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QLabel>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -19,9 +16,6 @@
 
 namespace
 {
-constexpr int kDataCopied = 1948;
-constexpr int kCopyGraph = 1952;
-constexpr int kCopyData = 1953;
 constexpr int kIncludeFit = 1005;
 constexpr int kIncludeFitTip = 1954;
 constexpr double kHandPoints = 8.0; // a hand's precision with a mouse, in points
@@ -31,32 +25,21 @@ frmProjGraph::frmProjGraph(std::shared_ptr<ProjGraph> graph, QWidget* parent)
     : PlotWindow(QStringLiteral("gphProj"), parent), m_graph(std::move(graph))
 {
     setObjectName(QStringLiteral("frmProjGraph"));
-    BuildToolBar();
+    AddButtons();
+    // A projection is known by the title that the user gave it; a model's graph by its own. Deliberate.
+    connect(this, &PlotWindow::Edited, this, [this] { m_graph->Title(m_graph->UserTitle()); });
     ShowRemark();
-    setWindowTitle(QString::fromStdString(m_graph->UserTitle()));
-    Redraw();
+    frmProjGraph::Redraw();
 }
 
-void frmProjGraph::BuildToolBar()
+void frmProjGraph::AddButtons()
 {
-    auto* bar = new QToolBar(this);
-    bar->setObjectName(QStringLiteral("tlbUtils"));
-    const auto add = [&](const char* name, const QString& text, int tip) {
-        QAction* action = bar->addAction(text);
-        action->setObjectName(QString::fromLatin1(name));
-        action->setToolTip(Words(tip));
-        Plot().addAction(action); // the right button's menu holds what the toolbar holds
-        return action;
-    };
-    connect(add("CopyGraph", tr("Copy &Graph"), kCopyGraph), &QAction::triggered, this,
-            &frmProjGraph::CopyPicture);
-    connect(add("CopyData", tr("Copy &Data"), kCopyData), &QAction::triggered, this, &frmProjGraph::CopyData);
-    QAction* fit = add("WithFit", Words(kIncludeFit), kIncludeFitTip);
+    AddCopyData([this] { return m_graph->CopiedText(); });
+    QAction* fit = AddButton("WithFit", Words(kIncludeFit), kIncludeFitTip);
     fit->setCheckable(true);
     fit->setChecked(m_graph->WithFit());
     fit->setEnabled(m_graph->HasFit());
     connect(fit, &QAction::toggled, this, &frmProjGraph::WithFit);
-    qobject_cast<QVBoxLayout*>(layout())->insertWidget(0, bar);
 }
 
 void frmProjGraph::ShowRemark()
@@ -76,6 +59,7 @@ void frmProjGraph::ShowRemark()
 
 void frmProjGraph::Redraw()
 {
+    setWindowTitle(QString::fromStdString(m_graph->UserTitle()));
     PaintProjection(Plot(), *m_graph);
     RememberRanges();
     Plot().replot(QCustomPlot::rpQueuedReplot);
@@ -87,10 +71,9 @@ void frmProjGraph::WithFit(bool on)
     Redraw();
 }
 
-void frmProjGraph::CopyData()
+GraphTitles& frmProjGraph::Titles()
 {
-    QGuiApplication::clipboard()->setText(QString::fromStdString(m_graph->CopiedText()));
-    Tell(kDataCopied);
+    return *m_graph;
 }
 
 QString frmProjGraph::ValueAt(const QPointF& position) const

@@ -6,7 +6,6 @@
 #include <memory>
 
 class ProjGraph;
-class QAction;
 
 /// The window of one projection. It needs no model: the graph has numbers of its own. Its close box hides it;
 /// whoever keeps the list of windows deletes it. What there is to say about the numbers stands below the
@@ -19,20 +18,19 @@ public:
     explicit frmProjGraph(std::shared_ptr<ProjGraph> graph, QWidget* parent = nullptr);
 
     const ProjGraph& Graph() const { return *m_graph; }
+    void Redraw() override;
 
 public slots:
     /// Shows or hides the fitted line; its numbers stay. The zoom starts afresh.
     void WithFit(bool on);
-    /// Puts the numbers on the clipboard, for a spreadsheet.
-    void CopyData();
 
 protected:
     QString ValueAt(const QPointF& position) const override;
+    GraphTitles& Titles() override;
 
 private:
-    void BuildToolBar();
+    void AddButtons();
     void ShowRemark();
-    void Redraw();
 
     std::shared_ptr<ProjGraph> m_graph;
 };

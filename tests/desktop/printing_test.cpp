@@ -593,7 +593,7 @@ void PrintingTest::AContourSurfaceIsPrintedToo()
     window->Surface(Bowl());
     window->show();
     window->PrinterChosenBy(paper.Choice());
-    window->findChild<QAction*>("actPrintGraph")->trigger();
+    window->findChild<QAction*>("PrintGraph")->trigger();
     QCOMPARE(paper.m_titles, QStringList{"Minimisation"});
     QVERIFY(!paper.PlaceOf("Stock").isEmpty());
     QVERIFY(!paper.PlaceOf("Growth").isEmpty());

@@ -751,8 +751,8 @@ void ViewsTest::TheRightButtonsMenuHoldsZoomPictureAndData()
     QStringList entries;
     for (const QAction* action : window.Plot().actions())
         entries += action->text();
-    QCOMPARE(entries, QStringList({"&Reset Zoom", "&Save Picture As...", "Print Graph", "&Copy Picture",
-                                   "Copy &Data"}));
+    QCOMPARE(entries, QStringList({"&Edit...", "&Print...", "&Copy Graph", "&Save Picture As...",
+                                   "&Reset Zoom", "Copy &Data"}));
 }
 
 void ViewsTest::TheCopiedPictureHasTwiceTheDotsOfTheWindow()
@@ -761,7 +761,7 @@ void ViewsTest::TheCopiedPictureHasTwiceTheDotsOfTheWindow()
     window.show();
     QString words;
     CloseNextBox(words);
-    Give(window, "actCopyPicture");
+    Give(window, "CopyGraph");
     QCOMPARE(words, QString("Graph Copied to Clipboard"));
     QCOMPARE(QGuiApplication::clipboard()->image().size(), window.Plot().size() * 2);
 }
@@ -772,7 +772,7 @@ void ViewsTest::TheCopiedDataOfAFitAreTimeObservedAndExpected()
     frmModelGraph window(std::make_shared<ModelGraph>(CpueGraph(3)));
     QString words;
     CloseNextBox(words);
-    Give(window, "actCopyData");
+    Give(window, "CopyData");
     QCOMPARE(words, QString("Data Copied to Clipboard"));
     QCOMPARE(QGuiApplication::clipboard()->text(), QString("Time\tObs CPUE\tExp CPUE\r\n"
                                                            "1967\t20\t20.5\r\n"
