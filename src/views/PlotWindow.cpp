@@ -17,8 +17,11 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QToolBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace
 {
@@ -36,6 +39,22 @@ bool PutOnClipboard(const QString& text)
     QClipboard& clipboard = *QGuiApplication::clipboard();
     clipboard.setText(text);
     return clipboard.text() == text;
+}
+
+/// Where `dialog` leaves `window` in sight, if the screen has room for that.
+void PlaceBeside(QDialog& dialog, const QWidget& window)
+{
+    constexpr int kBorders = 8; // pixels; the system has not said yet how wide they are
+    dialog.adjustSize();
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect taken = window.frameGeometry();
+    const int width = dialog.width() + kBorders;
+    const int top =
+        std::clamp(taken.top(), screen.top(), std::max(screen.top(), screen.bottom() - dialog.height()));
+    if (taken.right() + width <= screen.right())
+        dialog.move(taken.right() + 1, top);
+    else if (taken.left() - width >= screen.left())
+        dialog.move(taken.left() - width, top);
 }
 
 /// The title as a file name that every system takes, without an ending. What stands in brackets stays out:
@@ -206,5 +225,6 @@ void PlotWindow::EditGraph()
         show(edit);
         emit Edited();
     });
+    PlaceBeside(form, *this);
     form.exec();
 }

@@ -75,6 +75,12 @@ QString NumberOf(double value)
 {
     return QString::fromStdString(number_text::Plain(value));
 }
+
+/// With so many digits as are of use to a reader who wants to change the number.
+QString RoundNumberOf(double value)
+{
+    return NumberOf(QString::number(value, 'g', 6).toDouble());
+}
 } // namespace
 
 frmGraphEdit::frmGraphEdit(Plain plain, const GraphEdit& now, QWidget* parent)
@@ -233,6 +239,8 @@ void frmGraphEdit::AddButtons()
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
     buttons->button(QDialogButtonBox::Ok)->setDefault(true);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+    buttons->button(QDialogButtonBox::Apply)->setText(tr("&Apply"));
+    buttons->button(QDialogButtonBox::RestoreDefaults)->setText(tr("Restore &Defaults"));
     buttons->button(QDialogButtonBox::Apply)->setObjectName(QStringLiteral("cmdApply"));
     buttons->button(QDialogButtonBox::RestoreDefaults)->setObjectName(QStringLiteral("cmdDefaults"));
     connect(buttons, &QDialogButtonBox::accepted, this, &frmGraphEdit::accept);
@@ -272,9 +280,8 @@ void frmGraphEdit::Fill(const GraphEdit& edit)
     m_xTitle->setText(look.xTitle ? QString::fromStdString(*look.xTitle) : m_plain.xTitle);
     m_yTitle->setText(look.yTitle ? QString::fromStdString(*look.yTitle) : m_plain.yTitle);
     const auto fill = [](const Range& range, const std::optional<AxisSpan>& chosen, const AxisSpan& plain) {
-        const AxisSpan& span = chosen ? *chosen : plain;
-        range.low->setText(NumberOf(span.low));
-        range.high->setText(NumberOf(span.high));
+        range.low->setText(chosen ? NumberOf(chosen->low) : RoundNumberOf(plain.low));
+        range.high->setText(chosen ? NumberOf(chosen->high) : RoundNumberOf(plain.high));
         range.automatic->setChecked(!chosen);
     };
     fill(m_x, look.x, m_plain.x);
