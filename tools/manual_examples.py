@@ -5,9 +5,10 @@
     manual_examples.py [--program PATH]            rewrites the marked blocks and draws the pictures
     manual_examples.py [--program PATH] --check    says whether the blocks agree with a fresh run; exits 1 if not
 
-A page marks what is made as <!-- made: NAME -->...<!-- end -->. A NAME is either "table" and the name of a table below, or a
-case and a quantity: bass.N1, bass.N1.low, bass.RSqr; "coverage" takes one from docs/coverage.csv. Numbers agree when they differ by less than half a unit of the third digit,
-as replicates go through the mathematics library of the system; everything else has to be the same to the letter.
+A page marks what is made as <!-- made: NAME -->...<!-- end -->. A NAME is either "table:" with the name of a table below, or
+a case and a quantity (bass.N1, bass.N1.low, bass.RSqr), or "coverage:" with a place in docs/coverage.csv. Numbers agree when
+they differ by less than half a unit of the third digit, as replicates go through the mathematics library of the system;
+everything else has to be the same to the letter.
 """
 import argparse
 import csv
@@ -21,6 +22,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import textwrap
 import zlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -210,7 +212,8 @@ def session_of(arguments, *, lines=None, statuses=(0,), errors=False):
         answer = (done.stderr if errors else done.stdout).rstrip().split("\n")
         if lines:
             answer = [*answer[:lines], "..."]
-        answer = [line.rstrip() for line in answer]
+        answer = [part for line in answer for part in textwrap.wrap(line, 90, drop_whitespace=False) or [""]]
+        answer = [line.rstrip() for line in answer]  # as a terminal shows it
         return "<pre>\n" + html.escape(f"velt-batch {arguments}\n\n" + "\n".join(answer)) + "\n</pre>"
     return make
 

@@ -39,6 +39,7 @@ class Page(html.parser.HTMLParser):
         self.faults = []
         self.open = []
         self.title = ""
+        self.cells = []  # of the rows of the open table
         text = path.read_text(encoding="utf-8")
         self.feed(text)
         self.close()
@@ -68,6 +69,12 @@ class Page(html.parser.HTMLParser):
             self.images.append((attributes.get("src" if tag == "img" else "href", ""), self.getpos()[0]))
         if tag == "img" and not attributes.get("alt"):
             self.fault("a picture without words for those who do not see it")
+        if tag == "table":
+            self.cells = []
+        elif tag == "tr":
+            self.cells.append(0)
+        elif tag in ("th", "td") and self.cells:
+            self.cells[-1] += 1
         if tag not in VOID:
             self.open.append((tag, self.getpos()[0]))
 
@@ -76,6 +83,8 @@ class Page(html.parser.HTMLParser):
             self.fault(f"</{tag}> closes nothing, or the wrong tag")
             return
         self.open.pop()
+        if tag == "table" and (len(self.cells) < 2 or len(set(self.cells)) > 1):
+            self.fault("a table with heads alone, or with rows of different lengths")
 
     def handle_data(self, data):
         if any(tag == "title" for tag, _ in self.open):

@@ -122,6 +122,14 @@ class CheckManual(unittest.TestCase):
         self.change("glossary.html", r"</body>", "<p>" + "word " * check_manual.MOST_WORDS + "</p></body>")
         self.assert_fault("glossary.html", "at most 3500")
 
+    def test_a_table_with_heads_alone_is_a_fault(self):
+        self.change("new-data.html", r"(<table.*?</tr>).*?</table>", r"\1</table>")
+        self.assert_fault("new-data.html", "heads alone")
+
+    def test_a_row_that_lacks_a_cell_is_a_fault(self):
+        self.change("new-data.html", r"<td>[^<]*</td></tr>", "</tr>")
+        self.assert_fault("new-data.html", "different lengths")
+
     def test_a_tag_that_is_never_closed_is_a_fault(self):
         self.change("glossary.html", r"</b>", "")
         self.assert_fault("glossary.html", "closes nothing, or the wrong tag")
