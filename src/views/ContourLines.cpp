@@ -152,3 +152,67 @@ std::vector<Line> contour_lines::Trace(const std::vector<double>& x, const std::
 {
     return Tracer(x, y, z, level).Lines();
 }
+
+namespace
+{
+constexpr int kBorder = 4; ///< rows and columns around the grid
+
+/// 1 for valid and 0 for invalid, with the rim carried on around it and a valid ring around all.
+std::vector<std::vector<double>> Bordered(const std::vector<std::vector<bool>>& valid)
+{
+    const std::size_t across = valid.size() + 2 * kBorder;
+    const std::size_t up = valid.front().size() + 2 * kBorder;
+    const auto inside = [](std::size_t at, std::size_t size) {
+        return std::clamp<std::size_t>(at, kBorder, kBorder + size - 1) - kBorder;
+    };
+    std::vector<std::vector<double>> field(across, std::vector<double>(up, 1.0));
+    for (std::size_t i = 1; i + 1 < across; ++i)
+        for (std::size_t j = 1; j + 1 < up; ++j)
+            field[i][j] = valid[inside(i, valid.size())][inside(j, valid.front().size())] ? 1.0 : 0.0;
+    return field;
+}
+
+/// Draws a closed line through the middles of grid edges taut. Each point stays on its edge, so that no point
+/// of the grid changes sides.
+void Tighten(Line& line)
+{
+    constexpr int kRounds = 200;
+    constexpr double kReach = 0.49;
+    const Line was = line;
+    const std::size_t points = line.size() - 1; // the last one is the first
+    if (points < 3)
+        return;
+    for (int round = 0; round < kRounds; ++round) {
+        const Line before = line;
+        for (std::size_t k = 0; k < points; ++k) {
+            const Point& last = before[(k + points - 1) % points];
+            const Point& next = before[(k + 1) % points];
+            const auto pull = [](double at, double from, double to, double home) {
+                return std::clamp((2.0 * at + from + to) / 4.0, home - kReach, home + kReach);
+            };
+            if (was[k].x == std::round(was[k].x))
+                line[k].y = pull(before[k].y, last.y, next.y, was[k].y);
+            else
+                line[k].x = pull(before[k].x, last.x, next.x, was[k].x);
+        }
+    }
+    line.back() = line.front();
+}
+} // namespace
+
+std::vector<Line> contour_lines::SmoothOutlines(const std::vector<std::vector<bool>>& valid)
+{
+    if (valid.empty() || valid.front().empty())
+        return {};
+    const std::vector<std::vector<double>> field = Bordered(valid);
+    const auto numbers = [](std::size_t count) {
+        std::vector<double> positions;
+        for (std::size_t k = 0; k < count; ++k)
+            positions.push_back(static_cast<double>(k) - kBorder);
+        return positions;
+    };
+    std::vector<Line> lines = Trace(numbers(field.size()), numbers(field.front().size()), field, 0.5);
+    for (Line& line : lines)
+        Tighten(line);
+    return lines;
+}

@@ -28,4 +28,11 @@ std::vector<double> Levels(double low, double high, double closest, int count);
 std::vector<Line> Trace(const std::vector<double>& x, const std::vector<double>& y,
                         const std::vector<std::vector<double>>& z, double level);
 
+/// The outlines of the region of a grid that is not `valid`, as closed lines, the smoothest that pass between
+/// the valid points and their invalid neighbours: more the grid does not tell. Nested ones are islands. Where
+/// the region reaches the rim of the grid its outline runs outside.
+///
+/// \param valid  valid[i][j] of the point (i, j) \return lines in numbers of points, (0, 0) to (n - 1, m - 1)
+std::vector<Line> SmoothOutlines(const std::vector<std::vector<bool>>& valid);
+
 } // namespace contour_lines

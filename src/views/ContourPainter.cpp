@@ -228,6 +228,52 @@ private:
     std::vector<QPointF> m_taken;
 };
 
+/// The region of invalid parameters, filled.
+class InvalidRegion : public QCPAbstractItem
+{
+public:
+    /// \param outlines  in numbers of grid points
+    InvalidRegion(QCustomPlot& plot, const ContourSurface& surface,
+                  const std::vector<contour_lines::Line>& outlines)
+        : QCPAbstractItem(&plot)
+    {
+        const auto scale = [](const QCPRange& span, double at, std::size_t points) {
+            return points < 2 ? span.center() + at * span.size()
+                              : span.lower + at * span.size() / static_cast<double>(points - 1);
+        };
+        const QCPRange x = SpanOf(surface.x);
+        const QCPRange y = SpanOf(surface.y);
+        for (const contour_lines::Line& outline : outlines) {
+            QPolygonF& polygon = m_outlines.emplace_back();
+            for (const contour_lines::Point& point : outline)
+                polygon << QPointF(scale(x, point.x, surface.x.size()), scale(y, point.y, surface.y.size()));
+        }
+        setSelectable(false);
+    }
+
+    double selectTest(const QPointF&, bool, QVariant*) const override { return -1.0; }
+
+protected:
+    void draw(QCPPainter* painter) override
+    {
+        const QCPAxis& x = *parentPlot()->xAxis;
+        const QCPAxis& y = *parentPlot()->yAxis;
+        QPainterPath path; // odd and even: an island of valid parameters stays open
+        for (const QPolygonF& outline : m_outlines) {
+            QPolygonF pixels;
+            for (const QPointF& point : outline)
+                pixels << QPointF(x.coordToPixel(point.x()), y.coordToPixel(point.y()));
+            path.addPolygon(pixels);
+        }
+        painter->setPen(Pen(kLimits, 1.0));
+        painter->setBrush(kInvalid);
+        painter->drawPath(path);
+    }
+
+private:
+    std::vector<QPolygonF> m_outlines; ///< in the numbers of the axes
+};
+
 void AddCurve(QCustomPlot& plot, const std::vector<contour_lines::Line>& lines, const QPen& pen)
 {
     auto* curve = new QCPCurve(plot.xAxis, plot.yAxis);
@@ -244,9 +290,10 @@ void AddCurve(QCustomPlot& plot, const std::vector<contour_lines::Line>& lines, 
     curve->setData(x, y);
 }
 
-} // namespace
+constexpr double kAnyCorner = 1e-9; ///< the region of invalid parameters covers what lies behind the edge
 
-std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, double y)
+/// The mean of the valid corners around (x, y), where they weigh `least` or more.
+std::optional<double> Nearby(const ContourSurface& surface, double x, double y, double least)
 {
     const std::optional<Place> across = PlaceOf(surface.x, x);
     const std::optional<Place> up = PlaceOf(surface.y, y);
@@ -263,9 +310,16 @@ std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, doubl
             sum += weight * surface.z[across->index + i][up->index + j];
             weights += weight;
         }
-    if (weights < 0.5)
+    if (weights < least)
         return std::nullopt;
     return sum / weights;
+}
+
+} // namespace
+
+std::optional<double> ObjectiveAt(const ContourSurface& surface, double x, double y)
+{
+    return Nearby(surface, x, y, 0.5);
 }
 
 ContourPainter::ContourPainter(QCustomPlot& plot) : m_plot(plot)
@@ -293,7 +347,6 @@ void ContourPainter::Surface(const ContourSurface& surface)
         axis->grid()->setVisible(false); // the contours are lines enough
     m_path = nullptr;
     AddColours(surface);
-    AddInvalid(surface);
     AddContours(surface);
     FitLegend(m_plot, m_plot.width());
 }
@@ -314,7 +367,7 @@ void ContourPainter::AddColours(const ContourSurface& surface)
     map->data()->setRange(x, y);
     for (int i = 0; i < kPixelsAcross; ++i)
         for (int j = 0; j < kPixelsAcross; ++j)
-            map->data()->setCell(i, j, heights.Shade(ObjectiveAt(surface, At(x, i), At(y, j))));
+            map->data()->setCell(i, j, heights.Shade(Nearby(surface, At(x, i), At(y, j), kAnyCorner)));
     map->setInterpolate(false);
     auto* scale = new QCPColorScale(&m_plot);
     scale->setType(QCPAxis::atRight);
@@ -332,6 +385,7 @@ void ContourPainter::AddColours(const ContourSurface& surface)
     scale->setMarginGroup(QCP::msBottom | QCP::msTop, margins);
 }
 
+/// Under the labels, over the contour lines, which end in the last whole cells.
 void ContourPainter::AddContours(const ContourSurface& surface) const
 {
     std::vector<std::vector<double>> z = surface.z;
@@ -340,31 +394,34 @@ void ContourPainter::AddContours(const ContourSurface& surface) const
             if (!Valid(surface, i, j))
                 z[i][j] = kNaN; // no line climbs the plateau: its height means nothing
     constexpr std::size_t kLabelEvery = 3;
-    LevelLabels labels(m_plot, SpanOf(surface.x), SpanOf(surface.y));
     const Heights heights(surface);
+    std::vector<std::pair<contour_lines::Line, double>> labelled;
     for (std::size_t k = 0; k < heights.Levels().size(); ++k) {
         const auto lines = contour_lines::Trace(surface.x, surface.y, z, heights.Levels()[k]);
         AddCurve(m_plot, lines, Pen(QColor(0x22, 0x22, 0x22, 150), 0.6));
         const auto longest = std::ranges::max_element(lines, {}, &contour_lines::Line::size);
         if (k % kLabelEvery == kLabelEvery - 1 && longest != lines.end())
-            labels.Put(*longest, heights.Levels()[k]);
+            labelled.emplace_back(*longest, heights.Levels()[k]);
     }
+    AddInvalid(surface);
+    LevelLabels labels(m_plot, SpanOf(surface.x), SpanOf(surface.y));
+    for (const auto& [line, level] : labelled)
+        labels.Put(line, level);
 }
 
-/// The edge of the region of invalid parameters, halfway between its cells and their neighbours, and its
-/// name.
+/// The region of invalid parameters and its name.
 void ContourPainter::AddInvalid(const ContourSurface& surface) const
 {
     bool any = false;
-    std::vector<std::vector<double>> valid = surface.z;
+    std::vector<std::vector<bool>> valid(surface.z.size());
     for (std::size_t i = 0; i < surface.z.size(); ++i)
         for (std::size_t j = 0; j < surface.z[i].size(); ++j) {
-            valid[i][j] = Valid(surface, i, j) ? 1.0 : 0.0;
-            any = any || valid[i][j] == 0.0;
+            valid[i].push_back(Valid(surface, i, j));
+            any = any || !valid[i][j];
         }
     if (!any)
         return;
-    AddCurve(m_plot, contour_lines::Trace(surface.x, surface.y, valid, 0.5), Pen(kLimits, 1.0));
+    new InvalidRegion(m_plot, surface, contour_lines::SmoothOutlines(valid)); // the plot owns it
     auto* patch = new SeriesGraph(m_plot.xAxis, m_plot.yAxis); // only its symbol in the legend shows
     patch->setLineStyle(QCPGraph::lsNone);
     patch->setScatterStyle({QCPScatterStyle::ssSquare, Pen(kLimits, 0.5), QBrush(kInvalid), Pixels(7.0)});

@@ -204,6 +204,8 @@ private slots:
     void NoContourLineClimbsThePlateau();
     void TwentyLevelsCrowdTowardsTheLowestValue();
     void TheRegionOfInvalidParametersEndsHalfway();
+    void TheEdgeOfTheInvalidRegionIsSmoothAndKeepsEveryPointOnItsSide();
+    void AnIslandOfValidParametersHasAnOutlineOfItsOwn();
     void SomeLevelsAreWrittenOnTheirLinesApartFromOneAnother();
     void TheObjectiveIsLinearBetweenGridPointsAndEmptyOnThePlateau();
     void AGridOfOnePointStillDraws();
@@ -910,6 +912,63 @@ void ViewsTest::TheRegionOfInvalidParametersEndsHalfway()
 
     QVERIFY(ObjectiveAt(surface, 5.69, 5.69)); // 0.69 * 0.69 < 1/2
     QVERIFY(!ObjectiveAt(surface, 5.72, 5.72));
+}
+
+namespace
+{
+QPolygonF PolygonOf(const contour_lines::Line& line)
+{
+    QPolygonF polygon;
+    for (const contour_lines::Point& point : line)
+        polygon << QPointF(point.x, point.y);
+    return polygon;
+}
+} // namespace
+
+// Steps of five points for each column: a straight edge of slope -5, as a coarse grid sees it.
+void ViewsTest::TheEdgeOfTheInvalidRegionIsSmoothAndKeepsEveryPointOnItsSide()
+{
+    constexpr int kSize = 40;
+    std::vector<std::vector<bool>> valid(kSize, std::vector<bool>(kSize));
+    for (int i = 0; i < kSize; ++i)
+        for (int j = 0; j < kSize; ++j)
+            valid[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)] = 5 * i + j > 100;
+
+    const auto outlines = contour_lines::SmoothOutlines(valid);
+
+    QCOMPARE(outlines.size(), 1U);
+    const QPolygonF region = PolygonOf(outlines.front());
+    for (int i = 0; i < kSize; ++i)
+        for (int j = 0; j < kSize; ++j)
+            QCOMPARE(region.containsPoint(QPointF(i, j), Qt::OddEvenFill), 5 * i + j <= 100);
+    double sharpest = 0.0;
+    for (qsizetype k = 1; k + 1 < region.size(); ++k) {
+        if (region[k].y() < 1.0 || region[k].y() > kSize - 2.0 || region[k].x() < 1.0)
+            continue; // outside it turns round
+        const double turn = QLineF(region[k - 1], region[k]).angleTo(QLineF(region[k], region[k + 1]));
+        sharpest = std::max(sharpest, std::min(turn, 360.0 - turn));
+    }
+    QVERIFY2(sharpest > 0.0 && sharpest < 10.0, qPrintable(QString::number(sharpest))); // steps turn by 45
+}
+
+void ViewsTest::AnIslandOfValidParametersHasAnOutlineOfItsOwn()
+{
+    std::vector<std::vector<bool>> valid(9, std::vector<bool>(9, false));
+    for (std::size_t i = 3; i < 6; ++i)
+        for (std::size_t j = 3; j < 6; ++j)
+            valid[i][j] = true;
+
+    const auto outlines = contour_lines::SmoothOutlines(valid);
+
+    QCOMPARE(outlines.size(), 2U); // around all, and around the island
+    QPainterPath region;
+    for (const auto& outline : outlines)
+        region.addPolygon(PolygonOf(outline));
+    QVERIFY(region.contains(QPointF(0, 0)));
+    QVERIFY(region.contains(QPointF(8, 8)));
+    QVERIFY(!region.contains(QPointF(4, 4)));
+    QVERIFY(contour_lines::SmoothOutlines({{true, true}, {true, true}}).empty());
+    QVERIFY(contour_lines::SmoothOutlines({}).empty());
 }
 
 void ViewsTest::SomeLevelsAreWrittenOnTheirLinesApartFromOneAnother()
