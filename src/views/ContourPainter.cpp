@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/ContourPainter.h"
 
+#include "views/ContourHeights.h"
 #include "views/ContourLines.h"
-#include "views/NumberTicker.h"
 #include "views/PlotPicture.h"
 #include "views/PlotStyle.h"
 
@@ -13,6 +13,7 @@
 #include <cmath>
 #include <limits>
 
+using namespace contour_heights;
 using namespace plot_style;
 
 namespace
@@ -39,47 +40,11 @@ QCPColorGradient Gradient()
     return gradient;
 }
 
-bool Valid(const ContourSurface& surface, std::size_t i, std::size_t j)
-{
-    // With a single valid height the plateau has that same height, so the largest valid value decides.
-    return std::isfinite(surface.z[i][j]) && surface.z[i][j] <= surface.zMax;
-}
-
-/// The span of an axis; a grid of one point, or of equal ones, still gets some width.
-QCPRange SpanOf(const std::vector<double>& positions)
-{
-    if (positions.empty())
-        return {0.0, 1.0};
-    if (positions.back() > positions.front())
-        return {positions.front(), positions.back()};
-    const double around = positions.front() != 0.0 ? 0.05 * std::abs(positions.front()) : 0.5;
-    return {positions.front() - around, positions.front() + around};
-}
-
 /// The position of one of the pixels across a span.
 double At(const QCPRange& span, int pixel)
 {
     const double position = span.lower + span.size() * pixel / (kPixelsAcross - 1);
     return std::min(position, span.upper); // the last one may miss the end by a rounding error
-}
-
-/// Where a value lies between two grid points.
-struct Place {
-    std::size_t index = 0;
-    double part = 0.0;
-};
-
-std::optional<Place> PlaceOf(const std::vector<double>& positions, double value)
-{
-    const QCPRange span = SpanOf(positions);
-    if (positions.empty() || !(value >= span.lower && value <= span.upper))
-        return std::nullopt;
-    if (positions.size() == 1 || !(positions.back() > positions.front()))
-        return Place{};
-    const auto above = std::upper_bound(positions.begin(), positions.end() - 1, value);
-    const auto index = static_cast<std::size_t>(above - positions.begin()) - 1;
-    const std::size_t at = std::min(index, positions.size() - 2);
-    return Place{at, (value - positions[at]) / (positions[at + 1] - positions[at])};
 }
 
 /// The tone of a start, for its mark and its path. All stand out from the blue of the surface.
@@ -112,75 +77,6 @@ QString NameOf(ContourMark kind)
         return QStringLiteral("Final");
     return QStringLiteral("Start %1").arg(static_cast<int>(kind));
 }
-
-/// The heights of a surface on the scale of its levels: each step from level to level is one step of colour,
-/// so that the neighbourhood of the minimum is told apart as well as the far slopes.
-class Heights
-{
-public:
-    explicit Heights(const ContourSurface& surface)
-        : m_low(surface.zMin), m_high(surface.zMax),
-          m_levels(contour_lines::Levels(surface.zMin, surface.zMax, Closest(surface), surface.levels))
-    {
-    }
-
-    const std::vector<double>& Levels() const { return m_levels; }
-
-    /// From 0 at the lowest height to 1 at the highest; no number for none.
-    double Shade(const std::optional<double>& height) const
-    {
-        if (!height)
-            return kNaN;
-        if (m_levels.empty())
-            return 0.5;
-        const auto above = std::upper_bound(m_levels.begin(), m_levels.end(), *height);
-        const auto passed = static_cast<double>(above - m_levels.begin());
-        const double from = above == m_levels.begin() ? m_low : *(above - 1);
-        const double to = above == m_levels.end() ? m_high : *above;
-        const double part = to > from ? std::clamp((*height - from) / (to - from), 0.0, 1.0) : 0.0;
-        return (passed + part) / static_cast<double>(m_levels.size() + 1);
-    }
-
-    /// Some of the levels, where their shades stand.
-    QSharedPointer<QCPAxisTickerText> Ticks() const
-    {
-        constexpr std::size_t kEvery = 4;
-        QSharedPointer<QCPAxisTickerText> ticks(new QCPAxisTickerText);
-        if (m_levels.empty())
-            ticks->addTick(0.5, HeightText(m_low));
-        for (std::size_t k = 0; k < m_levels.size(); k += kEvery)
-            ticks->addTick(Shade(m_levels[k]), HeightText(m_levels[k]));
-        return ticks;
-    }
-
-    static QString HeightText(double height)
-    {
-        constexpr int kDigits = 4;
-        const double rounded = QString::number(height, 'g', kDigits).toDouble();
-        return NumberAsText(rounded);
-    }
-
-private:
-    /// How far above the lowest cell the next best hundredth of the cells lie: nearer, a grid resolves
-    /// nothing.
-    static double Closest(const ContourSurface& surface)
-    {
-        std::vector<double> above;
-        for (std::size_t i = 0; i < surface.z.size(); ++i)
-            for (std::size_t j = 0; j < surface.z[i].size(); ++j)
-                if (Valid(surface, i, j) && surface.z[i][j] > surface.zMin)
-                    above.push_back(surface.z[i][j] - surface.zMin);
-        if (above.empty())
-            return 0.0;
-        const auto at = above.begin() + static_cast<std::ptrdiff_t>(above.size() / 100);
-        std::nth_element(above.begin(), at, above.end());
-        return *at;
-    }
-
-    double m_low;
-    double m_high;
-    std::vector<double> m_levels;
-};
 
 /// Writes the heights of some levels on their lines, each once, where it stands clear of the others.
 class LevelLabels
@@ -291,29 +187,6 @@ void AddCurve(QCustomPlot& plot, const std::vector<contour_lines::Line>& lines, 
 }
 
 constexpr double kAnyCorner = 1e-9; ///< the region of invalid parameters covers what lies behind the edge
-
-/// The mean of the valid corners around (x, y), where they weigh `least` or more.
-std::optional<double> Nearby(const ContourSurface& surface, double x, double y, double least)
-{
-    const std::optional<Place> across = PlaceOf(surface.x, x);
-    const std::optional<Place> up = PlaceOf(surface.y, y);
-    if (!across || !up)
-        return std::nullopt;
-    double sum = 0.0;
-    double weights = 0.0;
-    for (const std::size_t i : {0U, 1U})
-        for (const std::size_t j : {0U, 1U}) {
-            const double weight =
-                (i == 1 ? across->part : 1.0 - across->part) * (j == 1 ? up->part : 1.0 - up->part);
-            if (weight <= 0.0 || !Valid(surface, across->index + i, up->index + j))
-                continue; // beside the plateau the valid corners decide alone
-            sum += weight * surface.z[across->index + i][up->index + j];
-            weights += weight;
-        }
-    if (weights < least)
-        return std::nullopt;
-    return sum / weights;
-}
 
 } // namespace
 
