@@ -498,7 +498,7 @@ void frmVelt3::ShowHint(bool noData)
                         ? tr("This data set has no time periods. Open another text file, or fill it by hand: "
                              "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
                         : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3, "
-                             "*.vl2) or a text file (*.txt) here."));
+                             "*.vl2) or a table (*.txt, *.csv) here."));
     const bool comesBack = !noData && m_pages->currentWidget() != m_grid;
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
     if (comesBack)

@@ -35,7 +35,7 @@ int main(int argc, char* argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("A project (*.vl3, *.vl2) or a text file (*.txt) to open."),
+                                 QStringLiteral("A project (*.vl3, *.vl2) or a table (*.txt, *.csv) to open."),
                                  QStringLiteral("[file]"));
     parser.process(application);
     frmVelt3 window;
