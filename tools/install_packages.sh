@@ -5,8 +5,10 @@
 set -eu
 
 packages="g++ cmake ninja-build ccache git python3 clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
-qt6-base-dev qt6-svg-dev libgl1-mesa-dev qt6-qpa-plugins libqcustomplot-dev libqcustomplot2.1-qt6
-libcli11-dev nlohmann-json3-dev libgtest-dev libbenchmark-dev fonts-dejavu-core poppler-utils"
+qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-documentation-tools libqt6sql6-sqlite
+libgl1-mesa-dev qt6-qpa-plugins libqcustomplot-dev libqcustomplot2.1-qt6
+libcli11-dev nlohmann-json3-dev libgtest-dev libbenchmark-dev fonts-dejavu-core poppler-utils
+desktop-file-utils appstream shared-mime-info libglib2.0-bin dpkg-dev"
 
 if ! command -v apt-get >/dev/null; then
     echo "This system has no apt-get; see CONTRIBUTING.md for what must be installed." >&2

@@ -30,7 +30,9 @@ struct Message {
     Icon icon = Icon::Exclamation;
     Buttons buttons = Buttons::Ok;
     std::string title = "VELT 3.0";
-    int helpContext = 0; ///< above 0: the box has a Help button that opens this topic
+    /// Not empty: the box has a Help button that opens this topic (base/HelpTopics.h) and leaves the box as
+    /// it is.
+    std::string helpTopic = {};
 };
 
 /// One choice out of a list; `chosen` counts from 1 and is 0 before the user has chosen.
@@ -99,6 +101,21 @@ public:
     virtual bool AskNumberFormat(NumberFormatChoice& choice) = 0;
     virtual bool AskFont(CellFont& font) = 0;
     virtual bool AskNewDataSet(NewDataSet& wanted) = 0;
+    /// Opens the manual at a topic. Whatever is on the screen stays, and is not waited for.
+    virtual void ShowHelp(const std::string& topic) = 0;
+};
+
+/// The manual on the screen.
+class IHelpViewer
+{
+public:
+    /// A window with a property of this name opens that topic on F1; others are known by their names.
+    static constexpr const char* kTopicProperty = "helpTopic";
+
+    virtual ~IHelpViewer() = default;
+    /// Opens the page of a topic (base/HelpTopics.h), beside and not in place of a dialog that is open; says
+    /// why when there is no manual.
+    virtual void ShowTopic(const std::string& topic) = 0;
 };
 
 /// The text that programs hand to one another.

@@ -47,6 +47,7 @@ public:
     bool AskNumberFormat(NumberFormatChoice&) override { return false; }
     bool AskFont(CellFont&) override { return false; }
     bool AskNewDataSet(NewDataSet&) override { return false; }
+    void ShowHelp(const std::string&) override {}
 
 private:
     const FitRequest& m_request;

@@ -13,13 +13,16 @@
 #include "dialogs/frmOptions.h"
 #include "dialogs/frmStartVals.h"
 #include "toolkit/Fonts.h"
+#include "toolkit/Words.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace
 {
@@ -105,6 +108,27 @@ QWidget* DesktopUser::Over() const
     return active && active->parentWidget() == m_parent ? active : m_parent;
 }
 
+void DesktopUser::AddHelpButton(QMessageBox& box, const Message& message)
+{
+    QPushButton* help = box.addButton(QMessageBox::Help);
+    help->setObjectName("cmdHelp");
+    help->setText(Words(1955));
+    help->disconnect(&box); // every button of such a box ends it, this one must not
+    for (QDialogButtonBox* row : box.findChildren<QDialogButtonBox*>())
+        help->disconnect(row);
+    QObject::connect(help, &QPushButton::clicked, &box,
+                     [this, topic = message.helpTopic] { ShowHelp(topic); });
+    if (message.buttons == Buttons::Ok) // with a second button Escape would no longer find the only one
+        box.setEscapeButton(QMessageBox::Ok);
+    box.setProperty(IHelpViewer::kTopicProperty, QString::fromStdString(message.helpTopic));
+}
+
+void DesktopUser::ShowHelp(const std::string& topic)
+{
+    if (m_help)
+        m_help->ShowTopic(topic);
+}
+
 Answer DesktopUser::Show(const Message& message)
 {
     const PlainPointer pointer;
@@ -113,6 +137,8 @@ Answer DesktopUser::Show(const Message& message)
     box.setTextFormat(Qt::PlainText);
     if (message.buttons == Buttons::YesNo)
         box.setEscapeButton(QMessageBox::No);
+    if (!message.helpTopic.empty())
+        AddHelpButton(box, message);
     return AnswerOf(box.exec());
 }
 
@@ -190,7 +216,7 @@ bool DesktopUser::AskOptions(MinimiserOptions& options)
 bool DesktopUser::AskAsciiWizard(AsciiWizard& wizard)
 {
     const PlainPointer pointer;
-    return frmASCIIWizard::Ask(Over(), wizard);
+    return frmASCIIWizard::Ask(*this, wizard, Over());
 }
 
 bool DesktopUser::AskListPicker(ListPicker& picker)

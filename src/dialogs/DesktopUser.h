@@ -3,6 +3,7 @@
 
 #include "base/Ports.h"
 
+class QMessageBox;
 class QWidget;
 
 /// The person at the screen: questions become modal boxes and dialogs over the main window.
@@ -11,6 +12,8 @@ class DesktopUser : public IUser
 public:
     /// `parent`: the window the boxes stand over; it must outlive this object.
     explicit DesktopUser(QWidget* parent) : m_parent(parent) {}
+    /// What shows the manual; it must outlive the last question. Until there is one, Help buttons do nothing.
+    void HelpBy(IHelpViewer& help) { m_help = &help; }
 
     Answer Show(const Message& message) override;
     std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
@@ -28,9 +31,12 @@ public:
     bool AskNumberFormat(NumberFormatChoice& choice) override;
     bool AskFont(CellFont& font) override;
     bool AskNewDataSet(NewDataSet& wanted) override;
+    void ShowHelp(const std::string& topic) override;
 
 private:
     QWidget* Over() const;
+    void AddHelpButton(QMessageBox& box, const Message& message);
 
     QWidget* m_parent;
+    IHelpViewer* m_help = nullptr;
 };

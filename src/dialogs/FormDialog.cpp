@@ -7,6 +7,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace
+{
+constexpr int kHelp = 1955;
+}
+
 int WidthForTitle(const QWidget& dialog, const QString& title)
 {
     constexpr int kIconAndButtons = 9; // heights of the font; the title bar itself is drawn by the system
@@ -38,6 +43,14 @@ void FormDialog::AddButtons(int okId, int cancelId)
     layout()->addWidget(m_buttons);
 }
 
+void FormDialog::AddHelpButton(const char* topic)
+{
+    QPushButton* help = m_buttons->addButton(Words(kHelp), QDialogButtonBox::HelpRole);
+    help->setObjectName("cmdHelp");
+    help->setAutoDefault(false);
+    connect(help, &QPushButton::clicked, this, [this, topic] { m_user.ShowHelp(topic); });
+}
+
 EntryBox* FormDialog::AddBox(const char* name, int digits, EntryBox::Rule rule)
 {
     auto* box = new EntryBox(name, digits, std::move(rule), this);
@@ -52,7 +65,7 @@ EntryBox* FormDialog::AddBox(const char* name, int digits, EntryBox::Rule rule)
 void FormDialog::SayAt(EntryBox* box, const std::string& sentence)
 {
     if (!sentence.empty())
-        m_user.Show({.text = sentence});
+        m_user.Show({.text = sentence, .helpTopic = m_messageTopic});
     box->setFocus();
     box->selectAll();
 }
@@ -66,13 +79,14 @@ bool FormDialog::JudgeAt(EntryBox* box)
 }
 
 /// Cancel closes without a message whatever a box holds, a button that sets all boxes anew needs none of
-/// them, and a click on OK judges every box itself.
+/// them, who asks for help need not know yet what to enter, and a click on OK judges every box itself.
 bool FormDialog::LeavesUnjudged(QWidget* next, Qt::FocusReason reason) const
 {
     auto* button = qobject_cast<QAbstractButton*>(next);
     switch (button ? m_buttons->buttonRole(button) : QDialogButtonBox::InvalidRole) {
     case QDialogButtonBox::RejectRole:
     case QDialogButtonBox::ResetRole:
+    case QDialogButtonBox::HelpRole:
         return true;
     case QDialogButtonBox::AcceptRole:
         return reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;

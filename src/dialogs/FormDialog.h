@@ -34,6 +34,12 @@ protected:
     /// last in the tab order.
     void AddButtons(int okId, int cancelId);
 
+    /// One more button behind these, which opens the manual at `topic`.
+    void AddHelpButton(const char* topic);
+
+    /// From now on the messages about entries have a Help button, too.
+    void SayWithHelp(const char* topic) { m_messageTopic = topic; }
+
     /// A new box that takes part in judging. Boxes are judged in the order they were added.
     EntryBox* AddBox(const char* name, int digits, EntryBox::Rule rule);
 
@@ -54,5 +60,6 @@ private:
     IUser& m_user;
     QVBoxLayout* m_body;
     QDialogButtonBox* m_buttons = nullptr;
+    std::string m_messageTopic;
     std::vector<EntryBox*> m_boxes;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/frmASCIIWizard.h"
 
+#include "base/HelpTopics.h"
 #include "base/NumberText.h"
 #include "base/VeltError.h"
 #include "toolkit/Words.h"
@@ -25,6 +26,8 @@ namespace
 constexpr int kWide = 96;
 constexpr int kHigh = 30;
 constexpr int kLongestTitle = 18; // characters
+
+constexpr int kHelp = 1955;
 
 /// Widgets side by side, of which the one at `stretched` takes the room that is left.
 QWidget* Row(const std::vector<QWidget*>& widgets, int stretched)
@@ -82,9 +85,9 @@ private:
     const AsciiWizard& m_wizard;
 };
 
-frmASCIIWizard::frmASCIIWizard(const AsciiWizard& wizard, QWidget* parent)
-    : QDialog(parent), m_wizard(wizard), m_model(new TextColumnsModel(m_wizard, this)), m_step(new QGroupBox),
-      m_explanation(new QLabel), m_table(new QTableView), m_choices(new QComboBox),
+frmASCIIWizard::frmASCIIWizard(IUser& user, const AsciiWizard& wizard, QWidget* parent)
+    : QDialog(parent), m_user(user), m_wizard(wizard), m_model(new TextColumnsModel(m_wizard, this)),
+      m_step(new QGroupBox), m_explanation(new QLabel), m_table(new QTableView), m_choices(new QComboBox),
       m_back(new QPushButton(Words(207))), m_next(new QPushButton(Words(208))),
       m_finish(new QPushButton(Words(209)))
 {
@@ -123,9 +126,9 @@ frmASCIIWizard::~frmASCIIWizard()
         nullptr); // a form destroyed while it shows lays its table out once more, without the record
 }
 
-bool frmASCIIWizard::Ask(QWidget* parent, AsciiWizard& wizard)
+bool frmASCIIWizard::Ask(IUser& user, AsciiWizard& wizard, QWidget* parent)
 {
-    frmASCIIWizard form(wizard, parent);
+    frmASCIIWizard form(user, wizard, parent);
     const bool finished = form.exec() == QDialog::Accepted;
     if (form.m_failure)
         std::rethrow_exception(form.m_failure); // not through the event loop, but from here
@@ -164,6 +167,9 @@ QWidget* frmASCIIWizard::ButtonRow()
     for (QPushButton* button : {m_back, m_next, m_finish})
         buttons->addButton(button, QDialogButtonBox::ActionRole);
     buttons->addButton(Words(206), QDialogButtonBox::RejectRole)->setObjectName("cmdCancel");
+    QPushButton* help = buttons->addButton(Words(kHelp), QDialogButtonBox::HelpRole);
+    help->setObjectName("cmdHelp");
+    connect(help, &QPushButton::clicked, this, [this] { m_user.ShowHelp(help_topics::kImportWizard); });
     connect(m_back, &QPushButton::clicked, this, &frmASCIIWizard::OnBack);
     connect(m_next, &QPushButton::clicked, this, &frmASCIIWizard::OnNext);
     connect(m_finish, &QPushButton::clicked, this, &frmASCIIWizard::OnFinish);

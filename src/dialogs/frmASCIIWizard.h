@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Ports.h"
 #include "files/AsciiWizard.h"
 
 #include <QDialog>
@@ -21,13 +22,14 @@ class frmASCIIWizard : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmASCIIWizard(const AsciiWizard& wizard, QWidget* parent = nullptr);
+    /// `user` opens the manual and must outlive the dialog.
+    frmASCIIWizard(IUser& user, const AsciiWizard& wizard, QWidget* parent = nullptr);
     ~frmASCIIWizard() override;
     Q_DISABLE_COPY_MOVE(frmASCIIWizard)
 
     /// Runs the dialog. \return true after Finish, with `wizard` changed
     /// \throws VeltError a time label that is no period ends the import, as the record raised it
-    static bool Ask(QWidget* parent, AsciiWizard& wizard);
+    static bool Ask(IUser& user, AsciiWizard& wizard, QWidget* parent);
 
     const AsciiWizard& Record() const { return m_wizard; }
 
@@ -46,6 +48,7 @@ private:
     void ShowChoices();
     int SelectedColumn() const; ///< text column, counted from 1; 0 for none
 
+    IUser& m_user;
     AsciiWizard m_wizard;
     std::exception_ptr m_failure; ///< why the import cannot go on
     TextColumnsModel* m_model;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/frmNewFile.h"
 
+#include "base/HelpTopics.h"
 #include "data/GridTitle.h"
 #include "data/clsVeltData.h"
 #include "dialogs/TwoLists.h"
@@ -36,6 +37,8 @@ frmNewFile::frmNewFile(IUser& user, QWidget* parent) : FormDialog(user, Words(kT
     Body()->addWidget(Details());
     Body()->addWidget(Columns());
     AddButtons(kOK, kCancel);
+    AddHelpButton(help_topics::kNewDataSet);
+    SayWithHelp(help_topics::kNewDataSet);
     m_txtDescription->setFocus();
 }
 

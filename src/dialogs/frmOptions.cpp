@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dialogs/frmOptions.h"
 
+#include "base/HelpTopics.h"
 #include "base/NumberText.h"
 #include "base/modVeltGlobals.h"
 #include "toolkit/Words.h"
@@ -41,6 +42,7 @@ frmOptions::frmOptions(IUser& user, const MinimiserOptions& options, QWidget* pa
     m_cmdDefault->setObjectName("cmdDefault");
     m_cmdDefault->setAutoDefault(false); // Enter in a field is OK and never throws the entries away
     connect(m_cmdDefault, &QPushButton::clicked, this, &frmOptions::OnDefaults);
+    AddHelpButton(help_topics::kOptions);
     ShowRecord();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fit/FitLog.h"
 
+#include "base/HelpTopics.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
 #include "data/ProjectData.h"
@@ -17,7 +18,7 @@ namespace
 std::string AskFitName(const clsVeltData& data, std::string name)
 {
     IUser& user = data.TheRun().user;
-    const Message taken{.text = LoadResString(1925), .helpContext = 102};
+    const Message taken{.text = LoadResString(1925), .helpTopic = help_topics::kFitManager};
     for (;;) {
         if (Trim(name).empty())
             name = user.InputBox(LoadResString(1942), taken.title, "").value_or("");

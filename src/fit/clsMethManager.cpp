@@ -2,6 +2,7 @@
 #include "fit/clsMethManager.h"
 
 #include "base/Checked.h"
+#include "base/HelpTopics.h"
 #include "base/StringTable.h"
 #include "fit/DataPlots.h"
 #include "fit/FailureHints.h"
@@ -44,8 +45,6 @@ std::optional<VeltError> FailureOf(const std::function<void()>& work)
     return std::nullopt;
 }
 
-constexpr int kHelpTooFewPoints = 20;
-
 } // namespace
 
 clsMethManager::clsMethManager(Run& run) : m_run(run) {}
@@ -83,9 +82,9 @@ void clsMethManager::Reset()
     m_levelsBefore.reset();
 }
 
-void clsMethManager::Say(const std::string& text, Icon icon, Buttons buttons, int helpContext)
+void clsMethManager::Say(const std::string& text, Icon icon, Buttons buttons, const std::string& helpTopic)
 {
-    m_run.user.Show({.text = text, .icon = icon, .buttons = buttons, .helpContext = helpContext});
+    m_run.user.Show({.text = text, .icon = icon, .buttons = buttons, .helpTopic = helpTopic});
 }
 
 bool clsMethManager::IsBSDone() const
@@ -253,7 +252,7 @@ void clsMethManager::RunFit(bool keepInputs)
         return;
     CreateModel();
     if (!HasEnoughPoints(model_table::Of(m_currMethType).minPoints)) {
-        Say(LoadResString(1908), Icon::Exclamation, Buttons::Ok, kHelpTooFewPoints);
+        Say(LoadResString(1908), Icon::Exclamation, Buttons::Ok, help_topics::kTooFewPoints);
         m_methDefined = false;
         return;
     }

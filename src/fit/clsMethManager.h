@@ -184,7 +184,7 @@ private:
     std::int32_t LimitPosition(float level) const;
     float CILimit(std::int32_t parameter, float level) const;
     void Say(const std::string& text, Icon icon = Icon::Exclamation, Buttons buttons = Buttons::Ok,
-             int helpContext = 0);
+             const std::string& helpTopic = {});
 
     Run& m_run;
     clsVeltData* m_data = nullptr;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/FileCommands.h"
 
+#include "base/HelpTopics.h"
 #include "base/Paths.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
@@ -117,7 +118,7 @@ void FileCommands::Load(const std::string& path)
     else if (type == FileType::Velt3)
         OpenVelt3(path);
     else
-        TheRun().reporter.Show({.text = LoadResString(60)});
+        TheRun().reporter.Show({.text = LoadResString(60), .helpTopic = help_topics::kFileType});
     TheRun().window.StatusText(TheRun().globals.Ready);
     TheRun().window.EnableControls();
 }

@@ -16,7 +16,6 @@
 struct MainMenu::Entry {
     const char* name = nullptr;
     int captionId = 0;
-    bool built = false;
     QKeySequence keys = {};
 };
 
@@ -24,59 +23,58 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window), m_window(window)
 {
     const Entry separator;
     QMenu* file = AddMenu("mnuFile", 1,
-                          {{"mnuNew", 2, true, QKeySequence::New},
-                           {"mnuOpen", 3, true, QKeySequence::Open},
+                          {{"mnuNew", 2, QKeySequence::New},
+                           {"mnuOpen", 3, QKeySequence::Open},
                            separator,
-                           {"mnuSave", 5, true, QKeySequence::Save},
-                           {"mnuSaveAs", 6, true, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
+                           {"mnuSave", 5, QKeySequence::Save},
+                           {"mnuSaveAs", 6, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
                            separator,
-                           {"mnuPrint", 8, true, QKeySequence::Print},
-                           {"mnuTextExport", 9, true},
+                           {"mnuPrint", 8, QKeySequence::Print},
+                           {"mnuTextExport", 9},
                            separator,
-                           {"mnuClose", 12, true, QKeySequence::Close},
-                           {"mnuExit", 13, true, QKeySequence::Quit}});
+                           {"mnuClose", 12, QKeySequence::Close},
+                           {"mnuExit", 13, QKeySequence::Quit}});
     m_recent = new QMenu(tr("Open &Recent"), file);
     m_recent->setObjectName("mnuRecent");
     file->insertMenu(file->actions().at(2), m_recent); // below Open
     m_edit = AddMenu("mnuEdit", 14,
-                     {{"mnuEditMode", 15, true, QKeySequence(Qt::CTRL | Qt::Key_M)},
+                     {{"mnuEditMode", 15, QKeySequence(Qt::CTRL | Qt::Key_M)},
                       separator,
-                      {"mnuUndo", 0, true, QKeySequence::Undo},
-                      {"mnuRedo", 0, true, QKeySequence::Redo},
+                      {"mnuUndo", 0, QKeySequence::Undo},
+                      {"mnuRedo", 0, QKeySequence::Redo},
                       separator,
-                      {"mnuFileDescription", 17, true},
+                      {"mnuFileDescription", 17},
                       separator,
-                      {"mnuDeleteRow", 19, true},
-                      {"mnuInsertRow", 20, true},
-                      {"mnuDeleteColumn", 21, true},
-                      {"mnuInsertColumn", 22, true},
-                      {"mnuAddRow", 23, true},
-                      {"mnuCut", 24, true, QKeySequence::Cut},
-                      {"mnuCopy", 25, true, QKeySequence::Copy},
-                      {"mnuPaste", 26, true, QKeySequence::Paste},
+                      {"mnuDeleteRow", 19},
+                      {"mnuInsertRow", 20},
+                      {"mnuDeleteColumn", 21},
+                      {"mnuInsertColumn", 22},
+                      {"mnuAddRow", 23},
+                      {"mnuCut", 24, QKeySequence::Cut},
+                      {"mnuCopy", 25, QKeySequence::Copy},
+                      {"mnuPaste", 26, QKeySequence::Paste},
                       separator,
-                      {"mnuFormat", 28, true},
-                      {"mnuNumber", 29, true}});
+                      {"mnuFormat", 28},
+                      {"mnuNumber", 29}});
     m_actions.at("mnuEditMode")->setCheckable(true);
     connect(m_edit, &QMenu::aboutToShow, this, &MainMenu::EditAboutToShow);
     // While the menu is closed nobody looks at the clipboard, and the keys of its entries must work.
     connect(m_edit, &QMenu::aboutToHide, this, &MainMenu::EditHidden, Qt::QueuedConnection);
-    AddMenu("mnuData", 30, {{"mnuDataPlots", 31, true}, {"mnuColumnUnits", 0, true}});
+    AddMenu("mnuData", 30, {{"mnuDataPlots", 31}, {"mnuColumnUnits", 0}});
     m_actions.at("mnuColumnUnits")->setText(tr("Column &Units..."));
     AddMenu("mnuFit", 32,
-            {{"mnuNewModel", 33, true},
-             {"mnuNewParams", 34, true},
-             {"mnuParameters", 35, true},
+            {{"mnuNewModel", 33},
+             {"mnuNewParams", 34},
+             {"mnuParameters", 35},
              separator,
-             {"mnuGenerateConfInts", 37, true},
-             {"mnuDisplayConfInts", 38, true},
+             {"mnuGenerateConfInts", 37},
+             {"mnuDisplayConfInts", 38},
              separator,
-             {"mnuFitManager", 40, true}});
-    AddMenu("mnuProjections", 41,
-            {{"mnuViewProj", 42, true}, {"mnuProject", 43, true}, {"mnuProjWithCI", 44, true}});
+             {"mnuFitManager", 40}});
+    AddMenu("mnuProjections", 41, {{"mnuViewProj", 42}, {"mnuProject", 43}, {"mnuProjWithCI", 44}});
     AddGraphMenu();
-    AddMenu("mnuOptions", 46, {{"mnuSettings", 47, true}});
-    AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51, false}, {"mnuAbout", 49, true}});
+    AddMenu("mnuOptions", 46, {{"mnuSettings", 47}});
+    AddMenu("mnuHelp", 48, {{"mnuHelpContents", 51}, {"mnuAbout", 49}});
 }
 
 QMenu* MainMenu::AddMenu(const char* name, int captionId, const std::vector<Entry>& entries)
@@ -95,11 +93,7 @@ QMenu* MainMenu::AddMenu(const char* name, int captionId, const std::vector<Entr
 void MainMenu::AddGraphMenu()
 {
     m_graphs = AddMenu("mnuGraph", 45,
-                       {Entry{},
-                        {"mnuTile", 0, true},
-                        {"mnuCascade", 0, true},
-                        {"mnuCloseAll", 0, true},
-                        {"mnuOverview", 0, true}});
+                       {Entry{}, {"mnuTile", 0}, {"mnuCascade", 0}, {"mnuCloseAll", 0}, {"mnuOverview", 0}});
     m_actions.at("mnuTile")->setText(tr("&Tile"));
     m_actions.at("mnuCascade")->setText(tr("C&ascade"));
     m_actions.at("mnuCloseAll")->setText(tr("Close A&ll"));
@@ -114,12 +108,6 @@ void MainMenu::AddEntry(QMenu* menu, const Entry& entry)
     }
     QAction* action = menu->addAction(entry.captionId > 0 ? Words(entry.captionId) : QString());
     action->setObjectName(QString::fromLatin1(entry.name));
-    if (!entry.built) {
-        action->setEnabled(false);
-        action->setToolTip(tr("Not in this version yet"));
-        return;
-    }
-    action->setToolTip({});
     action->setShortcut(entry.keys);
     connect(action, &QAction::triggered, this, [this, action] { emit Chosen(action->objectName()); });
     m_actions[action->objectName()] = action;

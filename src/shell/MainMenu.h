@@ -61,5 +61,5 @@ private:
     QMenu* m_edit = nullptr;
     QMenu* m_recent = nullptr;
     std::map<QString, QMenu*> m_menus;
-    std::map<QString, QAction*> m_actions; ///< those that are built
+    std::map<QString, QAction*> m_actions;
 };

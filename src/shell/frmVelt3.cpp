@@ -2,6 +2,7 @@
 #include "shell/frmVelt3.h"
 
 #include "base/FileType.h"
+#include "base/HelpTopics.h"
 #include "base/Paths.h"
 #include "base/StringTable.h"
 #include "base/Text.h"
@@ -107,11 +108,16 @@ frmVelt3::frmVelt3(IUser* user)
 {
     setObjectName("frmVelt3");
     BuildWindow();
+    m_desktopUser.HelpBy(m_help);
     m_project.Renew();
     connect(&m_report, &frmParams::confIntsRequested, this,
             [this] { Guarded("cmdCIs", [this] { m_fits.ReportConfInts(); }); });
     connect(&m_report, &frmParams::printRequested, this,
             [this] { Guarded("cmdPrint", [this] { m_project.Fits().PrintParameters(m_printer); }); });
+    connect(&m_report, &frmParams::helpRequested, this,
+            [this] { m_help.ShowTopic(help_topics::kParameters); });
+    connect(&m_fitManager, &frmFitManager::HelpAsked, this,
+            [this] { m_help.ShowTopic(help_topics::kFitManager); });
     connect(&m_fitManager, &frmFitManager::AddAsked, this,
             [this] { Guarded("cmdAdd", [this] { m_log.Add(); }); });
     connect(&m_fitManager, &frmFitManager::LoadAsked, this,
@@ -227,6 +233,8 @@ void frmVelt3::Command(const QString& name)
 {
     if (name == "mnuExit") // the close asks, and is refused while a command runs
         close();
+    else if (name == "mnuHelpContents") // to be read while a command runs, and beside a cell that is open
+        Attempt(name, [this] { m_help.ShowContents(); });
     else
         Guarded(name, m_commands.at(name));
 }
@@ -514,6 +522,7 @@ void frmVelt3::closeEvent(QCloseEvent* event)
     }
     m_report.hide();
     m_fitManager.hide();
+    m_help.Close();
     m_projections.LetGo();
     m_graphs.Clear(false);
     m_graphCommands.CloseWithoutGraphs();

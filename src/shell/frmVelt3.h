@@ -9,6 +9,7 @@
 #include "shell/FitCommands.h"
 #include "shell/GraphCommands.h"
 #include "shell/GraphWindows.h"
+#include "shell/HelpCommands.h"
 #include "shell/LogCommands.h"
 #include "shell/MenuState.h"
 #include "shell/OpenProject.h"
@@ -51,6 +52,7 @@ public:
     EditCommands& Edit() { return *m_edit; }
     ToggleCommands& Toggles() { return *m_toggles; }
     DesktopPrinter& Printer() { return m_printer; }
+    HelpCommands& Help() { return m_help; }
     const TableSheet& Sheet() const { return m_edit->Sheet(); }
 
     /// Gives one menu command by its name ("mnuNewModel"), as a click on its entry does. A command given
@@ -114,6 +116,7 @@ private:
     ProgressMeterWindow m_meter{this};
     RandomSource m_random;
     Run m_run;
+    HelpCommands m_help{m_run.user};
     frmParams m_report{this};
     GraphWindows m_graphs{*this, m_report};
     OpenProject m_project{m_run, *this};

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QProxyStyle>
 #include <QTimer>
 
@@ -29,6 +30,9 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName("VELT");
     QApplication::setApplicationVersion("3.0.0");
+    // The name of the desktop entry, by which the system finds name and icon of the windows.
+    QGuiApplication::setDesktopFileName("org.velt.Velt");
+    QApplication::setWindowIcon(QIcon(":/org.velt.Velt.svg"));
     QApplication::setStyle(new PlainButtons); // the application owns it
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Stock sizes from catch, effort and index data."));

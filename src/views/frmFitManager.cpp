@@ -24,6 +24,7 @@ constexpr int kLoad = 503;
 constexpr int kDelete = 504;
 constexpr int kAdd = 505;
 constexpr int kOK = 506;
+constexpr int kHelp = 1955;
 constexpr int kFitMenu = 32;
 constexpr int kSavedFits = 510;
 constexpr int kThereAre = 511;
@@ -104,6 +105,7 @@ void frmFitManager::BuildButtons()
     m_cmdAdd = add(kAdd, "cmdAdd");
     row->addStretch();
     QPushButton* exit = add(kOK, "cmdExit");
+    connect(add(kHelp, "cmdHelp"), &QPushButton::clicked, this, &frmFitManager::HelpAsked);
     qobject_cast<QVBoxLayout*>(layout())->addLayout(row);
     connect(m_cmdLoad, &QPushButton::clicked, this, [this] { emit LoadAsked(CurrentName()); });
     connect(m_cmdDelete, &QPushButton::clicked, this, [this] { emit DeleteAsked(CurrentName()); });

@@ -32,6 +32,7 @@ signals:
     void LoadAsked(const QString& name);
     void DeleteAsked(const QString& name);
     void AddAsked();
+    void HelpAsked();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

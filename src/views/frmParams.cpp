@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace
@@ -29,6 +30,7 @@ constexpr int kIntervalsText = 804;
 constexpr int kConfIntsText = 805;
 constexpr int kPrintText = 806;
 constexpr int kCloseText = 807;
+constexpr int kHelpText = 1955;
 
 QString Trimmed(const std::string& text)
 {
@@ -198,6 +200,13 @@ void frmParams::AddButtons()
     close->setObjectName(QStringLiteral("cmdClose"));
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QWidget::hide);
+    auto* help = new QPushButton(style()->standardIcon(QStyle::SP_DialogHelpButton), {});
+    help->setObjectName(QStringLiteral("cmdHelp"));
+    help->setAutoDefault(false);
+    help->setToolTip(Words(kHelpText).remove('&'));
+    help->setAccessibleName(help->toolTip());
+    connect(help, &QPushButton::clicked, this, &frmParams::helpRequested);
+    buttons->addButton(help, QDialogButtonBox::HelpRole);
     layout()->addWidget(buttons);
 }
 

@@ -31,6 +31,8 @@ signals:
     void confIntsRequested();
     /// The button for printing was pressed.
     void printRequested();
+    /// The button for help was pressed.
+    void helpRequested();
 
 public slots:
     /// The whole report as text.

@@ -121,7 +121,7 @@ TEST_F(FitLog, ANameThatIsTakenIsRefusedWithAHelpButtonAndAskedForAgain)
     EXPECT_EQ(user.messages[0].title, "VELT 3.0");
     EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
     EXPECT_EQ(user.messages[0].buttons, Buttons::Ok);
-    EXPECT_EQ(user.messages[0].helpContext, 102);
+    EXPECT_EQ(user.messages[0].helpTopic, "102");
 }
 
 TEST_F(FitLog, AGivenNameThatIsTakenIsAskedForAndCancelThenLogsNothing)

@@ -147,7 +147,7 @@ TEST_F(Manager, TooFewPointsAreToldAfterTheChoiceOfTheModel)
     ASSERT_EQ(user.messages.size(), 1U);
     EXPECT_EQ(user.messages[0].text, "Not Enough Data Points for this model");
     EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
-    EXPECT_EQ(user.messages[0].helpContext, 20);
+    EXPECT_EQ(user.messages[0].helpTopic, "20");
     ExpectNoFit();
 
     user.asked.clear();

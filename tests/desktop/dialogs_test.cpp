@@ -463,7 +463,7 @@ private slots:
 
     void NextWaitsForATimingColumnAndFinishForStepTwo()
     {
-        frmASCIIWizard wizard(TextFile({1990, 1992, 1991})); // no column rises by one
+        frmASCIIWizard wizard(m_user, TextFile({1990, 1992, 1991})); // no column rises by one
         const ImportDesk desk(wizard);
         QCOMPARE(wizard.windowTitle(), QString("ASCII File Import : Step 1"));
         QVERIFY(!desk.Enabled("cmdBack") && !desk.Enabled("cmdNext") && !desk.Enabled("cmdFinish"));
@@ -480,7 +480,7 @@ private slots:
 
     void AColumnThatRisesByOneIsPreselectedAndAnotherMayBeClicked()
     {
-        frmASCIIWizard wizard(Headed({"Boats", "Year", "Landed"}, 1));
+        frmASCIIWizard wizard(m_user, Headed({"Boats", "Year", "Landed"}, 1));
         const ImportDesk desk(wizard);
         QCOMPARE(wizard.Record().timingColumn, 2);
         QVERIFY(desk.Table()->selectionModel()->isColumnSelected(1));
@@ -496,7 +496,7 @@ private slots:
     void APreselectedColumnFarToTheRightIsScrolledTo()
     {
         std::vector<std::string> headings(40, "a heading of some length");
-        frmASCIIWizard wizard(Headed(headings, 39));
+        frmASCIIWizard wizard(m_user, Headed(headings, 39));
         const ImportDesk desk(wizard);
         QCOMPARE(wizard.Record().timingColumn, 40);
         const QRect cell = desk.Table()->visualRect(desk.Table()->model()->index(0, 39));
@@ -505,13 +505,13 @@ private slots:
 
     void TheKeysGoOnWithThePreselectedColumnOrMarkAnother()
     {
-        frmASCIIWizard taken(Headed({"Boats", "Year"}, 1));
+        frmASCIIWizard taken(m_user, Headed({"Boats", "Year"}, 1));
         const ImportDesk desk(taken);
         QTest::keyClick(desk.Table(), Qt::Key_Return);
         QCOMPARE(taken.Record().step, 2);
         QCOMPARE(taken.Record().timingColumn, 2);
 
-        frmASCIIWizard moved(Headed({"Boats", "Year"}, 1));
+        frmASCIIWizard moved(m_user, Headed({"Boats", "Year"}, 1));
         const ImportDesk other(moved);
         QTest::keyClick(other.Table(), Qt::Key_Left);
         QCOMPARE(moved.Record().timingColumn, 1);
@@ -519,7 +519,7 @@ private slots:
 
     void AGuessedColumnLooksAndBehavesAsAChosenOne()
     {
-        frmASCIIWizard wizard(Headed({"Year", "Effort (boat days)", "Landed", "CPUE"}, 0));
+        frmASCIIWizard wizard(m_user, Headed({"Year", "Effort (boat days)", "Landed", "CPUE"}, 0));
         const ImportDesk desk(wizard);
         desk.Click("cmdNext");
         QCOMPARE(desk.Title(1), QString("Effort (boat days)\nEffort"));
@@ -546,7 +546,7 @@ private slots:
 
     void EveryGuessFreedIsADataSetWithNoColumns()
     {
-        frmASCIIWizard wizard(Headed({"Year", "Effort"}, 0));
+        frmASCIIWizard wizard(m_user, Headed({"Year", "Effort"}, 0));
         const ImportDesk desk(wizard);
         desk.Click("cmdNext");
         desk.Choose("(None)");
@@ -557,7 +557,7 @@ private slots:
 
     void AGuessedTitleWiderThanItsValuesIsShownWhole()
     {
-        frmASCIIWizard wizard(Headed({"Year", "CPUE"}, 0));
+        frmASCIIWizard wizard(m_user, Headed({"Year", "CPUE"}, 0));
         const ImportDesk desk(wizard);
         desk.Click("cmdNext");
         const QHeaderView* titles = desk.Table()->horizontalHeader();
@@ -566,7 +566,7 @@ private slots:
 
     void BackForgetsGuessesAndChoicesAndNextGuessesAnew()
     {
-        frmASCIIWizard wizard(Headed({"Year", "Effort", "Landed"}, 0));
+        frmASCIIWizard wizard(m_user, Headed({"Year", "Effort", "Landed"}, 0));
         const ImportDesk desk(wizard);
         desk.Click("cmdNext");
         desk.Choose("(None)"); // the guess
@@ -601,7 +601,7 @@ private slots:
             wizard->findChild<QPushButton*>("cmdNext")->click();
         });
         try {
-            frmASCIIWizard::Ask(nullptr, file);
+            frmASCIIWizard::Ask(m_user, file, nullptr);
             QFAIL("the import goes on");
         } catch (const ImportError& error) {
             QCOMPARE(error.line, std::size_t{4});
@@ -610,7 +610,7 @@ private slots:
 
     void AnAssignedColumnStandsInTheHeadingAndLeavesTheOtherLists()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         desk.ToStep2();
         desk.Choose("Effort");
@@ -630,7 +630,7 @@ private slots:
 
     void BackForgetsTheAssignmentsAndShowsTheTimingColumnAgain()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         desk.ToStep2();
         desk.Choose("Effort");
@@ -643,7 +643,7 @@ private slots:
 
     void FinishGivesTheChoicesAndNeedsNone()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         desk.ToStep2();
         desk.Choose("Effort");
@@ -655,7 +655,7 @@ private slots:
         QCOMPARE(wizard.Record().intMinTimeP, std::int16_t{1990});
         QCOMPARE(wizard.Record().intMaxTimeP, std::int16_t{1992});
 
-        frmASCIIWizard none(TextFile());
+        frmASCIIWizard none(m_user, TextFile());
         const ImportDesk other(none);
         other.ToStep2();
         other.Click("cmdFinish");
@@ -664,7 +664,7 @@ private slots:
 
     void TheWizardIsDoneByKeysAlone()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         QTest::keyClick(desk.Table(), Qt::Key_Space); // marks the column the cursor is in
         QTest::keyClick(desk.Table(), Qt::Key_Return);
@@ -679,7 +679,7 @@ private slots:
 
     void TheFileNameTakesTheRoomBesideItsCaptionAndTheTitlesHaveTheirTwoLines()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         const auto* file = desk.The<QLabel>("lblFile");
         const auto captions = file->parentWidget()->findChildren<QLabel*>();
@@ -693,7 +693,7 @@ private slots:
 
     void EscapeLeavesTheWizardWithNothingDone()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         QTest::keyClick(&wizard, Qt::Key_Escape);
         QCOMPARE(wizard.result(), int(QDialog::Rejected));
@@ -715,7 +715,7 @@ private slots:
             assign();
             qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
         });
-        QVERIFY(!frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(!frmASCIIWizard::Ask(m_user, file, nullptr));
         QVERIFY(!file.OK);
         QCOMPARE(file.enuUserColRef(2), AsciiWizard::kNone);
 
@@ -723,7 +723,7 @@ private slots:
             assign();
             QApplication::activeModalWidget()->findChild<QPushButton*>("cmdFinish")->click();
         });
-        QVERIFY(frmASCIIWizard::Ask(nullptr, file));
+        QVERIFY(frmASCIIWizard::Ask(m_user, file, nullptr));
         QVERIFY(file.OK);
         QCOMPARE(file.timingColumn, 1);
         QVERIFY(file.enuUserColRef(2) != AsciiWizard::kNone);
@@ -737,7 +737,7 @@ private slots:
             wizard->findChild<QTableView*>("grdText")->selectColumn(0);
             wizard->findChild<QPushButton*>("cmdNext")->click();
         });
-        QVERIFY_EXCEPTION_THROWN(frmASCIIWizard::Ask(nullptr, file), VeltError);
+        QVERIFY_EXCEPTION_THROWN(frmASCIIWizard::Ask(m_user, file, nullptr), VeltError);
         QVERIFY(!file.OK);
     }
 

@@ -53,6 +53,7 @@ public:
     // What happened.
     std::vector<Message> messages;
     std::vector<std::string> asked;          ///< "selection", "input params", "start values", ... in order
+    std::vector<std::string> helpShown;      ///< topics of the manual, in order
     std::vector<std::string> suggested;      ///< what input boxes stood at when they opened
     bool Saw(const std::string& text) const; ///< a box whose text contains `text`
 
@@ -72,6 +73,7 @@ public:
     bool AskNumberFormat(NumberFormatChoice& choice) override;
     bool AskFont(CellFont& font) override;
     bool AskNewDataSet(NewDataSet& wanted) override;
+    void ShowHelp(const std::string& topic) override { helpShown.push_back(topic); }
 };
 
 /// A clipboard of the test's own.
