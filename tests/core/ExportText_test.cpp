@@ -214,6 +214,17 @@ TEST_F(ExportText, TheDescriptionIsOfTheCodePageAndStaysOnItsLine)
     EXPECT_EQ(TextOf(data), "A  B C D \r\nTime\t\r\n");
 }
 
+TEST_F(ExportText, EveryControlCharacterOfTheDescriptionIsABlankAndNothingElse)
+{
+    Range(1, 0);
+    for (int byte = 0; byte < 128; ++byte) {
+        const char c = static_cast<char>(byte);
+        data.DSDesc(std::string("A") + c + "B");
+        const bool control = byte < 32 || byte == 127;
+        EXPECT_EQ(TextOf(data), std::string("A") + (control ? ' ' : c) + "B\r\nTime\t\r\n") << byte;
+    }
+}
+
 // ---- what a text file cannot hold -------------------------------------------------------------------------
 
 TEST_F(ExportText, AValueThatIsNoNumberIsRefusedWithItsPlace)

@@ -108,6 +108,8 @@ TEST_F(ManagerProjections, OneScenarioIsPickedForAProjectionWithLimits)
         return true;
     };
     EXPECT_EQ(manager.SelectProjection(), "Numbers");
+    user.onSelection = [](Selection&) { return true; }; // OK, and nothing is chosen
+    EXPECT_EQ(manager.SelectProjection(), "");
     user.onSelection = [](Selection&) { return false; };
     EXPECT_EQ(manager.SelectProjection(), "");
 }

@@ -185,6 +185,15 @@ TEST(ModelGraph, APeriodInTheFitLightsUpAlsoWhenItIsLookedForOutsideTheFit)
 }
 
 // The mark itself is looked for among the points in the fit first, and found among the others.
+TEST(ModelGraph, APeriodLightsUpAlsoWhenItIsLookedForAmongTheMarks)
+{
+    for (const int point : {1, 2, 3}) {
+        ModelGraph graph = ClickableGraph();
+        graph.HighlightPoint(ModelGraph::kHighlight, point);
+        EXPECT_EQ(graph.Highlighted(), (ModelGraph::Highlight{point, 10.0 * point}));
+    }
+}
+
 TEST(ModelGraph, AnotherPeriodThanTheOneThatIsLitUpTakesTheLightOver)
 {
     ModelGraph graph = ClickableGraph();
@@ -201,6 +210,16 @@ TEST(ModelGraph, ACopiedGraphOfTimeHasItsObservedPointsInAndOutOfTheFitInOneColu
     EXPECT_EQ(graph.CopiedText(), "Time\tObs CPUE\tExp CPUE\r\n"
                                   "1\t10\t11.5\r\n"
                                   "2\t20\t21.5\r\n"
+                                  "3\t30\t-999.999\r\n");
+}
+
+TEST(ModelGraph, OfAPointInBothSetsTheOneInTheFitIsCopied)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.YData2(std::vector{7.0, 20.0, 7.0});
+    EXPECT_EQ(graph.CopiedText(), "X_Title\tObs CPUE\tExp CPUE\r\n"
+                                  "1\t10\t-999.999\r\n"
+                                  "2\t20\t-999.999\r\n"
                                   "3\t30\t-999.999\r\n");
 }
 
@@ -227,6 +246,15 @@ TEST(ModelGraph, StopInterrogatePutsTheLightOut)
     graph.HighlightPoint(ModelGraph::kIncluded, 1);
     graph.StopInterrogate();
     EXPECT_FALSE(graph.Highlighted());
+}
+
+TEST(ModelGraph, AGraphThatTakesNoClicksKeepsItsLight)
+{
+    ModelGraph graph = ClickableGraph();
+    graph.HighlightPoint(ModelGraph::kIncluded, 1);
+    graph.WithToggs(false);
+    graph.StopInterrogate();
+    EXPECT_TRUE(graph.Highlighted());
 }
 
 TEST(ModelGraph, APointThatDoesNotExistIsASubscript)

@@ -125,6 +125,40 @@ TEST_F(PrintData, TheErrorOfATooNarrowPageHasItsNumberAndSourceWhateverTheFirstC
     }
 }
 
+namespace
+{
+/// A page 32 characters wide whose letters are not all of one width: an X is as wide as three others.
+struct Typeset : IPrintout {
+    double TextWidth(const std::string& line) const override
+    {
+        return static_cast<double>(line.size() + 2 * std::ranges::count(line, 'x'));
+    }
+    double PrintableWidth() const override { return 32.0; }
+    void CurrentX(double) override {}
+    void Bold(bool) override {}
+    void Print(const std::string&) override {}
+    void NewPage() override {}
+    void End() override {}
+};
+} // namespace
+
+// "Effort" stands beside the time, "Recruit. Index" with its wide x does not, and it is not the first column.
+TEST_F(PrintData, AColumnThatFindsNoRoomBehindOthersThatDidStopsTheJobToo)
+{
+    Have({columns::Effort});
+    EXPECT_EQ(GroupColumns(data, Typeset()), (std::vector<ColumnGroup>{{1, 15}}));
+    Have({columns::RecruitIndex});
+    EXPECT_THROW(GroupColumns(data, Typeset()), VeltError);
+}
+
+TEST_F(PrintData, BlanksAroundTheDescriptionArePrintedNeitherThereNorInTheTitleOfTheDocument)
+{
+    data.DSDesc("  Ling of the north   ");
+    data.PrintData(printer);
+    EXPECT_EQ(printer.pages.at(0).at(4), "Ling of the north");
+    EXPECT_EQ(printer.titles, std::vector<std::string>{"Ling of the north"});
+}
+
 TEST_F(PrintData, APageHoldsItsNumberTheNamesTheTitlesAndTheRows)
 {
     Have({4, 7});

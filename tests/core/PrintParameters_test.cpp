@@ -126,6 +126,14 @@ TEST_F(PrintParameters, TheReportStandsInItsOrderWithLabelsTabsAndValues)
     EXPECT_TRUE(user.messages.empty());
 }
 
+TEST_F(PrintParameters, BlanksAroundTheDescriptionAreNotPrinted)
+{
+    FitSchaefer();
+    data.DSDesc("  Ling of the north   ");
+    manager.PrintParameters(printer);
+    EXPECT_EQ(printer.Lines().at(1), "Ling of the north");
+}
+
 TEST_F(PrintParameters, HeadingsAreBoldAndTheRestIsNot)
 {
     FitSchaefer();
@@ -175,6 +183,22 @@ TEST_F(PrintParameters, EveryOtherModelPrintsTheInputsOfTheWindow)
     printer.pages.clear();
     manager.PrintParameters(printer);
     EXPECT_EQ(Labels(Block("Input Parameters")), (Lines{"Init. Proportion", "Time Lag", "Z Shape"}));
+}
+
+TEST_F(PrintParameters, EachInputStandsBesideItsOwnValue)
+{
+    FitSchaefer();
+    user.Picks("PROD. MODEL(PELLA");
+    user.onInputParams = [](InputParams& params) {
+        params.InitProp = 0.75F;
+        params.TimeLag = 1;
+        params.Z = 1.5F;
+        return true;
+    };
+    manager.FitNewModel(false);
+    ASSERT_TRUE(manager.MethDefined());
+    manager.PrintParameters(printer);
+    EXPECT_EQ(Block("Input Parameters"), (Lines{"Init. Proportion\t0.75", "Time Lag\t1", "Z Shape\t1.5"}));
 }
 
 TEST_F(PrintParameters, TheValuesAreTheModelsAndNotWhatTheManagerWasGivenSince)

@@ -111,6 +111,14 @@ TEST(ProjGraph, OfSeveralScenariosTheSecondStandsInThePlaceOfTheFitInACopy)
                                                 "1994\t40\r\n");
 }
 
+// The point where the fit ends still is the second line's, also where the first has another value there.
+TEST(ProjGraph, ThePointAtTheStartIsCopiedFromTheSecondLine)
+{
+    ProjGraph graph = Projection(1, true);
+    graph.ProjData(1, 3, 61.0F);
+    EXPECT_NE(graph.CopiedText().find("1992\t60\r\n"), std::string::npos);
+}
+
 TEST(ProjGraph, ACopyOfAnIntervalHasTheLowerLimitBeforeTheUpperOne)
 {
     EXPECT_EQ(Projection(1, true, true).CopiedText(), "Time\tPopulation\tCI Low\tCI High\r\n"

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 using Values = std::vector<double>;
@@ -461,6 +462,127 @@ TEST(Projections, AProjectionWithLimitsHasTheScenarioAndTheFitOverAllPoints)
     EXPECT_EQ(bench.meter.value, graph->NumPoints());
 }
 
+namespace
+{
+/// A production model that keeps what it is told to do, each step once in a row, and the catches it is given.
+struct Watched : clsProduction {
+    using clsProduction::CatchRef, clsProduction::CatchVector;
+    void CatchRef(std::int16_t i, float value) override
+    {
+        Note("CatchRef");
+        given[i] = value;
+        clsProduction::CatchRef(i, value);
+    }
+    void CatchVector(std::int16_t i, float value) override
+    {
+        Note("CatchVector");
+        given[i] = value;
+        clsProduction::CatchVector(i, value);
+    }
+    void CopyFinalToWorkEsts() override
+    {
+        Note("CopyFinalToWorkEsts");
+        clsProduction::CopyFinalToWorkEsts();
+    }
+    void CopyQANDFinalToWorkEsts() override
+    {
+        Note("CopyQANDFinalToWorkEsts");
+        clsProduction::CopyQANDFinalToWorkEsts();
+    }
+    void CopyBStrapsToWorkEsts(std::int16_t n) override
+    {
+        Note("CopyBStrapsToWorkEsts");
+        clsProduction::CopyBStrapsToWorkEsts(n);
+    }
+    void CalcDiscCatches() override
+    {
+        Note("CalcDiscCatches");
+        clsProduction::CalcDiscCatches();
+    }
+    void Note(const char* step)
+    {
+        if (steps.empty() || steps.back() != step)
+            steps.emplace_back(step);
+    }
+
+    std::vector<std::string> steps;
+    std::map<int, float> given;
+};
+} // namespace
+
+// Deliberate: without limits the total catch of the data goes into CatchVector, with limits into CatchRef.
+TEST(Projections, ThePastTotalCatchGoesIntoCatchVectorAndUnderLimitsIntoCatchRef)
+{
+    const Values total{570, 820, 995, 1110, 1170, 915, 600, 200, 145, 188, 440, 620};
+    Fitted<Watched> bench(TableFor(models::kSchaefer).TotalWt(total), models::kSchaefer, fit_op::kLog);
+    const auto titles = AddThreeScenarios(bench);
+    MakeReplicates(bench);
+    std::map<int, float> past;
+    for (std::size_t i = 0; i < total.size(); ++i)
+        past[static_cast<int>(i) + 1] = static_cast<float>(total[i]);
+
+    bench.model.steps.clear();
+    bench.model.given.clear();
+    projections::Project(bench.model, bench.data, titles, true);
+    EXPECT_EQ(bench.model.given, past);
+    EXPECT_EQ(bench.model.steps,
+              (std::vector<std::string>{"CatchVector", "CopyFinalToWorkEsts", "CalcDiscCatches"}));
+
+    bench.model.steps.clear();
+    bench.model.given.clear();
+    projections::ProjectWithLimits(bench.model, bench.data, "Catch", {2, 11});
+    EXPECT_EQ(bench.model.given, past);
+    EXPECT_EQ(bench.model.steps,
+              (std::vector<std::string>{"CatchRef", "CopyBStrapsToWorkEsts", "CopyQANDFinalToWorkEsts"}));
+}
+
+TEST(Projections, TheCatchesOfAScenarioStayAsObservedOnesBehindTheData)
+{
+    Production bench(models::kSchaefer, 0.4);
+    AddScenario(bench.data, "Catch", vec_type::kTotCatchWt, {36, 136, 7});
+    bench.Project({"Catch"});
+    EXPECT_EQ(bench.model.ObsCatchRef(2), 36.0F);
+    EXPECT_EQ(bench.model.ObsCatchRef(3), 136.0F);
+    EXPECT_EQ(bench.model.ObsCatchRef(4), 7.0F);
+    EXPECT_EQ(bench.model.ObsTCatchRef(4), 0.0F);
+}
+
+TEST(Projections, TheAxisOfAProjectionMeasuresWhatItsModelCounts)
+{
+    Production biomass(models::kSchaefer, 0.4);
+    EXPECT_EQ(biomass.Project({"Effort"})->YMeasure().column, columns::PopWt);
+    EXPECT_EQ(biomass.Project({"Effort"})->XMeasure().column, AxisMeasure::kTime);
+    Given<clsConstRecruit> numbers(TableBuilder().Effort({100}).Catch({100}), models::kConstantRecruitment,
+                                   {.K = 1000.0, .Q = 0.001});
+    AddScenario(numbers.data, "Effort", vec_type::kEffort, {200});
+    EXPECT_EQ(numbers.Project({"Effort"})->YMeasure().column, columns::PopNums);
+}
+
+// Period 4 is the first behind the data; its catch of 0 leaves 729 + 1 at the start of period 5.
+TEST(Projections, TheRemarkNamesThePeriodsBehindTheDataAndComesWithLimitsToo)
+{
+    Given<clsSingleCohort> bench(TableBuilder().From(1).Effort({200, 200, 200}).Catch({242, 198, 162}),
+                                 models::kNoRecruitment, {.N1 = 1331.0, .Q = 0.001});
+    bench.model.Mort(0.0F);
+    AddScenario(bench.data, "Effort", vec_type::kEffort, {200, 200});
+    const auto projected = projections::Project(bench.model, bench.data, {"Effort"}, true);
+    ASSERT_TRUE(projected.remark);
+    EXPECT_NE(projected.remark->text.find("730 in 5, not 596.5;"), std::string::npos)
+        << projected.remark->text;
+
+    Fitted<clsSingleCohort> fitted(models::kNoRecruitment, fit_op::kLog);
+    AddThreeScenarios(fitted);
+    MakeReplicates(fitted);
+    EXPECT_TRUE(projections::ProjectWithLimits(fitted.model, fitted.data, "Twice", {2, 11}).remark);
+    EXPECT_FALSE(projections::ProjectWithLimits(fitted.model, fitted.data, "Catch", {2, 11}).remark);
+}
+
+TEST(Projections, AModelThatTakesEachCatchFromItsOwnPeriodNeedsNoRemark)
+{
+    Production bench(models::kSchaefer, 0.4);
+    EXPECT_FALSE(projections::Project(bench.model, bench.data, {"Effort"}, true).remark);
+}
+
 TEST(Projections, WhatLiesBehindTheDataStaysAsTold)
 {
     Production bench(models::kSchaefer, 0.4);
@@ -500,6 +622,27 @@ TEST(Projections, TheEffortOfARowOfTheTableIsTheUsersAndComesBack)
     EXPECT_EQ(bench.data.Effort(2), 77.0F);
     EXPECT_EQ(bench.data.ToggledIn(2), toggled);
     EXPECT_EQ(bench.data.Effort(3), 200.0F);
+}
+
+// Ticked as a period of a gamma fit it would be asked for the logarithm of a ratio to its effort, which is 0.
+TEST(Projections, ATickInARowWithoutATotalCatchIsNoPartOfTheFit)
+{
+    SimulatedStock stock;
+    stock.q = 0.001;
+    const Values catches = stock.Catches(0.05);
+    const auto with = [](Values values, double last) {
+        values.push_back(last);
+        return values;
+    };
+    Fitted<clsSingleCohort> bench(TableBuilder()
+                                      .Effort(with(stock.effort, 77.0))
+                                      .CatchNums(with(catches, 5.0))
+                                      .TotalNums(with(catches, -1.0)),
+                                  models::kNoRecruitment, fit_op::kGamma);
+    ASSERT_TRUE(bench.data.ToggledIn(bench.data.NAPoints() + 1));
+    AddScenario(bench.data, "Rest", vec_type::kEffort, {0, 0});
+    EXPECT_NO_THROW(projections::Project(bench.model, bench.data, {"Rest"}, true));
+    EXPECT_TRUE(bench.data.ToggledIn(bench.data.NAPoints() + 1));
 }
 
 // A stock without noise, fished on at its mean catch: what is projected is what the simulation goes on to.

@@ -21,6 +21,7 @@ const Guesses kOfSamples{
     {"northern_pike.txt", "Time: Period; Tot_Catch_Nums = Tot. Catch Nums; Effort_ = Effort"},
     {"northern_shrimp.txt", "Time: Year; Tot_Catch_Nums = Tot. Catch Nums; Recruit_Index = Recruit. Index; "
                             "Abund_Index = Abundance Index"},
+    {"pink_ling.txt", "Time: Year; Tot_Catch_wt = Tot. Catch Wt; Abund_Index = Abundance Index"},
     {"smallmouth_bass.txt", "Time: Period; Tot_Catch_Nums = Tot. Catch Nums; Effort_ = Effort"},
     {"squid_falklands_1990.txt",
      "Time: Day; Tot_Catch_wt = Tot. Catch Wt; Effort_ = Effort; Mean_Wt = Mean Wt"},

@@ -139,6 +139,18 @@ TEST(ScenarioSheet, TheNextNewScenarioTakesTheSmallestFreeNumber)
     EXPECT_EQ(editor.Shown(kTitle, 2), "Scenario1");
 }
 
+// An element that was never set stands as another kind of number in the project file.
+TEST(ScenarioSheet, TheZerosOfANewScenarioAreSetLikeTypedOnes)
+{
+    Editor editor;
+    editor.sheet.AddRow();
+    editor.sheet.AddScenario();
+    const clsProjScenario& added = *editor.data.ProjScenario("Scenario2");
+    EXPECT_TRUE(added.IsShort(20));
+    EXPECT_FALSE(added.IsShort(21) || added.IsShort(22));
+    EXPECT_TRUE(added.IsShort(23));
+}
+
 TEST(ScenarioSheet, ADeletionThatIsNotAnsweredWithYesChangesNothing)
 {
     for (const Answer answer : {Answer::No, Answer::Cancel}) {
@@ -343,6 +355,24 @@ TEST(ScenarioSheet, MoreScenariosAndPeriodsOfAProjectThanThereMayBeAreShownAllTh
     EXPECT_EQ(editor.sheet.Points(), 0);
 }
 
+// A former project may cover more years than a table has rows.
+TEST(ScenarioSheet, ADataSetOfMorePeriodsThanThereAreRowsHasNoFutureOnes)
+{
+    Editor editor;
+    AddScenario(editor.data, "A", vec_type::kEffort, {1, 2, 3});
+    editor.data.NAPoints(300);
+    editor.Load();
+    EXPECT_EQ(editor.sheet.Points(), 0);
+    EXPECT_EQ(editor.sheet.Rows(), kFirst);
+}
+
+TEST(ScenarioSheet, TheLargestTimesAreLabelledAsTheyAre)
+{
+    Editor editor;
+    editor.data.MinTimeP(2147483628); // the 20th period is the last that 32 bits hold
+    EXPECT_EQ(editor.Shown(kFirst, 0), "2147483648");
+}
+
 TEST(ScenarioSheet, EveryCommittedChangeMarksTheDataSetButAChangeOfThePeriodsAlone)
 {
     const auto marks = [](auto change) {
@@ -394,6 +424,50 @@ TEST(ScenarioSheet, APastedBlockAddsTheRowsAndScenariosThatItNeeds)
     EXPECT_EQ(editor.Shown(kFirst + 2, 2), "30.000");
 }
 
+TEST(ScenarioSheet, APastedTitleNeedsAScenarioAndFollowsTheRulesOfTitles)
+{
+    Editor editor;
+    std::string foreign = "\xE6\xBC\x81"; // no project can keep it
+    EXPECT_FALSE(editor.sheet.EditData(1, kTitle, foreign));
+    EXPECT_EQ(editor.Shown(kTitle, 1), "Scenario1");
+    for (const int behind : {2, 25}) {
+        std::string title = "Second";
+        EXPECT_FALSE(editor.sheet.EditData(behind, kTitle, title)) << behind;
+    }
+    EXPECT_EQ(editor.data.NumProjScenarios(), 1);
+    EXPECT_EQ(editor.data.ProjScenario("Second"), nullptr);
+}
+
+TEST(ScenarioSheet, NothingIsTypedInTheRowOfUnits)
+{
+    Editor editor;
+    std::string value = "5";
+    EXPECT_FALSE(editor.sheet.EditData(1, kUnit, value));
+    EXPECT_EQ(editor.sheet.Points(), 1);
+    EXPECT_EQ(editor.Shown(kUnit, 1), "Effort");
+}
+
+// A box that was opened over a unit and left must not hold the user in it: "Effort" is no number.
+TEST(ScenarioSheet, ABoxOverAUnitIsLeftWithoutAWord)
+{
+    Editor editor;
+    editor.Go(kUnit, 1);
+    editor.box.visible = true;
+    editor.control.TextGotFocus();
+    editor.box.Text("Effort");
+    EXPECT_TRUE(editor.sheet.IsValidData());
+    EXPECT_TRUE(editor.user.messages.empty());
+}
+
+TEST(ScenarioSheet, TheNoteOfAnEntryGoesWithTheNext)
+{
+    Editor editor;
+    editor.Enter(kFirst, 1, "12.75");
+    EXPECT_NE(editor.note, "");
+    editor.Enter(kFirst, 1, "13");
+    EXPECT_EQ(editor.note, "");
+}
+
 TEST(ScenarioSheet, PastingTextSaysThatItIsNoNumber)
 {
     Editor editor;
@@ -426,6 +500,10 @@ TEST(ScenarioSheet, ValuesStayWithTheirPeriodsWhenTheDataGrowLonger)
 {
     Editor editor;
     editor.Paste(kFirst, 1, "1\r\n2\r\n3\r\n");
+    EXPECT_FALSE(editor.sheet.IsOutOfStep());
+    AddScenario(editor.data, "From elsewhere", vec_type::kEffort, {1, 2, 3});
+    EXPECT_TRUE(editor.sheet.IsOutOfStep());
+    editor.Load();
     EXPECT_FALSE(editor.sheet.IsOutOfStep());
     editor.data.NAPoints(21);
     EXPECT_TRUE(editor.sheet.IsOutOfStep());

@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Projects through the real main window: the File menu, the questions before work would be lost, the fit log.
+#include "data/CellFont.h"
+#include "data/NumberFormat.h"
 #include "desktop/Session.h"
 #include "files/ScratchFolder.h"
 #include "fit/ProjectFile.h"
 #include "views/frmFitManager.h"
 
 #include <QFile>
+#include <QFont>
+#include <QHeaderView>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
 
+#include <array>
 #include <filesystem>
 
 namespace
@@ -290,6 +295,29 @@ private slots:
         QCOMPARE(s.window.windowTitle(), QString("VELT 3.0 - stock.vl3 - Changed"));
         QCOMPARE(s.Grid().Rows(), 26);
         QCOMPARE(s.Value(1, 2), 9172.47F);
+    }
+
+    void TheFontOfAColumnIsNotSavedAndItsNumberFormatIs()
+    {
+        Saved s;
+        const QFont plain = s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>();
+        s.Go(1, 3); // effort
+        s.user.onFont = [](CellFont& font) {
+            font = {.name = "Sans", .size = 30.0, .bold = true, .italic = true};
+            return true;
+        };
+        s.Entry("mnuFormat")->trigger();
+        s.user.onNumberFormat = [](NumberFormatChoice& choice) {
+            choice = {.category = NumberCategory::Scientific, .decPlaces = 2};
+            return true;
+        };
+        s.Entry("mnuNumber")->trigger();
+        QVERIFY(s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>() != plain);
+        s.Entry("mnuSave")->trigger();
+        s.Reopen();
+        QCOMPARE(s.window.objData().ColFormat(columns::Effort), std::string("0.00E+"));
+        QCOMPARE(s.Shown(1, 3), QString("1.09E+02")); // 109.3
+        QCOMPARE(s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>(), plain);
     }
 
     void ClosingWithUnsavedDataAndCancelLeavesItOpenSoThatNewAndOpenStopSilently()
@@ -636,6 +664,92 @@ private slots:
         QVERIFY(!s.Dirty());
         s.BringFolderBack();
         QCOMPARE(s.Bytes(), before);
+    }
+
+    void TheFitManagerCarriesTheWordsOfTheTable()
+    {
+        Saved s;
+        s.Entry("mnuFitManager")->trigger();
+        QCOMPARE(s.Manager()->windowTitle(), QString("Fit Manager"));
+        const std::array<std::array<const char*, 3>, 4> words{{{"cmdLoad", "mnuLoad", "&Load Fit"},
+                                                               {"cmdDelete", "mnuDelete", "&Delete Fit"},
+                                                               {"cmdAdd", "mnuAdd", "&Add Current Fit"},
+                                                               {"cmdExit", "mnuExit", "&OK"}}};
+        for (const auto& [button, entry, text] : words) {
+            QCOMPARE(s.Button(button)->text(), QString(text));
+            QCOMPARE(s.Manager()->findChild<QAction*>(entry)->text(), QString(text));
+        }
+        QStringList heads;
+        for (int column = 0; column < s.Fits()->columnCount(); ++column)
+            heads += s.Fits()->horizontalHeaderItem(column)->text();
+        QCOMPARE(heads, QStringList({"Fit Name", "Model", "Fit", "Date", "Time"}));
+    }
+
+    void AFitThatCannotBeLoadedIsToldAndLeavesNone()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(file.seek(bytes.indexOf("First") + 70)); // where the index says that the body begins
+        file.write(QByteArray("\xFF\xFF\xFF\x7F", 4));
+        file.close();
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuClose")->trigger();
+        s.Reopen();
+        s.Entry("mnuFitManager")->trigger();
+        s.user.messages.clear();
+        s.Button("cmdLoad")->click();
+        QVERIFY(s.user.messages.size() >= 2);
+        QCOMPARE(s.user.messages[0].text, std::string("Unable to Load Fit"));
+        QCOMPARE(s.user.messages[0].icon, Icon::Critical);
+        QVERIFY(QString::fromStdString(s.user.messages[1].text).startsWith("ReadObj Failure."));
+        QVERIFY(!s.window.objMeth().MethDefined());
+        QVERIFY(s.window.Graphs().Empty());
+        QCOMPARE(s.Panel("Status"), QString("Ready..."));
+        QVERIFY(!s.Entry("mnuNewParams")->isEnabled()); // nothing was loaded
+    }
+
+    void DeletingTheFitThatWasLoadedLeavesItOnTheScreen()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.answers = {Answer::Yes, Answer::Yes}; // the fit of now may go, and then the one of the list
+        s.Button("cmdLoad")->click();
+        const auto graphs = s.window.Graphs().UserTitles();
+        const float k = s.window.objMeth().K();
+        s.Button("cmdDelete")->click();
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(s.window.objMeth().MethDefined());
+        QCOMPARE(s.window.objMeth().K(), k);
+        QVERIFY(s.Report()->isVisible());
+        QVERIFY(!graphs.empty() && s.window.Graphs().UserTitles() == graphs);
+        QVERIFY(s.Button("cmdAdd")->isEnabled()); // and so it can be kept after all
+    }
+
+    void ADoubleClickLoadsTheFitOfARowAndDoesNothingOnTheHeads()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.messages.clear();
+        QHeaderView& heads = *s.Fits()->horizontalHeader();
+        const QPoint head(heads.sectionViewportPosition(0) + 5, heads.height() / 2);
+        QTest::mouseClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, head);
+        QTest::mouseDClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, head);
+        QVERIFY(s.user.messages.empty());
+        QVERIFY(s.window.objMeth().FitLogged());
+
+        s.user.answers = {Answer::Yes};
+        const QPoint row = s.Fits()->visualItemRect(s.Fits()->item(0, 0)).center();
+        QTest::mouseClick(s.Fits()->viewport(), Qt::LeftButton, Qt::NoModifier, row);
+        QTest::mouseDClick(s.Fits()->viewport(), Qt::LeftButton, Qt::NoModifier, row);
+        QVERIFY(s.user.Saw("OK to delete current fit?"));
+        QVERIFY(s.window.objMeth().MethDefined());
+        QVERIFY(!s.window.objMeth().FitLogged()); // what stands now is a copy of the logged one
     }
 
     void AFitThatCannotBeLoggedIsTakenOutAgain()

@@ -5,6 +5,7 @@
 #include "dialogs/frmASCIIWizard.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
+#include "shell/MainMenu.h"
 #include "shell/MenuState.h"
 #include "shell/frmVelt3.h"
 #include "toolkit/Words.h"
@@ -13,7 +14,9 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
@@ -24,10 +27,13 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
+#include <map>
 #include <new>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 class shell_test : public QObject
 {
@@ -103,12 +109,129 @@ private slots:
 
     void TheEntriesCarryTheWordsOfTheTable()
     {
+        static const std::vector<std::pair<const char*, const char*>> entries{
+            {"mnuNew", "&New"},
+            {"mnuOpen", "&Open"},
+            {"mnuSave", "&Save"},
+            {"mnuSaveAs", "Save &As"},
+            {"mnuPrint", "&Print"},
+            {"mnuTextExport", "&Text Export"},
+            {"mnuClose", "&Close"},
+            {"mnuExit", "E&xit"},
+            {"mnuEditMode", "Edit &Mode"},
+            {"mnuFileDescription", "Fil&e Description"},
+            {"mnuDeleteRow", "&Delete Row(s)"},
+            {"mnuInsertRow", "&Insert Row(s)"},
+            {"mnuDeleteColumn", "De&lete Column"},
+            {"mnuInsertColumn", "In&sert Column"},
+            {"mnuAddRow", "&Add Row(s)"},
+            {"mnuCut", "Cu&t"},
+            {"mnuCopy", "&Copy"},
+            {"mnuPaste", "&Paste"},
+            {"mnuFormat", "&Format"},
+            {"mnuNumber", "&Number"},
+            {"mnuDataPlots", "Data &Plots"},
+            {"mnuNewModel", "&New Fit"},
+            {"mnuNewParams", "New &Input Parameters"},
+            {"mnuParameters", "&View Parameters"},
+            {"mnuGenerateConfInts", "&Generate Conf. Ints"},
+            {"mnuDisplayConfInts", "&Display Conf. Ints."},
+            {"mnuFitManager", "&Fit Manager"},
+            {"mnuViewProj", "Set Up Scenarios"},
+            {"mnuProject", "&Project"},
+            {"mnuProjWithCI", "P&roject With Conf. Ints"},
+            {"mnuSettings", "&Settings"},
+            {"mnuHelpContents", "&Contents and Index"},
+            {"mnuAbout", "&About VELT 3.0"}};
+        static const std::vector<std::pair<const char*, const char*>> menus{
+            {"mnuFile", "&File"},
+            {"mnuEdit", "&Edit"},
+            {"mnuData", "&Data"},
+            {"mnuFit", "F&it"},
+            {"mnuProjections", "&Projections"},
+            {"mnuGraph", "&Graph"},
+            {"mnuOptions", "&Options"},
+            {"mnuHelp", "&Help"}};
         Session session;
-        QCOMPARE(session.Entry("mnuNewModel")->text(), QString("&New Fit"));
-        QCOMPARE(session.Entry("mnuNewParams")->text(), QString("New &Input Parameters"));
-        QCOMPARE(session.Entry("mnuDisplayConfInts")->text(), QString("&Display Conf. Ints."));
-        QCOMPARE(session.Entry("mnuAbout")->text(), QString("&About VELT 3.0"));
-        QCOMPARE(session.Menu("mnuFit")->title(), QString("F&it"));
+        for (const auto& [name, words] : entries) {
+            QVERIFY2(session.Entry(name), name);
+            QCOMPARE(session.Entry(name)->text(), QString(words));
+        }
+        for (const auto& [name, words] : menus)
+            QCOMPARE(session.Menu(name)->title(), QString(words));
+    }
+
+    // Each rule as it is written for the user, asked in every state that the run can be in.
+    void EveryEntryCanBeGivenExactlyWhenItsRuleHolds()
+    {
+        using Rule = std::function<bool(const RunState&)>;
+        const Rule always = [](const RunState&) { return true; };
+        const Rule open = [](const RunState& run) { return run.fileOpen; };
+        const Rule outside = [](const RunState& run) { return !run.editMode; };
+        const Rule working = [](const RunState& run) { return run.fileOpen && !run.editMode; };
+        const Rule editing = [](const RunState& run) { return run.fileOpen && run.editMode; };
+        const Rule graphs = [](const RunState& run) { return run.anyGraph; };
+        const auto both = [](const Rule& a, const Rule& b) {
+            return Rule([a, b](const RunState& run) { return a(run) && b(run); });
+        };
+        const Rule fitted = both(working, [](const RunState& run) { return run.fitDefined; });
+        const Rule known = both(
+            working, [](const RunState& run) { return run.projScenarios >= 1 && run.currMethType != 2; });
+
+        std::map<QString, Rule> rules{
+            {"mnuFile", outside},     {"mnuEdit", always},         {"mnuData", working},
+            {"mnuFit", working},      {"mnuOptions", outside},     {"mnuHelp", always},
+            {"mnuGraph", graphs},     {"mnuProjections", working}, {"mnuNew", outside},
+            {"mnuOpen", outside},     {"mnuEditMode", open},       {"mnuFileDescription", open},
+            {"mnuCopy", open},        {"mnuFormat", open},         {"mnuNumber", open},
+            {"mnuSettings", outside}, {"mnuTile", graphs},         {"mnuAbout", always},
+            {"mnuCascade", graphs},   {"mnuCloseAll", graphs},     {"mnuOverview", graphs},
+            {"mnuExit", always},      {"mnuNewModel", working}};
+        for (const char* name : {"mnuSave", "mnuSaveAs", "mnuClose", "mnuPrint", "mnuTextExport",
+                                 "mnuDataPlots", "mnuColumnUnits", "mnuFitManager"})
+            rules[name] = working;
+        for (const char* name :
+             {"mnuCut", "mnuInsertColumn", "mnuDeleteColumn", "mnuAddRow", "mnuInsertRow", "mnuDeleteRow"})
+            rules[name] = editing;
+        rules["mnuPaste"] = both(editing, [](const RunState& run) { return run.clipboardHasText; });
+        for (const char* name : {"mnuViewProj", "mnuGenerateConfInts", "mnuDisplayConfInts", "mnuParameters"})
+            rules[name] = fitted;
+        rules["mnuNewParams"] = both(working, [](const RunState& run) { return run.fitEverMade; });
+        rules["mnuProject"] = both(fitted, known);
+        rules["mnuProjWithCI"] = both(known, [](const RunState& run) { return run.bootstrapsDone; });
+
+        QMainWindow window;
+        MainMenu menu(window);
+        for (unsigned state = 0; state < 512; ++state) {
+            const auto bit = [state](unsigned place) { return ((state >> place) & 1U) != 0; };
+            const RunState run{.editMode = bit(0),
+                               .fileOpen = bit(1),
+                               .fitDefined = bit(2),
+                               .bootstrapsDone = bit(3),
+                               .projScenarios = bit(4) ? 1 : 0,
+                               .currMethType = bit(5) ? 2 : 5,
+                               .fitEverMade = bit(6),
+                               .anyGraph = bit(7),
+                               .clipboardHasText = bit(8)};
+            menu.Apply(MenuStateOf(run));
+            for (const auto& [name, rule] : rules) {
+                const auto* action = window.menuBar()->findChild<QAction*>(name);
+                const auto* top = window.menuBar()->findChild<QMenu*>(name);
+                QVERIFY2(action || top, qPrintable(name));
+                const bool given = action ? action->isEnabled() : top->isEnabled();
+                QVERIFY2(given == rule(run), qPrintable(name + " in state " + QString::number(state, 2)));
+            }
+            QCOMPARE(window.menuBar()->findChild<QAction*>("mnuEditMode")->isChecked(), run.editMode);
+        }
+    }
+
+    void AboutTellsTheVersion()
+    {
+        Session session;
+        session.Entry("mnuAbout")->trigger();
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QCOMPARE(session.user.messages.front().title, std::string("About VELT 3.0"));
+        QVERIFY(session.user.Saw("VELT 3.0\n"));
     }
 
     void LinesPartTheEntriesThatDoNotBelongTogether()
@@ -708,6 +831,40 @@ private slots:
         QVERIFY(session.user.Saw("File type not recognised."));
         QVERIFY(!session.window.FileOpen());
         QCOMPARE(session.Panel("Status"), QString("Ready..."));
+    }
+
+    // The name alone would make a table of the third.
+    void AFileThatDoesNotExistIsToldAndThenNotRecognised()
+    {
+        QTemporaryDir folder;
+        for (const char* name : {"gone.vl3", "gone.vl2", "gone.txt"}) {
+            Session session;
+            const QString path = folder.filePath(name);
+            session.window.OpenPath(path);
+            QCOMPARE(session.user.messages.size(), std::size_t{2});
+            QCOMPARE(session.user.messages[0].text,
+                     "The file " + path.toStdString() + " doesn't exist.\nPlease select another file. ");
+            QCOMPARE(session.user.messages[0].title, std::string("File Message"));
+            QCOMPARE(session.user.messages[1].text, std::string("File type not recognised."));
+            QVERIFY(!session.window.FileOpen());
+            QVERIFY(!QFile::exists(path));
+        }
+    }
+
+    void FilesOfRelatedToolsAreNotRecognised()
+    {
+        QTemporaryDir folder;
+        for (const auto& [name, version] : {std::pair{"other.qx4", '\1'}, std::pair{"other.qx5", '\4'}}) {
+            Session session;
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray("\0\4\0\10\6\11ORVO", 10) + version + QByteArray(200, '\0'));
+            file.close();
+            session.window.OpenPath(file.fileName());
+            QCOMPARE(session.user.messages.size(), std::size_t{1});
+            QVERIFY(session.user.Saw("File type not recognised."));
+            QVERIFY(!session.window.FileOpen());
+        }
     }
 
     void ADataPlotNeedsNoFit()
