@@ -25,11 +25,13 @@ inline constexpr const char* kInputParameters = "input-parameters";
 inline constexpr const char* kStartingValues = "starting-values";
 inline constexpr const char* kContourRange = "contour-range";
 inline constexpr const char* kNumberFormat = "number-format";
+inline constexpr const char* kGraphEdit = "graph-edit";
+inline constexpr const char* kColumnUnits = "column-units";
 inline constexpr const char* kOverview = "overview";
 inline constexpr const char* kFileType = "file-type"; ///< a file that is not recognised
 
-inline constexpr std::array<std::string_view, 16> kWithPages{
-    kTooFewPoints, kOptions,      kFitManager, kScenarios,  kProjectionGraph, kMainWindow,
-    kNewDataSet,   kImportWizard, kParameters, kModelGraph, kInputParameters, kStartingValues,
-    kContourRange, kNumberFormat, kOverview,   kFileType};
+inline constexpr std::array<std::string_view, 18> kWithPages{
+    kTooFewPoints, kOptions,      kFitManager, kScenarios,   kProjectionGraph, kMainWindow,
+    kNewDataSet,   kImportWizard, kParameters, kModelGraph,  kInputParameters, kStartingValues,
+    kContourRange, kNumberFormat, kGraphEdit,  kColumnUnits, kOverview,        kFileType};
 } // namespace help_topics

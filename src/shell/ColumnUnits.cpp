@@ -41,7 +41,7 @@ std::string ColumnUnits::Of(const AxisMeasure& measure) const
         const int like = MeasuredLike(column);
         return like >= AxisMeasure::kTime && like <= columns::kLastUser ? Typed(like) : std::string();
     };
-    const std::string unit = unitOf(measure.column);
+    std::string unit = unitOf(measure.column);
     if (measure.per == AxisMeasure::kNone || unit.empty())
         return unit;
     const std::string per = unitOf(measure.per);

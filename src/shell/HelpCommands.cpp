@@ -20,7 +20,8 @@ const std::map<QString, std::string>& WindowTopics()
         {"frmModelGraph", kModelGraph},     {"frmProjGraph", kProjectionGraph},
         {"frmGraph", kContourRange},        {"frmInputParams", kInputParameters},
         {"frmStartVals", kStartingValues},  {"frmContourRange", kContourRange},
-        {"frmNumberFormat", kNumberFormat}, {"frmOverview", kOverview},
+        {"frmNumberFormat", kNumberFormat}, {"frmGraphEdit", kGraphEdit},
+        {"frmColumnUnits", kColumnUnits},   {"frmOverview", kOverview},
         {"frmOptions", kOptions},           {"frmFitManager", kFitManager},
         {"frmProjections", kScenarios},     {"HelpWindow", kContents}};
     return topics;

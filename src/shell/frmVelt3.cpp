@@ -350,11 +350,15 @@ void frmVelt3::KeepResultsInSight()
 
 void frmVelt3::OnAbout()
 {
-    m_run.reporter.Show({.text = "VELT 3.0\n\n"
-                                 "Catch, effort and abundance index data of a fishery: stock sizes, "
-                                 "catchability and their confidence intervals.\n\n"
-                                 "This program is free software under the GNU General Public License, "
-                                 "version 3 or later. It comes without any warranty.",
+    m_run.reporter.Show({.text =
+                             "VELT " VELT_VERSION "\n\n"
+                             "Catch, effort and abundance index data of a fishery: stock sizes, "
+                             "catchability and their confidence intervals.\n\n"
+                             "To cite it: VELT developers (2026). VELT " VELT_VERSION
+                             ": estimates of fish stocks from catch, effort and abundance. Say which model "
+                             "and which error model were used.\n\n"
+                             "This program is free software under the GNU General Public License, "
+                             "version 3 or later. It comes without any warranty.",
                          .icon = Icon::Information,
                          .title = "About VELT 3.0"});
 }

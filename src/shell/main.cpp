@@ -29,7 +29,7 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName("VELT");
-    QApplication::setApplicationVersion("3.0.0");
+    QApplication::setApplicationVersion(VELT_VERSION);
     // The name of the desktop entry, by which the system finds name and icon of the windows.
     QGuiApplication::setDesktopFileName("org.velt.Velt");
     QApplication::setWindowIcon(QIcon(":/org.velt.Velt.svg"));

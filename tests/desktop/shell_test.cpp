@@ -231,7 +231,8 @@ private slots:
         session.Entry("mnuAbout")->trigger();
         QCOMPARE(session.user.messages.size(), std::size_t{1});
         QCOMPARE(session.user.messages.front().title, std::string("About VELT 3.0"));
-        QVERIFY(session.user.Saw("VELT 3.0\n"));
+        QVERIFY(session.user.Saw("VELT 3.0.0\n"));
+        QVERIFY(session.user.Saw("To cite it: VELT developers"));
     }
 
     void LinesPartTheEntriesThatDoNotBelongTogether()
