@@ -5,6 +5,7 @@
 #include "dialogs/frmASCIIWizard.h"
 #include "files/AsciiWizard.h"
 #include "graphs/ModelGraph.h"
+#include "shell/MainMenu.h"
 #include "shell/MenuState.h"
 #include "shell/frmVelt3.h"
 #include "toolkit/Words.h"
@@ -13,7 +14,9 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
@@ -24,10 +27,115 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
+#include <map>
 #include <new>
 #include <stdexcept>
 #include <utility>
+#include <vector>
+
+namespace
+{
+/// What stands on each entry and on each menu, by its name.
+const std::vector<std::pair<const char*, const char*>> kEntries{
+    {"mnuNew", "&New"},
+    {"mnuOpen", "&Open"},
+    {"mnuSave", "&Save"},
+    {"mnuSaveAs", "Save &As"},
+    {"mnuPrint", "&Print"},
+    {"mnuTextExport", "&Text Export"},
+    {"mnuClose", "&Close"},
+    {"mnuExit", "E&xit"},
+    {"mnuEditMode", "Edit &Mode"},
+    {"mnuFileDescription", "Fil&e Description"},
+    {"mnuDeleteRow", "&Delete Row(s)"},
+    {"mnuInsertRow", "&Insert Row(s)"},
+    {"mnuDeleteColumn", "De&lete Column"},
+    {"mnuInsertColumn", "In&sert Column"},
+    {"mnuAddRow", "&Add Row(s)"},
+    {"mnuCut", "Cu&t"},
+    {"mnuCopy", "&Copy"},
+    {"mnuPaste", "&Paste"},
+    {"mnuFormat", "&Format"},
+    {"mnuNumber", "&Number"},
+    {"mnuDataPlots", "Data &Plots"},
+    {"mnuNewModel", "&New Fit"},
+    {"mnuNewParams", "New &Input Parameters"},
+    {"mnuParameters", "&View Parameters"},
+    {"mnuGenerateConfInts", "&Generate Conf. Ints"},
+    {"mnuDisplayConfInts", "&Display Conf. Ints."},
+    {"mnuFitManager", "&Fit Manager"},
+    {"mnuViewProj", "Set Up Scenarios"},
+    {"mnuProject", "&Project"},
+    {"mnuProjWithCI", "P&roject With Conf. Ints"},
+    {"mnuSettings", "&Settings"},
+    {"mnuHelpContents", "&Contents and Index"},
+    {"mnuAbout", "&About VELT 3.0"}};
+const std::vector<std::pair<const char*, const char*>> kMenus{{"mnuFile", "&File"},
+                                                              {"mnuEdit", "&Edit"},
+                                                              {"mnuData", "&Data"},
+                                                              {"mnuFit", "F&it"},
+                                                              {"mnuProjections", "&Projections"},
+                                                              {"mnuGraph", "&Graph"},
+                                                              {"mnuOptions", "&Options"},
+                                                              {"mnuHelp", "&Help"}};
+
+using Rule = std::function<bool(const RunState&)>;
+
+/// When each entry can be given, as it is written for the user.
+std::map<QString, Rule> Rules()
+{
+    const Rule always = [](const RunState&) { return true; };
+    const Rule open = [](const RunState& run) { return run.fileOpen; };
+    const Rule outside = [](const RunState& run) { return !run.editMode; };
+    const Rule working = [](const RunState& run) { return run.fileOpen && !run.editMode; };
+    const Rule editing = [](const RunState& run) { return run.fileOpen && run.editMode; };
+    const Rule graphs = [](const RunState& run) { return run.anyGraph; };
+    const auto both = [](const Rule& a, const Rule& b) {
+        return Rule([a, b](const RunState& run) { return a(run) && b(run); });
+    };
+    const Rule fitted = both(working, [](const RunState& run) { return run.fitDefined; });
+    const Rule projectable =
+        both(working, [](const RunState& run) { return run.projScenarios >= 1 && run.currMethType != 2; });
+
+    std::map<QString, Rule> rules{
+        {"mnuFile", outside},    {"mnuEdit", always},  {"mnuData", working},    {"mnuFit", working},
+        {"mnuOptions", outside}, {"mnuHelp", always},  {"mnuGraph", graphs},    {"mnuProjections", working},
+        {"mnuNew", outside},     {"mnuOpen", outside}, {"mnuEditMode", open},   {"mnuFileDescription", open},
+        {"mnuCopy", open},       {"mnuFormat", open},  {"mnuNumber", open},     {"mnuSettings", outside},
+        {"mnuTile", graphs},     {"mnuAbout", always}, {"mnuCascade", graphs},  {"mnuCloseAll", graphs},
+        {"mnuOverview", graphs}, {"mnuExit", always},  {"mnuNewModel", working}};
+    for (const char* name : {"mnuSave", "mnuSaveAs", "mnuClose", "mnuPrint", "mnuTextExport", "mnuDataPlots",
+                             "mnuColumnUnits", "mnuFitManager"})
+        rules[name] = working;
+    for (const char* name :
+         {"mnuCut", "mnuInsertColumn", "mnuDeleteColumn", "mnuAddRow", "mnuInsertRow", "mnuDeleteRow"})
+        rules[name] = editing;
+    rules["mnuPaste"] = both(editing, [](const RunState& run) { return run.clipboardHasText; });
+    for (const char* name : {"mnuViewProj", "mnuGenerateConfInts", "mnuDisplayConfInts", "mnuParameters"})
+        rules[name] = fitted;
+    rules["mnuNewParams"] = both(working, [](const RunState& run) { return run.fitEverMade; });
+    rules["mnuProject"] = both(fitted, projectable);
+    rules["mnuProjWithCI"] = both(projectable, [](const RunState& run) { return run.bootstrapsDone; });
+    return rules;
+}
+
+/// One of the 512 states that a run can be in, by its bits.
+RunState StateOf(unsigned state)
+{
+    const auto bit = [state](unsigned place) { return ((state >> place) & 1U) != 0; };
+    return {.editMode = bit(0),
+            .fileOpen = bit(1),
+            .fitDefined = bit(2),
+            .bootstrapsDone = bit(3),
+            .projScenarios = bit(4) ? 1 : 0,
+            .currMethType = bit(5) ? 2 : 5,
+            .fitEverMade = bit(6),
+            .anyGraph = bit(7),
+            .clipboardHasText = bit(8)};
+}
+} // namespace
 
 class shell_test : public QObject
 {
@@ -104,11 +212,40 @@ private slots:
     void TheEntriesCarryTheWordsOfTheTable()
     {
         Session session;
-        QCOMPARE(session.Entry("mnuNewModel")->text(), QString("&New Fit"));
-        QCOMPARE(session.Entry("mnuNewParams")->text(), QString("New &Input Parameters"));
-        QCOMPARE(session.Entry("mnuDisplayConfInts")->text(), QString("&Display Conf. Ints."));
-        QCOMPARE(session.Entry("mnuAbout")->text(), QString("&About VELT 3.0"));
-        QCOMPARE(session.Menu("mnuFit")->title(), QString("F&it"));
+        for (const auto& [name, words] : kEntries) {
+            QVERIFY2(session.Entry(name), name);
+            QCOMPARE(session.Entry(name)->text(), QString(words));
+        }
+        for (const auto& [name, words] : kMenus)
+            QCOMPARE(session.Menu(name)->title(), QString(words));
+    }
+
+    void EveryEntryCanBeGivenExactlyWhenItsRuleHolds()
+    {
+        const std::map<QString, Rule> rules = Rules();
+        QMainWindow window;
+        MainMenu menu(window);
+        for (unsigned state = 0; state < 512; ++state) {
+            const RunState run = StateOf(state);
+            menu.Apply(MenuStateOf(run));
+            for (const auto& [name, rule] : rules) {
+                const auto* action = window.menuBar()->findChild<QAction*>(name);
+                const auto* top = window.menuBar()->findChild<QMenu*>(name);
+                QVERIFY2(action || top, qPrintable(name));
+                const bool given = action ? action->isEnabled() : top->isEnabled();
+                QVERIFY2(given == rule(run), qPrintable(name + " in state " + QString::number(state, 2)));
+            }
+            QCOMPARE(window.menuBar()->findChild<QAction*>("mnuEditMode")->isChecked(), run.editMode);
+        }
+    }
+
+    void AboutTellsTheVersion()
+    {
+        Session session;
+        session.Entry("mnuAbout")->trigger();
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QCOMPARE(session.user.messages.front().title, std::string("About VELT 3.0"));
+        QVERIFY(session.user.Saw("VELT 3.0\n"));
     }
 
     void LinesPartTheEntriesThatDoNotBelongTogether()
