@@ -857,6 +857,40 @@ private slots:
         QCOMPARE(session.Panel("Status"), QString("Ready..."));
     }
 
+    // The name alone would make a table of the third.
+    void AFileThatDoesNotExistIsToldAndThenNotRecognised()
+    {
+        QTemporaryDir folder;
+        for (const char* name : {"gone.vl3", "gone.vl2", "gone.txt"}) {
+            Session session;
+            const QString path = folder.filePath(name);
+            session.window.OpenPath(path);
+            QCOMPARE(session.user.messages.size(), std::size_t{2});
+            QCOMPARE(session.user.messages[0].text,
+                     "The file " + path.toStdString() + " doesn't exist.\nPlease select another file. ");
+            QCOMPARE(session.user.messages[0].title, std::string("File Message"));
+            QCOMPARE(session.user.messages[1].text, std::string("File type not recognised."));
+            QVERIFY(!session.window.FileOpen());
+            QVERIFY(!QFile::exists(path));
+        }
+    }
+
+    void FilesOfRelatedToolsAreNotRecognised()
+    {
+        QTemporaryDir folder;
+        for (const auto& [name, version] : {std::pair{"other.qx4", '\1'}, std::pair{"other.qx5", '\4'}}) {
+            Session session;
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray("\0\4\0\10\6\11ORVO", 10) + version + QByteArray(200, '\0'));
+            file.close();
+            session.window.OpenPath(file.fileName());
+            QCOMPARE(session.user.messages.size(), std::size_t{1});
+            QVERIFY(session.user.Saw("File type not recognised."));
+            QVERIFY(!session.window.FileOpen());
+        }
+    }
+
     void ADataPlotNeedsNoFit()
     {
         Session session;
