@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Projects through the real main window: the File menu, the questions before work would be lost, the fit log.
+#include "data/CellFont.h"
+#include "data/NumberFormat.h"
 #include "desktop/Session.h"
 #include "files/ScratchFolder.h"
 #include "fit/ProjectFile.h"
 #include "views/frmFitManager.h"
 
 #include <QFile>
+#include <QFont>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
@@ -290,6 +293,29 @@ private slots:
         QCOMPARE(s.window.windowTitle(), QString("VELT 3.0 - stock.vl3 - Changed"));
         QCOMPARE(s.Grid().Rows(), 26);
         QCOMPARE(s.Value(1, 2), 9172.47F);
+    }
+
+    void TheFontOfAColumnIsNotSavedAndItsNumberFormatIs()
+    {
+        Saved s;
+        const QFont plain = s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>();
+        s.Go(1, 3); // effort
+        s.user.onFont = [](CellFont& font) {
+            font = {.name = "Sans", .size = 30.0, .bold = true, .italic = true};
+            return true;
+        };
+        s.Entry("mnuFormat")->trigger();
+        s.user.onNumberFormat = [](NumberFormatChoice& choice) {
+            choice = {.category = NumberCategory::Scientific, .decPlaces = 2};
+            return true;
+        };
+        s.Entry("mnuNumber")->trigger();
+        QVERIFY(s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>() != plain);
+        s.Entry("mnuSave")->trigger();
+        s.Reopen();
+        QCOMPARE(s.window.objData().ColFormat(columns::Effort), std::string("0.00E+"));
+        QCOMPARE(s.Shown(1, 3), QString("1.09E+02")); // 109.3
+        QCOMPARE(s.Grid().model()->index(0, 3).data(Qt::FontRole).value<QFont>(), plain);
     }
 
     void ClosingWithUnsavedDataAndCancelLeavesItOpenSoThatNewAndOpenStopSilently()
