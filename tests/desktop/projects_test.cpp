@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFont>
+#include <QHeaderView>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
@@ -662,6 +663,46 @@ private slots:
         QVERIFY(!s.Dirty());
         s.BringFolderBack();
         QCOMPARE(s.Bytes(), before);
+    }
+
+    void DeletingTheFitThatWasLoadedLeavesItOnTheScreen()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.answers = {Answer::Yes, Answer::Yes}; // the fit of now may go, and then the one of the list
+        s.Button("cmdLoad")->click();
+        const auto graphs = s.window.Graphs().UserTitles();
+        const float k = s.window.objMeth().K();
+        s.Button("cmdDelete")->click();
+        QCOMPARE(s.Fits()->rowCount(), 0);
+        QVERIFY(s.window.objMeth().MethDefined());
+        QCOMPARE(s.window.objMeth().K(), k);
+        QVERIFY(s.Report()->isVisible());
+        QVERIFY(!graphs.empty() && s.window.Graphs().UserTitles() == graphs);
+        QVERIFY(s.Button("cmdAdd")->isEnabled()); // and so it can be kept after all
+    }
+
+    void ADoubleClickLoadsTheFitOfARowAndDoesNothingOnTheHeads()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        s.user.messages.clear();
+        QHeaderView& heads = *s.Fits()->horizontalHeader();
+        const QPoint head(heads.sectionViewportPosition(0) + 5, heads.height() / 2);
+        QTest::mouseClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, head);
+        QTest::mouseDClick(heads.viewport(), Qt::LeftButton, Qt::NoModifier, head);
+        QVERIFY(s.user.messages.empty());
+        QVERIFY(s.window.objMeth().FitLogged());
+
+        s.user.answers = {Answer::Yes};
+        const QPoint row = s.Fits()->visualItemRect(s.Fits()->item(0, 0)).center();
+        QTest::mouseClick(s.Fits()->viewport(), Qt::LeftButton, Qt::NoModifier, row);
+        QTest::mouseDClick(s.Fits()->viewport(), Qt::LeftButton, Qt::NoModifier, row);
+        QVERIFY(s.user.Saw("OK to delete current fit?"));
+        QVERIFY(s.window.objMeth().MethDefined());
+        QVERIFY(!s.window.objMeth().FitLogged()); // what stands now is a copy of the logged one
     }
 
     void AFitThatCannotBeLoggedIsTakenOutAgain()
