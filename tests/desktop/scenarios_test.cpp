@@ -430,6 +430,12 @@ private slots:
         QVERIFY(!session.Data().IsDirty());
         session.Project({"Scenario1"});
         QVERIFY(session.Data().IsDirty());
+        session.user.messages.clear();
+        session.user.answers = {Answer::Cancel};
+        session.Entry("mnuClose")->trigger();
+        QCOMPARE(session.user.messages.size(), std::size_t{1});
+        QVERIFY(session.user.Saw("Do you wish to save changes to current data set?"));
+        QVERIFY(session.window.FileOpen());
     }
 
     void ScenariosAreSavedWithTheProject()
