@@ -1062,6 +1062,29 @@ private slots:
         QVERIFY(s.user.messages.empty());
     }
 
+    void ThePeriodOfEachOf200RowsHasABox()
+    {
+        QTemporaryDir folder;
+        QFile file(folder.filePath("long.txt"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("Two hundred periods\nTime Effort Catch Total\n");
+        for (int label = 1801; label <= 2000; ++label)
+            file.write(QByteArray::number(label) + " 10 5 5\n");
+        file.close();
+        Session s;
+        s.window.OpenPath(file.fileName());
+        QCOMPARE(s.window.objData().NNtPoints(), 200);
+        for (const int row : {1, 200}) {
+            auto* fixed = s.window.findChild<QTableView*>("grdFixed");
+            fixed->scrollTo(fixed->model()->index(row - 1, 0));
+            s.ClickBox(row);
+            QVERIFY(!s.window.objData().ToggledIn(row));
+        }
+        QCOMPARE(s.window.objData().NNtPoints(), 198);
+        const DataGridModel& model = s.window.findChild<DataGridView*>()->Model();
+        QVERIFY(model.BoxEnabled(200) && !model.BoxEnabled(201));
+    }
+
     void ABoxOfARowThatIsNotIncludedCannotBeClicked()
     {
         Editing s;
