@@ -713,7 +713,11 @@ TEST_F(Manager, WithoutAModelThereAreNoBootstraps)
 TEST_F(Manager, TheNumberOfScenariosReadsZeroEvenWithScenarios) // deliberate
 {
     On(Depletion());
-    data.NumScens(3);
+    clsProjScenario scenario;
+    scenario.Title("Rest");
+    data.AddProjScenario(scenario, "Rest");
+    data.NumScens(1);
+    ASSERT_EQ(data.NumProjScenarios(), 1);
     EXPECT_EQ(manager.NumProjScens(), 0);
 }
 
