@@ -381,6 +381,23 @@ TEST_F(Manager, NewInputParametersAfterACancelledFirstFitAsksForTheModel)
     EXPECT_TRUE(manager.MethDefined());
 }
 
+TEST_F(Manager, NewInputParametersKeepsStartLagAndShapeOfAProductionModel)
+{
+    On(Fishery());
+    Fit("PROD. MODEL(PELLA", [](InputParams& params) {
+        params.InitProp = 0.9F;
+        params.Z = 1.5F;
+        params.TimeLag = 1;
+    });
+    ASSERT_TRUE(manager.MethDefined());
+    change = nullptr;
+    manager.FitNewModel(true);
+    EXPECT_EQ(offered.WhichMeth, models::kPellaTomlinson);
+    EXPECT_EQ(offered.InitProp, 0.9F);
+    EXPECT_EQ(offered.Z, 1.5F);
+    EXPECT_EQ(offered.TimeLag, 1);
+}
+
 TEST_F(Manager, NewInputParametersKeepsTheTwoCheckBoxes)
 {
     On(Fishery());
