@@ -30,7 +30,9 @@
 #include <QTimer>
 #include <QtTest>
 #include <array>
+#include <map>
 #include <numeric>
+#include <utility>
 
 namespace
 {
@@ -288,6 +290,100 @@ private slots:
         QCOMPARE(form.findChild<QRadioButton*>("optGamma")->text(), QString("Gamma"));
         QCOMPARE(form.findChild<QPushButton*>("cmdOK")->text(), QString("&OK"));
         QCOMPARE(form.findChild<QPushButton*>("cmdCancel")->text(), QString("&Cancel"));
+    }
+
+    void EachInputAndErrorModelCarriesItsOwnCaption()
+    {
+        frmInputParams form(m_user, Inputs(6), nullptr);
+        const std::pair<const char*, const char*> captions[] = {{"lblInitProp", "Initial Proportion:"},
+                                                                {"lblLag", "Time:"},
+                                                                {"lblZ", "Z Shape Parameter:"},
+                                                                {"lblMort", "Mortality:"}};
+        for (const auto& [label, words] : captions)
+            QCOMPARE(form.findChild<QLabel*>(label)->text(), QString(words));
+        const std::pair<const char*, const char*> buttons[] = {
+            {"optLSQ", "Least Squares (Unweighted)"},
+            {"optLogT", "Log Transform"},
+            {"optGamma", "Gamma"},
+            {"optLSQW", "Least Squares (Weighted)"},
+            {"chkSetMan", "Set Starting Estimates Manually"},
+            {"chkViewMin", "View Minimisation Graphically"}};
+        for (const auto& [button, words] : buttons)
+            QCOMPARE(form.findChild<QAbstractButton*>(button)->text(), QString(words));
+        QCOMPARE(form.findChild<QGroupBox*>("fmeError")->title(), QString("Error Model"));
+        QCOMPARE(form.findChild<QGroupBox*>("fmeOptions")->title(), QString("Options"));
+        QCOMPARE(frmInputParams(m_user, InputParams(), nullptr).windowTitle(), QString("Input Parameters"));
+    }
+
+    void EachFieldOfTheOptionsCarriesItsOwnCaption()
+    {
+        frmOptions form(m_user, MinimiserOptions{}, nullptr);
+        QCOMPARE(form.windowTitle(), QString("Options"));
+        QStringList frames;
+        for (const QGroupBox* frame : form.findChildren<QGroupBox*>())
+            frames += frame->title();
+        QCOMPARE(frames, QStringList({"Minimisation", "Minimisation converges on"}));
+        std::map<QString, QString> captions; // by the box that each belongs to
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            if (label->buddy())
+                captions[label->buddy()->objectName()] = label->text();
+        QCOMPARE(captions["txtOption0"], QString("Maximum Iterations"));
+        QCOMPARE(captions["txtOption1"], QString("Number of Bootstraps"));
+        QCOMPARE(captions["txtOption2"], QString("Function Tolerance"));
+        QCOMPARE(captions["txtOption3"], QString("Parameter Tolerance"));
+        const std::pair<const char*, const char*> buttons[] = {
+            {"optCO0", "Either parameter or function value"},
+            {"optCO1", "Both parameter and function value"},
+            {"cmdOK", "&OK"},
+            {"cmdCancel", "&Cancel"},
+            {"cmdDefault", "&Defaults"}};
+        for (const auto& [button, words] : buttons)
+            QCOMPARE(form.findChild<QAbstractButton*>(button)->text(), QString(words));
+    }
+
+    void TheStartingValuesCarryTheirWordsAndTheNamesOfTheParameters()
+    {
+        frmStartVals form(m_user, StartVals{"K", "r", 100.0, 0.5}, nullptr);
+        QCOMPARE(form.windowTitle(), QString("Parameter Starting Values"));
+        QCOMPARE(form.findChild<QGroupBox*>()->title(), QString("Starting Values"));
+        std::map<QString, QString> captions;
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            if (label->buddy())
+                captions[label->buddy()->objectName()] = label->text();
+        QCOMPARE(captions["txtParam1"], QString("K"));
+        QCOMPARE(captions["txtParam2"], QString("r"));
+        for (const char* box : {"chkParam1", "chkParam2"})
+            QCOMPARE(form.findChild<QCheckBox*>(box)->text(), QString("Fixed"));
+        QCOMPARE(form.findChild<QPushButton*>("cmdOK")->text(), QString("&OK"));
+        QCOMPARE(form.findChild<QPushButton*>("cmdCancel")->text(), QString("&Cancel"));
+    }
+
+    void TheWizardCarriesItsWordsInBothSteps()
+    {
+        frmASCIIWizard wizard(TextFile());
+        const ImportDesk desk(wizard);
+        const std::pair<const char*, const char*> buttons[] = {{"cmdBack", "< &Back"},
+                                                               {"cmdNext", "&Next >"},
+                                                               {"cmdFinish", "&Finish"},
+                                                               {"cmdCancel", "&Cancel"}};
+        for (const auto& [button, words] : buttons)
+            QCOMPARE(desk.The<QPushButton>(button)->text(), QString(words));
+        QStringList labels;
+        for (const QLabel* label : wizard.findChildren<QLabel*>())
+            labels += label->text();
+        for (const char* words : {"ASCII File for Import:", "VELT Columns:"})
+            QVERIFY2(labels.contains(QString(words)), words);
+        QCOMPARE(wizard.findChild<QGroupBox*>()->title(), QString("Timing"));
+        QCOMPARE(desk.The<QLabel>("lblMsg")->text(),
+                 QString("This screen is used for selecting the Timing Column. Select a column and press "
+                         "next."));
+        desk.ToStep2();
+        QCOMPARE(wizard.findChild<QGroupBox*>()->title(), QString("Data Columns"));
+        QCOMPARE(desk.The<QLabel>("lblMsg")->text(),
+                 QString("This screen is used for assigning each column in the text file to the columns in "
+                         "VELT. Highlight a text column and select the appropriate VELT column from the drop "
+                         "down list."));
+        QCOMPARE(desk.Choices().front(), QString("(None)"));
     }
 
     void TheButtonsComeLastInTheTabOrder()

@@ -15,6 +15,7 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 
+#include <array>
 #include <filesystem>
 
 namespace
@@ -663,6 +664,25 @@ private slots:
         QVERIFY(!s.Dirty());
         s.BringFolderBack();
         QCOMPARE(s.Bytes(), before);
+    }
+
+    void TheFitManagerCarriesTheWordsOfTheTable()
+    {
+        Saved s;
+        s.Entry("mnuFitManager")->trigger();
+        QCOMPARE(s.Manager()->windowTitle(), QString("Fit Manager"));
+        const std::array<std::array<const char*, 3>, 4> words{{{"cmdLoad", "mnuLoad", "&Load Fit"},
+                                                               {"cmdDelete", "mnuDelete", "&Delete Fit"},
+                                                               {"cmdAdd", "mnuAdd", "&Add Current Fit"},
+                                                               {"cmdExit", "mnuExit", "&OK"}}};
+        for (const auto& [button, entry, text] : words) {
+            QCOMPARE(s.Button(button)->text(), QString(text));
+            QCOMPARE(s.Manager()->findChild<QAction*>(entry)->text(), QString(text));
+        }
+        QStringList heads;
+        for (int column = 0; column < s.Fits()->columnCount(); ++column)
+            heads += s.Fits()->horizontalHeaderItem(column)->text();
+        QCOMPARE(heads, QStringList({"Fit Name", "Model", "Fit", "Date", "Time"}));
     }
 
     void DeletingTheFitThatWasLoadedLeavesItOnTheScreen()

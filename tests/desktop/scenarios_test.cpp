@@ -117,6 +117,28 @@ private slots:
         QVERIFY(session.Cells().Selected() == GridSelection::At(kFirst, 1));
     }
 
+    void TheCommandsOfTheEditorCarryTheWordsOfTheTable()
+    {
+        Fitted session;
+        session.SetUp();
+        const std::pair<const char*, const char*> words[] = {{"mnuAddScenario", "&Add Scenario"},
+                                                             {"mnuDeleteScenario", "&Delete Scenario"},
+                                                             {"mnuAddRow", "Add Row"},
+                                                             {"mnuDeleteRow", "Delete Row"},
+                                                             {"mnuCopy", "&Copy"},
+                                                             {"mnuPaste", "&Paste"}};
+        for (const auto& [command, text] : words)
+            QCOMPARE(session.Command(command)->text(), QString(text));
+        QStringList menus;
+        for (const QMenu* menu : session.Editor().findChildren<QMenu*>())
+            menus += menu->title();
+        QVERIFY(menus.contains("&Projections") && menus.contains("&Edit"));
+        QStringList units;
+        for (int i = 0; i < session.Units().count(); ++i)
+            units += session.Units().itemText(i);
+        QCOMPARE(units, QStringList({"Effort", "Total Catch Weight", "Total Catch Numbers"}));
+    }
+
     void ValuesAreTypedAndAKeyBelowTheLastRowAddsOne()
     {
         Fitted session;
