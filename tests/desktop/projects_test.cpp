@@ -685,6 +685,33 @@ private slots:
         QCOMPARE(heads, QStringList({"Fit Name", "Model", "Fit", "Date", "Time"}));
     }
 
+    void AFitThatCannotBeLoadedIsToldAndLeavesNone()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(file.seek(bytes.indexOf("First") + 70)); // where the index says that the body begins
+        file.write(QByteArray("\xFF\xFF\xFF\x7F", 4));
+        file.close();
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuClose")->trigger();
+        s.Reopen();
+        s.Entry("mnuFitManager")->trigger();
+        s.user.messages.clear();
+        s.Button("cmdLoad")->click();
+        QVERIFY(s.user.messages.size() >= 2);
+        QCOMPARE(s.user.messages[0].text, std::string("Unable to Load Fit"));
+        QCOMPARE(s.user.messages[0].icon, Icon::Critical);
+        QVERIFY(QString::fromStdString(s.user.messages[1].text).startsWith("ReadObj Failure."));
+        QVERIFY(!s.window.objMeth().MethDefined());
+        QVERIFY(s.window.Graphs().Empty());
+        QCOMPARE(s.Panel("Status"), QString("Ready..."));
+        QVERIFY(!s.Entry("mnuNewParams")->isEnabled()); // nothing was loaded
+    }
+
     void DeletingTheFitThatWasLoadedLeavesItOnTheScreen()
     {
         Saved s;
