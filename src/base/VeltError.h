@@ -11,11 +11,9 @@ inline constexpr std::uint32_t kProgramErrorBase = 0x80040000U;
 /// The program's own failures, without the base.
 namespace errors
 {
-inline constexpr std::uint32_t kUnrecognisedFile = 2251;
-inline constexpr std::uint32_t kPageTooSmall = 2251; // the same number, deliberately
+inline constexpr std::uint32_t kPageTooSmall = 2251;
 inline constexpr std::uint32_t kReadObj = 2253;
 inline constexpr std::uint32_t kWriteObj = 2254;
-inline constexpr std::uint32_t kImportNoDescription = 2255;
 inline constexpr std::uint32_t kImportColumns = 2256;
 inline constexpr std::uint32_t kImportData = 2257;
 inline constexpr std::uint32_t kLegacyFile = 2258;
@@ -33,7 +31,6 @@ inline constexpr std::uint32_t kSubscript = 9;
 inline constexpr std::uint32_t kDivisionByZero = 11;
 inline constexpr std::uint32_t kInternal = 51; ///< raised by none of the program's own operations
 inline constexpr std::uint32_t kDevice = 57;   // a file or a printer that cannot be written to
-inline constexpr std::uint32_t kHourGlass = 13001;
 } // namespace errors
 
 /// The one exception of the program: what happened (`number`, `description`) and which operation says so

@@ -211,13 +211,12 @@ int LimitPosition(float level, int replicates)
 int ColumnOf(const ModelState& m, int parameter)
 {
     switch (parameter) {
-    case bs_param::kK:
-        return columns::PopWt;
+    case bs_param::kK: // of constant recruitment a number of animals
     case bs_param::kN1:
         return m.UsingNosFlag ? columns::PopNums : columns::PopWt;
     case bs_param::kMSY:
     case bs_param::kRYield:
-        return columns::TotCatchWt;
+        return m.UsingNosFlag ? columns::TotCatchNums : columns::TotCatchWt;
     default:
         return AxisMeasure::kNone;
     }

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace
 {
@@ -400,6 +402,23 @@ TEST_F(Histograms, OfOneReplicateCountIt)
     AddBootStrapHistos(m, boot, 0.025F, 0.975F);
     EXPECT_EQ(window.graphs[0]->XData()[0], 1.0);
     EXPECT_EQ(Counted(), 1.0);
+}
+
+// The stock and the yield of constant recruitment used to have the units of weights.
+TEST_F(Histograms, HaveTheMeasureOfTheModelsOwnUnit)
+{
+    m.BSFilled(bs_param::kRYield) = true;
+    const std::array<std::pair<bool, std::pair<int, int>>, 2> units{
+        {{true, {columns::PopNums, columns::TotCatchNums}}, {false, {columns::PopWt, columns::TotCatchWt}}}};
+    for (const auto& [numbers, expected] : units) {
+        m.UsingNosFlag = numbers;
+        window.graphs.clear();
+        Replicates(1);
+        AddBootStrapHistos(m, boot, 0.025F, 0.975F);
+        ASSERT_EQ(window.graphs.size(), 3U); // K, MSY and the replacement yield
+        EXPECT_EQ(window.graphs[0]->XMeasure().column, expected.first);
+        EXPECT_EQ(window.graphs[2]->XMeasure().column, expected.second);
+    }
 }
 
 TEST_F(Histograms, OfAProductionModelShowItsFiveParametersInOrder)

@@ -107,12 +107,13 @@ TEST(clsRecruitINdex, RecruitsJoinAtTheStartOfThePeriodBeforeItsCatch)
 
 TEST(clsRecruitINdex, APeriodExcludedByZeroEffortKeepsItsMeanButHasNoExpectedCatch)
 {
-    IndexBench bench(TableBuilder().Effort({2, 0, 4}).Catch({10, 20, 30}).Recruits({4, 8, 2}));
-    bench.model.m.EffMidPop(2) = 99.0;
+    IndexBench bench(TableBuilder().Effort({2, 0, 4, -1}).Catch({10, 20, 30, 5}).Recruits({4, 8, 2, 6}));
+    bench.model.m.EffMidPop(2) = bench.model.m.EffMidPop(4) = 99.0;
     Walk(bench, 1000.0, 10.0);
 
     EXPECT_NEAR(bench.model.m.MidPop(2), 157.5, 1e-4);
     EXPECT_EQ(bench.model.EffMidPop(2), 0.0);
+    EXPECT_EQ(bench.model.EffMidPop(4), 0.0); // nor one without a value for its effort
     EXPECT_NEAR(bench.model.EffMidPopSum(), 1157.5, 1e-3);
 }
 

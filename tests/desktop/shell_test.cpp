@@ -35,6 +35,108 @@
 #include <utility>
 #include <vector>
 
+namespace
+{
+/// What stands on each entry and on each menu, by its name.
+const std::vector<std::pair<const char*, const char*>> kEntries{
+    {"mnuNew", "&New"},
+    {"mnuOpen", "&Open"},
+    {"mnuSave", "&Save"},
+    {"mnuSaveAs", "Save &As"},
+    {"mnuPrint", "&Print"},
+    {"mnuTextExport", "&Text Export"},
+    {"mnuClose", "&Close"},
+    {"mnuExit", "E&xit"},
+    {"mnuEditMode", "Edit &Mode"},
+    {"mnuFileDescription", "Fil&e Description"},
+    {"mnuDeleteRow", "&Delete Row(s)"},
+    {"mnuInsertRow", "&Insert Row(s)"},
+    {"mnuDeleteColumn", "De&lete Column"},
+    {"mnuInsertColumn", "In&sert Column"},
+    {"mnuAddRow", "&Add Row(s)"},
+    {"mnuCut", "Cu&t"},
+    {"mnuCopy", "&Copy"},
+    {"mnuPaste", "&Paste"},
+    {"mnuFormat", "&Format"},
+    {"mnuNumber", "&Number"},
+    {"mnuDataPlots", "Data &Plots"},
+    {"mnuNewModel", "&New Fit"},
+    {"mnuNewParams", "New &Input Parameters"},
+    {"mnuParameters", "&View Parameters"},
+    {"mnuGenerateConfInts", "&Generate Conf. Ints"},
+    {"mnuDisplayConfInts", "&Display Conf. Ints."},
+    {"mnuFitManager", "&Fit Manager"},
+    {"mnuViewProj", "Set Up Scenarios"},
+    {"mnuProject", "&Project"},
+    {"mnuProjWithCI", "P&roject With Conf. Ints"},
+    {"mnuSettings", "&Settings"},
+    {"mnuHelpContents", "&Contents and Index"},
+    {"mnuAbout", "&About VELT 3.0"}};
+const std::vector<std::pair<const char*, const char*>> kMenus{{"mnuFile", "&File"},
+                                                              {"mnuEdit", "&Edit"},
+                                                              {"mnuData", "&Data"},
+                                                              {"mnuFit", "F&it"},
+                                                              {"mnuProjections", "&Projections"},
+                                                              {"mnuGraph", "&Graph"},
+                                                              {"mnuOptions", "&Options"},
+                                                              {"mnuHelp", "&Help"}};
+
+using Rule = std::function<bool(const RunState&)>;
+
+/// When each entry can be given, as it is written for the user.
+std::map<QString, Rule> Rules()
+{
+    const Rule always = [](const RunState&) { return true; };
+    const Rule open = [](const RunState& run) { return run.fileOpen; };
+    const Rule outside = [](const RunState& run) { return !run.editMode; };
+    const Rule working = [](const RunState& run) { return run.fileOpen && !run.editMode; };
+    const Rule editing = [](const RunState& run) { return run.fileOpen && run.editMode; };
+    const Rule graphs = [](const RunState& run) { return run.anyGraph; };
+    const auto both = [](const Rule& a, const Rule& b) {
+        return Rule([a, b](const RunState& run) { return a(run) && b(run); });
+    };
+    const Rule fitted = both(working, [](const RunState& run) { return run.fitDefined; });
+    const Rule projectable =
+        both(working, [](const RunState& run) { return run.projScenarios >= 1 && run.currMethType != 2; });
+
+    std::map<QString, Rule> rules{
+        {"mnuFile", outside},    {"mnuEdit", always},  {"mnuData", working},    {"mnuFit", working},
+        {"mnuOptions", outside}, {"mnuHelp", always},  {"mnuGraph", graphs},    {"mnuProjections", working},
+        {"mnuNew", outside},     {"mnuOpen", outside}, {"mnuEditMode", open},   {"mnuFileDescription", open},
+        {"mnuCopy", open},       {"mnuFormat", open},  {"mnuNumber", open},     {"mnuSettings", outside},
+        {"mnuTile", graphs},     {"mnuAbout", always}, {"mnuCascade", graphs},  {"mnuCloseAll", graphs},
+        {"mnuOverview", graphs}, {"mnuExit", always},  {"mnuNewModel", working}};
+    for (const char* name : {"mnuSave", "mnuSaveAs", "mnuClose", "mnuPrint", "mnuTextExport", "mnuDataPlots",
+                             "mnuColumnUnits", "mnuFitManager"})
+        rules[name] = working;
+    for (const char* name :
+         {"mnuCut", "mnuInsertColumn", "mnuDeleteColumn", "mnuAddRow", "mnuInsertRow", "mnuDeleteRow"})
+        rules[name] = editing;
+    rules["mnuPaste"] = both(editing, [](const RunState& run) { return run.clipboardHasText; });
+    for (const char* name : {"mnuViewProj", "mnuGenerateConfInts", "mnuDisplayConfInts", "mnuParameters"})
+        rules[name] = fitted;
+    rules["mnuNewParams"] = both(working, [](const RunState& run) { return run.fitEverMade; });
+    rules["mnuProject"] = both(fitted, projectable);
+    rules["mnuProjWithCI"] = both(projectable, [](const RunState& run) { return run.bootstrapsDone; });
+    return rules;
+}
+
+/// One of the 512 states that a run can be in, by its bits.
+RunState StateOf(unsigned state)
+{
+    const auto bit = [state](unsigned place) { return ((state >> place) & 1U) != 0; };
+    return {.editMode = bit(0),
+            .fileOpen = bit(1),
+            .fitDefined = bit(2),
+            .bootstrapsDone = bit(3),
+            .projScenarios = bit(4) ? 1 : 0,
+            .currMethType = bit(5) ? 2 : 5,
+            .fitEverMade = bit(6),
+            .anyGraph = bit(7),
+            .clipboardHasText = bit(8)};
+}
+} // namespace
+
 class shell_test : public QObject
 {
     Q_OBJECT
@@ -109,110 +211,22 @@ private slots:
 
     void TheEntriesCarryTheWordsOfTheTable()
     {
-        static const std::vector<std::pair<const char*, const char*>> entries{
-            {"mnuNew", "&New"},
-            {"mnuOpen", "&Open"},
-            {"mnuSave", "&Save"},
-            {"mnuSaveAs", "Save &As"},
-            {"mnuPrint", "&Print"},
-            {"mnuTextExport", "&Text Export"},
-            {"mnuClose", "&Close"},
-            {"mnuExit", "E&xit"},
-            {"mnuEditMode", "Edit &Mode"},
-            {"mnuFileDescription", "Fil&e Description"},
-            {"mnuDeleteRow", "&Delete Row(s)"},
-            {"mnuInsertRow", "&Insert Row(s)"},
-            {"mnuDeleteColumn", "De&lete Column"},
-            {"mnuInsertColumn", "In&sert Column"},
-            {"mnuAddRow", "&Add Row(s)"},
-            {"mnuCut", "Cu&t"},
-            {"mnuCopy", "&Copy"},
-            {"mnuPaste", "&Paste"},
-            {"mnuFormat", "&Format"},
-            {"mnuNumber", "&Number"},
-            {"mnuDataPlots", "Data &Plots"},
-            {"mnuNewModel", "&New Fit"},
-            {"mnuNewParams", "New &Input Parameters"},
-            {"mnuParameters", "&View Parameters"},
-            {"mnuGenerateConfInts", "&Generate Conf. Ints"},
-            {"mnuDisplayConfInts", "&Display Conf. Ints."},
-            {"mnuFitManager", "&Fit Manager"},
-            {"mnuViewProj", "Set Up Scenarios"},
-            {"mnuProject", "&Project"},
-            {"mnuProjWithCI", "P&roject With Conf. Ints"},
-            {"mnuSettings", "&Settings"},
-            {"mnuHelpContents", "&Contents and Index"},
-            {"mnuAbout", "&About VELT 3.0"}};
-        static const std::vector<std::pair<const char*, const char*>> menus{
-            {"mnuFile", "&File"},
-            {"mnuEdit", "&Edit"},
-            {"mnuData", "&Data"},
-            {"mnuFit", "F&it"},
-            {"mnuProjections", "&Projections"},
-            {"mnuGraph", "&Graph"},
-            {"mnuOptions", "&Options"},
-            {"mnuHelp", "&Help"}};
         Session session;
-        for (const auto& [name, words] : entries) {
+        for (const auto& [name, words] : kEntries) {
             QVERIFY2(session.Entry(name), name);
             QCOMPARE(session.Entry(name)->text(), QString(words));
         }
-        for (const auto& [name, words] : menus)
+        for (const auto& [name, words] : kMenus)
             QCOMPARE(session.Menu(name)->title(), QString(words));
     }
 
-    // Each rule as it is written for the user, asked in every state that the run can be in.
     void EveryEntryCanBeGivenExactlyWhenItsRuleHolds()
     {
-        using Rule = std::function<bool(const RunState&)>;
-        const Rule always = [](const RunState&) { return true; };
-        const Rule open = [](const RunState& run) { return run.fileOpen; };
-        const Rule outside = [](const RunState& run) { return !run.editMode; };
-        const Rule working = [](const RunState& run) { return run.fileOpen && !run.editMode; };
-        const Rule editing = [](const RunState& run) { return run.fileOpen && run.editMode; };
-        const Rule graphs = [](const RunState& run) { return run.anyGraph; };
-        const auto both = [](const Rule& a, const Rule& b) {
-            return Rule([a, b](const RunState& run) { return a(run) && b(run); });
-        };
-        const Rule fitted = both(working, [](const RunState& run) { return run.fitDefined; });
-        const Rule known = both(
-            working, [](const RunState& run) { return run.projScenarios >= 1 && run.currMethType != 2; });
-
-        std::map<QString, Rule> rules{
-            {"mnuFile", outside},     {"mnuEdit", always},         {"mnuData", working},
-            {"mnuFit", working},      {"mnuOptions", outside},     {"mnuHelp", always},
-            {"mnuGraph", graphs},     {"mnuProjections", working}, {"mnuNew", outside},
-            {"mnuOpen", outside},     {"mnuEditMode", open},       {"mnuFileDescription", open},
-            {"mnuCopy", open},        {"mnuFormat", open},         {"mnuNumber", open},
-            {"mnuSettings", outside}, {"mnuTile", graphs},         {"mnuAbout", always},
-            {"mnuCascade", graphs},   {"mnuCloseAll", graphs},     {"mnuOverview", graphs},
-            {"mnuExit", always},      {"mnuNewModel", working}};
-        for (const char* name : {"mnuSave", "mnuSaveAs", "mnuClose", "mnuPrint", "mnuTextExport",
-                                 "mnuDataPlots", "mnuColumnUnits", "mnuFitManager"})
-            rules[name] = working;
-        for (const char* name :
-             {"mnuCut", "mnuInsertColumn", "mnuDeleteColumn", "mnuAddRow", "mnuInsertRow", "mnuDeleteRow"})
-            rules[name] = editing;
-        rules["mnuPaste"] = both(editing, [](const RunState& run) { return run.clipboardHasText; });
-        for (const char* name : {"mnuViewProj", "mnuGenerateConfInts", "mnuDisplayConfInts", "mnuParameters"})
-            rules[name] = fitted;
-        rules["mnuNewParams"] = both(working, [](const RunState& run) { return run.fitEverMade; });
-        rules["mnuProject"] = both(fitted, known);
-        rules["mnuProjWithCI"] = both(known, [](const RunState& run) { return run.bootstrapsDone; });
-
+        const std::map<QString, Rule> rules = Rules();
         QMainWindow window;
         MainMenu menu(window);
         for (unsigned state = 0; state < 512; ++state) {
-            const auto bit = [state](unsigned place) { return ((state >> place) & 1U) != 0; };
-            const RunState run{.editMode = bit(0),
-                               .fileOpen = bit(1),
-                               .fitDefined = bit(2),
-                               .bootstrapsDone = bit(3),
-                               .projScenarios = bit(4) ? 1 : 0,
-                               .currMethType = bit(5) ? 2 : 5,
-                               .fitEverMade = bit(6),
-                               .anyGraph = bit(7),
-                               .clipboardHasText = bit(8)};
+            const RunState run = StateOf(state);
             menu.Apply(MenuStateOf(run));
             for (const auto& [name, rule] : rules) {
                 const auto* action = window.menuBar()->findChild<QAction*>(name);
