@@ -71,18 +71,28 @@ void Click(QDialog& form, const char* button)
     form.findChild<QPushButton*>(QString::fromLatin1(button))->click();
 }
 
-/// The words of the next message box, which is then closed.
-QString AnswerTheNextBox(const std::function<void()>& command)
-{
+struct Box {
     QString words;
-    QTimer::singleShot(0, [&words] {
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+};
+
+/// What the next message box says, which is then closed.
+Box AnswerTheNextBox(const std::function<void()>& command)
+{
+    Box seen;
+    QTimer::singleShot(0, [&seen] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            words = box->text();
+            seen = {.words = box->text(), .icon = box->icon()};
             box->accept();
         }
     });
     command();
-    return words;
+    return seen;
+}
+
+Box AnswerTheBoxOf(PlotWindow& window, const char* command)
+{
+    return AnswerTheNextBox([&] { window.findChild<QAction*>(QString::fromLatin1(command))->trigger(); });
 }
 
 /// Four years: two in the fit, one out of it, one that is not drawn.
@@ -423,6 +433,22 @@ private slots:
         QCOMPARE(edited.count(), 1);
     }
 
+    void ADialogThatIsCancelledLeavesTheZoomAsItWas()
+    {
+        frmModelGraph graph(Cpue());
+        const QCPRange whole = graph.Plot().yAxis->range();
+        graph.Plot().xAxis->setRange(2001, 2002);
+        graph.Plot().yAxis->setRange(5, 12);
+        Edit(graph, [&](frmGraphEdit& form) {
+            QCOMPARE(form.findChild<QLineEdit*>("txtLowY")->text(), QString("0")); // the graph's own range
+            Click(form, "cmdCancel");
+        });
+        QCOMPARE(graph.Plot().xAxis->range(), QCPRange(2001, 2002));
+        QCOMPARE(graph.Plot().yAxis->range(), QCPRange(5, 12));
+        graph.ResetZoom();
+        QCOMPARE(graph.Plot().yAxis->range(), whole);
+    }
+
     void AnEditOutlivesATogglingAndTheHighlightThatIsNotSeen()
     {
         frmModelGraph graph(Cpue());
@@ -489,16 +515,28 @@ private slots:
         QCOMPARE(graph.Plot().xAxis->range(), QCPRange(1, 3));
     }
 
+    // Deliberate: the copy of a projection is told in an exclamation box, that of a model's graph is not.
+    void TheCopiedDataOfAProjectionAreToldInAnExclamationBox()
+    {
+        frmProjGraph projection(Projection());
+        const Box ofProjection = AnswerTheBoxOf(projection, "CopyData");
+        QCOMPARE(ofProjection.words, QString("Data Copied to Clipboard"));
+        QCOMPARE(ofProjection.icon, QMessageBox::Warning);
+        QCOMPARE(AnswerTheBoxOf(projection, "CopyGraph").icon, QMessageBox::Information);
+        frmModelGraph graph(Cpue());
+        QCOMPARE(AnswerTheBoxOf(graph, "CopyData").icon, QMessageBox::Information);
+    }
+
     void DataThatCannotBeCopiedAreSaid()
     {
         frmModelGraph graph(Cpue());
         graph.CopiesBy([](const QString&) { return false; });
-        QCOMPARE(AnswerTheNextBox([&] { graph.findChild<QAction*>("CopyData")->trigger(); }),
-                 QString("Unable to Copy Data to Clipboard"));
+        QCOMPARE(AnswerTheBoxOf(graph, "CopyData").words, QString("Unable to Copy Data to Clipboard"));
         frmProjGraph projection(Projection());
         projection.CopiesBy([](const QString&) -> bool { RaiseSubscript(); });
-        QCOMPARE(AnswerTheNextBox([&] { projection.findChild<QAction*>("CopyData")->trigger(); }),
-                 QString("Unable to Copy Data to Clipboard"));
+        const Box box = AnswerTheBoxOf(projection, "CopyData");
+        QCOMPARE(box.words, QString("Unable to Copy Data to Clipboard"));
+        QCOMPARE(box.icon, QMessageBox::Warning);
     }
 };
 
