@@ -15,7 +15,6 @@
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QMessageBox>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QToolBar>
@@ -116,17 +115,17 @@ QAction* PlotWindow::AddButton(const char* name, const QString& caption, int tip
     return action;
 }
 
-void PlotWindow::AddCopyData(std::function<std::string()> text)
+void PlotWindow::AddCopyData(std::function<std::string()> text, QMessageBox::Icon success)
 {
     connect(AddButton("CopyData", tr("Copy &Data"), kCopyData), &QAction::triggered, this,
-            [this, text = std::move(text)] {
+            [this, text = std::move(text), success] {
                 bool copied = false;
                 try {
                     copied = m_putText(QString::fromStdString(text()));
                 } catch (const VeltError&) {
                     copied = false;
                 }
-                Tell(copied ? kDataCopied : kDataNotCopied);
+                Tell(copied ? kDataCopied : kDataNotCopied, copied ? success : QMessageBox::Warning);
             });
 }
 
@@ -138,9 +137,9 @@ QAction* PlotWindow::AddCommand(const char* name, const QString& caption)
     return action;
 }
 
-void PlotWindow::Tell(int textId)
+void PlotWindow::Tell(int textId, QMessageBox::Icon icon)
 {
-    QMessageBox::information(this, tr("VELT 3.0"), Words(textId));
+    QMessageBox(icon, tr("VELT 3.0"), Words(textId), QMessageBox::Ok, this).exec();
 }
 
 QString PlotWindow::StatusText() const
@@ -196,13 +195,15 @@ void PlotWindow::PrintGraph()
 void PlotWindow::CopyPicture()
 {
     QGuiApplication::clipboard()->setImage(PlotImage(*m_plot, m_plot->size()));
-    Tell(kGraphCopied);
+    Tell(kGraphCopied, QMessageBox::Information);
 }
 
 void PlotWindow::EditGraph()
 {
     GraphTitles& titles = Titles();
     const GraphEdit before{.title = titles.UserTitle(), .look = titles.Look()};
+    const QCPRange seenX = m_plot->xAxis->range();
+    const QCPRange seenY = m_plot->yAxis->range();
     const auto show = [&](const GraphEdit& edit) {
         titles.UserTitle(edit.title);
         titles.Look(edit.look);
@@ -221,6 +222,8 @@ void PlotWindow::EditGraph()
          .surface = IsSurface()},
         before, this);
     show(before);
+    m_plot->xAxis->setRange(seenX); // a dialog that is cancelled leaves the zoom too
+    m_plot->yAxis->setRange(seenY);
     form.AppliesBy([&](const GraphEdit& edit) {
         show(edit);
         emit Edited();

@@ -3,6 +3,7 @@
 
 #include "views/AskPrinter.h"
 
+#include <QMessageBox>
 #include <QString>
 #include <QWidget>
 #include <qcustomplot.h>
@@ -57,9 +58,10 @@ protected:
     /// menu.
     QAction* AddButton(const char* name, const QString& caption, int tipId);
     /// The button that copies `text`() as data. What fails, in `text` or on the clipboard, is told.
-    void AddCopyData(std::function<std::string()> text);
-    /// Shows the text `textId` of the string table as an information.
-    void Tell(int textId);
+    /// \param success  the icon beside the word that the data are copied
+    void AddCopyData(std::function<std::string()> text, QMessageBox::Icon success);
+    /// Shows the text `textId` of the string table.
+    void Tell(int textId, QMessageBox::Icon icon);
     /// Takes the ranges of now as those that a reset goes back to.
     void RememberRanges();
     /// What the status line says for the cursor at `position`, in pixels of the plot, inside the axes.

@@ -21,7 +21,7 @@ frmModelGraph::frmModelGraph(std::shared_ptr<ModelGraph> graph, QWidget* parent)
     : PlotWindow(QStringLiteral("mgphPlot"), parent), m_graph(std::move(graph))
 {
     setObjectName(QStringLiteral("frmModelGraph"));
-    AddCopyData([this] { return m_graph->CopiedText(); });
+    AddCopyData([this] { return m_graph->CopiedText(); }, QMessageBox::Information);
     if (m_graph->TakesClicks())
         ListenToClicks();
     frmModelGraph::Redraw();

@@ -34,7 +34,8 @@ frmProjGraph::frmProjGraph(std::shared_ptr<ProjGraph> graph, QWidget* parent)
 
 void frmProjGraph::AddButtons()
 {
-    AddCopyData([this] { return m_graph->CopiedText(); });
+    // An exclamation, where a model's graph has an information. Deliberate.
+    AddCopyData([this] { return m_graph->CopiedText(); }, QMessageBox::Warning);
     QAction* fit = AddButton("WithFit", Words(kIncludeFit), kIncludeFitTip);
     fit->setCheckable(true);
     fit->setChecked(m_graph->WithFit());

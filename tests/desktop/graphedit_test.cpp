@@ -71,18 +71,28 @@ void Click(QDialog& form, const char* button)
     form.findChild<QPushButton*>(QString::fromLatin1(button))->click();
 }
 
-/// The words of the next message box, which is then closed.
-QString AnswerTheNextBox(const std::function<void()>& command)
-{
+struct Box {
     QString words;
-    QTimer::singleShot(0, [&words] {
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+};
+
+/// What the next message box says, which is then closed.
+Box AnswerTheNextBox(const std::function<void()>& command)
+{
+    Box seen;
+    QTimer::singleShot(0, [&seen] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            words = box->text();
+            seen = {.words = box->text(), .icon = box->icon()};
             box->accept();
         }
     });
     command();
-    return words;
+    return seen;
+}
+
+Box AnswerTheBoxOf(PlotWindow& window, const char* command)
+{
+    return AnswerTheNextBox([&] { window.findChild<QAction*>(QString::fromLatin1(command))->trigger(); });
 }
 
 /// Four years: two in the fit, one out of it, one that is not drawn.
@@ -119,6 +129,60 @@ std::shared_ptr<ProjGraph> Projection()
         graph->ErrorPlus(i, 130.0F);
     }
     return graph;
+}
+
+/// Four classes of bootstraps.
+std::shared_ptr<ModelGraph> Histogram()
+{
+    auto graph = std::make_shared<ModelGraph>();
+    graph->Create(4);
+    graph->Type(GraphType::Histogram);
+    graph->YTitle("Frequency");
+    graph->XData(std::vector<double>{1, 2, 3, 4});
+    graph->YData(std::vector<double>{5, 9, 4, 1});
+    return graph;
+}
+
+/// Residuals of four years: two in the fit, one out of it, with limits.
+std::shared_ptr<ModelGraph> Residuals()
+{
+    auto graph = Cpue();
+    graph->Type(GraphType::Residuals);
+    graph->UCI(30.0F);
+    graph->LCI(-30.0F);
+    return graph;
+}
+
+/// Chooses in the box of that accessible name, as "Line of Limits".
+void ChooseOf(QDialog& form, const QString& what, const QString& entry)
+{
+    for (QComboBox* box : form.findChildren<QComboBox*>())
+        if (box->accessibleName() == what)
+            return Choose(form, qPrintable(box->objectName()), entry);
+    QFAIL(qPrintable(what));
+}
+
+/// What the colour dialog of each series would begin with, and which boxes its row has.
+struct Rows {
+    QList<QColor> colours;
+    QList<bool> symbols, lines;
+};
+
+Rows RowsOf(PlotWindow& window)
+{
+    Rows rows;
+    Edit(window, [&](frmGraphEdit& form) {
+        form.ColourChosenBy([&](const QColor& now) {
+            rows.colours += now;
+            return QColor();
+        });
+        for (int i = 1; form.findChild<QPushButton*>(QStringLiteral("cmdColour%1").arg(i)); ++i) {
+            Click(form, qPrintable(QStringLiteral("cmdColour%1").arg(i)));
+            rows.symbols += form.findChild<QComboBox*>(QStringLiteral("cmbSymbol%1").arg(i))->isEnabled();
+            rows.lines += form.findChild<QComboBox*>(QStringLiteral("cmbLine%1").arg(i))->isEnabled();
+        }
+    });
+    return rows;
 }
 
 QCPGraph* Named(const QCustomPlot& plot, const QString& name)
@@ -374,6 +438,121 @@ private slots:
         QCOMPARE(included->scatterStyle().brush().color(), plot_style::kIncluded);
     }
 
+    void EverySymbolOfTheListIsDrawnFilledOrHollowInTheSizeOfTheFormerOne()
+    {
+        using Style = QCPScatterStyle;
+        const struct {
+            const char* name;
+            Style::ScatterShape shape;
+            bool filled;
+        } all[] = {{"None", Style::ssNone, false},
+                   {"Circle", Style::ssCircle, false},
+                   {"Circle, filled", Style::ssCircle, true},
+                   {"Square", Style::ssSquare, false},
+                   {"Square, filled", Style::ssSquare, true},
+                   {"Triangle", Style::ssTriangle, false},
+                   {"Triangle, filled", Style::ssTriangle, true},
+                   {"Diamond", Style::ssDiamond, false},
+                   {"Diamond, filled", Style::ssDiamond, true},
+                   {"Cross", Style::ssCross, false},
+                   {"Plus", Style::ssPlus, false}};
+        frmProjGraph graph(Projection());
+        const double size = Named(graph.Plot(), "Half the effort")->scatterStyle().size();
+        const QColor colour = Named(graph.Plot(), "Half the effort")->pen().color();
+        for (const auto& each : all) {
+            Edit(graph, [&](frmGraphEdit& form) {
+                Choose(form, "cmbSymbol1", each.name); // of the scenario
+                Choose(form, "cmbSymbol2", each.name); // of the fit, which has none by itself
+                Click(form, "cmdOK");
+            });
+            const Style style = Named(graph.Plot(), "Half the effort")->scatterStyle();
+            QCOMPARE(style.shape(), each.shape);
+            QCOMPARE(style.brush().color(), each.filled ? colour : QColor(Qt::white));
+            QCOMPARE(style.size(), size);
+            QCOMPARE(Named(graph.Plot(), "Fit")->scatterStyle().size(), plot_style::Pixels(6.5));
+        }
+    }
+
+    void EveryLineOfTheListIsDrawnInTheWidthOfTheFormerOne()
+    {
+        const std::pair<const char*, Qt::PenStyle> all[] = {{"Solid", Qt::SolidLine},
+                                                            {"Dashed", Qt::DashLine},
+                                                            {"Dotted", Qt::DotLine},
+                                                            {"Dash-dot", Qt::DashDotLine}};
+        frmModelGraph graph(Residuals());
+        const double width = Named(graph.Plot(), "Limits")->pen().widthF();
+        QVERIFY(width != plot_style::Pixels(2.0));
+        for (const auto& [name, style] : all) {
+            Edit(graph, [name = name](frmGraphEdit& form) {
+                ChooseOf(form, "Line of Limits", name);
+                ChooseOf(form, "Line of Observed (Included)", name); // which has none by itself
+                Click(form, "cmdOK");
+            });
+            for (int i = 0; i < graph.Plot().graphCount(); ++i) // both limits
+                if (graph.Plot().graph(i)->name() == "Limits") {
+                    QCOMPARE(graph.Plot().graph(i)->pen().style(), style);
+                    QCOMPARE(graph.Plot().graph(i)->pen().widthF(), width);
+                }
+            const QCPGraph* points = Named(graph.Plot(), "Observed (Included)");
+            QCOMPARE(points->lineStyle(), QCPGraph::lsLine);
+            QCOMPARE(points->pen().style(), style);
+            QCOMPARE(points->pen().color(), plot_style::kIncluded);
+            QCOMPARE(points->pen().widthF(), plot_style::Pixels(2.0));
+        }
+        Edit(graph, [](frmGraphEdit& form) {
+            ChooseOf(form, "Line of Limits", "None");
+            Click(form, "cmdOK");
+        });
+        for (int i = 0; i < graph.Plot().graphCount(); ++i)
+            QVERIFY(graph.Plot().graph(i)->name() != "Limits" ||
+                    graph.Plot().graph(i)->lineStyle() == QCPGraph::lsNone);
+    }
+
+    void AColourIsChosenFromTheOneThatIsSeen()
+    {
+        frmModelGraph graph(Cpue());
+        QCOMPARE(RowsOf(graph).colours,
+                 (QList<QColor>{plot_style::kExpected, plot_style::kExcluded, plot_style::kIncluded}));
+        frmModelGraph bars(Histogram());
+        const Rows rows = RowsOf(bars);
+        QCOMPARE(rows.colours, (QList<QColor>{plot_style::kHistogram, plot_style::kLimits}));
+        QCOMPARE(rows.symbols, (QList<bool>{false, true})); // bars have neither symbols nor lines
+        QCOMPARE(rows.lines, (QList<bool>{false, true}));
+    }
+
+    void AHollowSymbolStaysWhiteInsideInAnotherColour()
+    {
+        frmProjGraph graph(Projection());
+        Edit(graph, [](frmGraphEdit& form) {
+            form.ColourChosenBy([](const QColor&) { return QColor(200, 0, 0); });
+            Click(form, "cmdColour1");
+            Click(form, "cmdOK");
+        });
+        const QCPScatterStyle symbol = Named(graph.Plot(), "Half the effort")->scatterStyle();
+        QCOMPARE(symbol.pen().color(), QColor(200, 0, 0));
+        QCOMPARE(symbol.brush().color(), QColor(Qt::white));
+    }
+
+    void SymbolsAndLinesOfASeriesAreNotThoseOfItsLimits()
+    {
+        frmProjGraph graph(Projection());
+        Edit(graph, [](frmGraphEdit& form) {
+            Choose(form, "cmbSymbol1", "Cross");
+            Choose(form, "cmbLine1", "Dashed");
+            Click(form, "cmdOK");
+        });
+        int edges = 0;
+        for (int i = 0; i < graph.Plot().graphCount(); ++i) {
+            const QCPGraph& each = *graph.Plot().graph(i);
+            if (each.name() != "Half the effort" || &each == Named(graph.Plot(), "Half the effort"))
+                continue;
+            ++edges;
+            QVERIFY(each.scatterStyle().isNone());
+            QCOMPARE(each.pen().style(), Qt::NoPen);
+        }
+        QCOMPARE(edges, 2);
+    }
+
     void LimitsFollowTheColourOfTheirLineAndStayTransparent()
     {
         frmProjGraph graph(Projection());
@@ -394,6 +573,138 @@ private slots:
         QCOMPARE(band(), QColor(200, 0, 0, alpha));
         QCOMPARE(Named(graph.Plot(), "Half the effort")->pen().color(), QColor(200, 0, 0));
         QCOMPARE(Named(graph.Plot(), "Fit")->pen().color(), plot_style::kExpected);
+    }
+
+    void WhatWasChosenStandsInTheDialogAgain()
+    {
+        frmModelGraph graph(Cpue());
+        Edit(graph, [](frmGraphEdit& form) {
+            form.ColourChosenBy([](const QColor&) { return QColor(1, 2, 3); });
+            Click(form, "cmdColour1");
+            Choose(form, "cmbSymbol1", "Circle");
+            Choose(form, "cmbLine1", "None");
+            Tick(form, "chkLegend", false);
+            Tick(form, "chkAutomaticY", false);
+            Enter(form, "txtLowY", "1.23456789");
+            Enter(form, "txtHighY", "98.7654321");
+            Enter(form, "txtXTitle", "Season");
+            Click(form, "cmdOK");
+        });
+        const GraphLook look = graph.Graph().Look();
+        QCOMPARE(look.series.at("Expected").colour, std::optional<std::uint32_t>(0x010203));
+        Edit(graph, [](frmGraphEdit& form) {
+            QCOMPARE(form.findChild<QPushButton*>("cmdColour1")->text(), QString("#010203"));
+            QCOMPARE(form.findChild<QPushButton*>("cmdColour2")->text(), QString("As drawn"));
+            QCOMPARE(form.findChild<QComboBox*>("cmbSymbol1")->currentText(), QString("Circle"));
+            QCOMPARE(form.findChild<QComboBox*>("cmbLine1")->currentText(), QString("None"));
+            QCOMPARE(form.findChild<QComboBox*>("cmbSymbol2")->currentText(), QString("As drawn"));
+            QVERIFY(!form.findChild<QCheckBox*>("chkLegend")->isChecked());
+            QCOMPARE(form.findChild<QLineEdit*>("txtLowY")->text(), QString("1.23456789"));
+            QCOMPARE(form.findChild<QLineEdit*>("txtHighY")->text(), QString("98.7654321"));
+            QVERIFY(form.findChild<QLineEdit*>("txtHighY")->isEnabled());
+            QCOMPARE(form.findChild<QLineEdit*>("txtXTitle")->text(), QString("Season"));
+            form.ColourChosenBy([](const QColor& now) {
+                return now == QColor(1, 2, 3) ? QColor() : QColor(9, 9, 9); // it begins with the one chosen
+            });
+            Click(form, "cmdColour1");
+            Click(form, "cmdOK");
+        });
+        QVERIFY(graph.Graph().Look() == look);
+    }
+
+    void AChoiceIsTakenBackByChoosingAsDrawn()
+    {
+        frmModelGraph graph(Cpue());
+        for (const char* symbol : {"Cross", "As drawn"})
+            Edit(graph, [symbol](frmGraphEdit& form) {
+                Choose(form, "cmbSymbol2", symbol);
+                Click(form, "cmdOK");
+            });
+        QVERIFY(graph.Graph().Look() == GraphLook{});
+    }
+
+    void TheRangesOfAGraphAreShownInSixDigits()
+    {
+        frmModelGraph graph(Cpue());
+        graph.Graph().XData(std::vector<double>{1000001.0 / 3.0, 400000, 500000, 600000});
+        graph.Redraw();
+        const QCPRange x = graph.Plot().xAxis->range();
+        Edit(graph, [&](frmGraphEdit& form) {
+            const auto close = [&](const char* box, double end) {
+                const QString shown = form.findChild<QLineEdit*>(QString::fromLatin1(box))->text();
+                return shown.size() <= 7 && std::abs(shown.toDouble() - end) <= 5e-6 * std::abs(end);
+            };
+            QVERIFY(close("txtLowX", x.lower));
+            QVERIFY(close("txtHighX", x.upper));
+        });
+    }
+
+    void ARefusalGoesWhenTheEntryIsMendedAndWithTheDefaults()
+    {
+        frmModelGraph graph(Cpue());
+        Edit(graph, [](frmGraphEdit& form) {
+            const auto* refusal = form.findChild<QLabel*>("lblRefusal");
+            for (const char* mends : {"cmdApply", "cmdDefaults"}) {
+                Tick(form, "chkAutomaticX", false);
+                Enter(form, "txtLowX", "few");
+                Click(form, "cmdApply");
+                QVERIFY(refusal->isVisible());
+                Enter(form, "txtLowX", "1990");
+                Click(form, mends);
+                QVERIFY2(!refusal->isVisible(), mends);
+            }
+        });
+    }
+
+    void OfTwoRangesThatAreNoneTheFirstIsRefused()
+    {
+        frmModelGraph graph(Cpue());
+        Edit(graph, [](frmGraphEdit& form) {
+            for (const char* end : {"X", "Y"}) {
+                Tick(form, qPrintable(QString("chkAutomatic") + end), false);
+                Enter(form, qPrintable(QString("txtLow") + end), "5");
+                Enter(form, qPrintable(QString("txtHigh") + end), "5");
+            }
+            Click(form, "cmdOK");
+            QCOMPARE(form.focusWidget()->objectName(), QString("txtHighX"));
+            QCOMPARE(form.findChild<QLabel*>("lblRefusal")->text(),
+                     QString("The upper end of a range must be above its lower end."));
+        });
+    }
+
+    void TheDefaultsForgetALineThatIsNotSeenToo()
+    {
+        frmModelGraph graph(Cpue());
+        graph.Graph().HighlightPoint(ModelGraph::kIncluded, 1);
+        graph.Refresh();
+        Edit(graph, [](frmGraphEdit& form) {
+            Choose(form, "cmbSymbol4", "Plus"); // the highlight
+            Click(form, "cmdOK");
+        });
+        graph.Graph().StopInterrogate();
+        graph.Refresh();
+        QCOMPARE(graph.Graph().Look().series.count("Highlighted"), 1U);
+        Edit(graph, [](frmGraphEdit& form) {
+            Click(form, "cmdDefaults");
+            Click(form, "cmdOK");
+        });
+        QVERIFY(graph.Graph().Look() == GraphLook{});
+    }
+
+    void ALineWithoutANameHasNothingToChoose()
+    {
+        auto line = Cpue();
+        line->Type(GraphType::Line);
+        line->YTitle("");
+        frmModelGraph graph(line);
+        QVERIFY(RowsOf(graph).colours.isEmpty());
+    }
+
+    void AGraphWithoutPointsGetsNoGridLines()
+    {
+        frmModelGraph graph(std::make_shared<ModelGraph>());
+        QVERIFY(!graph.Plot().xAxis->grid()->visible());
+        QVERIFY(!graph.Plot().yAxis->grid()->visible());
     }
 
     void ACancelledColourIsNoChoice()
@@ -421,6 +732,22 @@ private slots:
         });
         QCOMPARE(TitleOf(graph), QString("Applied"));
         QCOMPARE(edited.count(), 1);
+    }
+
+    void ADialogThatIsCancelledLeavesTheZoomAsItWas()
+    {
+        frmModelGraph graph(Cpue());
+        const QCPRange whole = graph.Plot().yAxis->range();
+        graph.Plot().xAxis->setRange(2001, 2002);
+        graph.Plot().yAxis->setRange(5, 12);
+        Edit(graph, [&](frmGraphEdit& form) {
+            QCOMPARE(form.findChild<QLineEdit*>("txtLowY")->text(), QString("0")); // the graph's own range
+            Click(form, "cmdCancel");
+        });
+        QCOMPARE(graph.Plot().xAxis->range(), QCPRange(2001, 2002));
+        QCOMPARE(graph.Plot().yAxis->range(), QCPRange(5, 12));
+        graph.ResetZoom();
+        QCOMPARE(graph.Plot().yAxis->range(), whole);
     }
 
     void AnEditOutlivesATogglingAndTheHighlightThatIsNotSeen()
@@ -489,16 +816,30 @@ private slots:
         QCOMPARE(graph.Plot().xAxis->range(), QCPRange(1, 3));
     }
 
+    // Deliberate: the copy of a projection is told in an exclamation box, that of a model's graph is not.
+    void TheCopiedDataOfAProjectionAreToldInAnExclamationBox()
+    {
+        frmProjGraph projection(Projection());
+        const Box ofProjection = AnswerTheBoxOf(projection, "CopyData");
+        QCOMPARE(ofProjection.words, QString("Data Copied to Clipboard"));
+        QCOMPARE(ofProjection.icon, QMessageBox::Warning);
+        QCOMPARE(AnswerTheBoxOf(projection, "CopyGraph").icon, QMessageBox::Information);
+        frmModelGraph graph(Cpue());
+        QCOMPARE(AnswerTheBoxOf(graph, "CopyData").icon, QMessageBox::Information);
+    }
+
     void DataThatCannotBeCopiedAreSaid()
     {
         frmModelGraph graph(Cpue());
         graph.CopiesBy([](const QString&) { return false; });
-        QCOMPARE(AnswerTheNextBox([&] { graph.findChild<QAction*>("CopyData")->trigger(); }),
-                 QString("Unable to Copy Data to Clipboard"));
+        const Box ofGraph = AnswerTheBoxOf(graph, "CopyData");
+        QCOMPARE(ofGraph.words, QString("Unable to Copy Data to Clipboard"));
+        QCOMPARE(ofGraph.icon, QMessageBox::Warning);
         frmProjGraph projection(Projection());
         projection.CopiesBy([](const QString&) -> bool { RaiseSubscript(); });
-        QCOMPARE(AnswerTheNextBox([&] { projection.findChild<QAction*>("CopyData")->trigger(); }),
-                 QString("Unable to Copy Data to Clipboard"));
+        const Box box = AnswerTheBoxOf(projection, "CopyData");
+        QCOMPARE(box.words, QString("Unable to Copy Data to Clipboard"));
+        QCOMPARE(box.icon, QMessageBox::Warning);
     }
 };
 

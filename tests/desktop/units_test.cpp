@@ -2,6 +2,7 @@
 // The units of the columns: typed, kept for their project, shown on the axes.
 #include "desktop/Session.h"
 #include "shell/ColumnUnits.h"
+#include "shell/DesktopSettings.h"
 #include "views/frmOverview.h"
 
 #include <QDialog>
@@ -16,9 +17,10 @@ namespace
 {
 /// The sample of 25 periods (total catch, effort and catch in numbers), saved as a project of its own.
 struct Saved : Session {
-    Saved()
+    explicit Saved(const char* name = "stock.vl3")
     {
-        user.filesToSave = {Path("stock.vl3")};
+        if (name != nullptr)
+            user.filesToSave = {Path(name)};
         Open();
     }
     std::string Path(const char* name) const
@@ -54,6 +56,14 @@ struct Saved : Session {
     }
     QTemporaryDir folder;
 };
+
+/// Under how many names the desktop keeps units.
+qsizetype Kept()
+{
+    QSettings settings = DesktopSettings();
+    settings.beginGroup("units");
+    return settings.allKeys().size();
+}
 
 constexpr const char* kCpue = "Expected and Observed CPUE";
 constexpr const char* kCatch = "Expected and Observed Catch";
@@ -117,11 +127,49 @@ private slots:
         ColumnUnits units;
         units.Typed(columns::TotCatchWt, "t");
         units.Typed(columns::TotCatchNums, "fish");
+        units.Typed(columns::CatchNums, "1000 fish");
+        QCOMPARE(units.Of({.column = columns::ExpCatchNums}), std::string("1000 fish"));
         QCOMPARE(units.Of({.column = columns::PopWt}), std::string("t"));
         QCOMPARE(units.Of({.column = columns::PopNums}), std::string("fish"));
         QCOMPARE(units.Of({.column = columns::ExpCatchWt}), std::string());
         QCOMPARE(units.Of({.column = AxisMeasure::kNone}), std::string());
         QCOMPARE(units.Of({.column = columns::ObsCPUE}), std::string());
+    }
+
+    void TheLastOfTheUsersColumnsHasAUnitToo()
+    {
+        ColumnUnits units;
+        units.Typed(columns::RecruitIndex, "larvae / haul");
+        QCOMPARE(units.Of({.column = columns::RecruitIndex}), std::string("larvae / haul"));
+    }
+
+    void AProjectWithoutUnitsTakesThoseOfTheFormerOneAway()
+    {
+        ColumnUnits units;
+        units.Typed(columns::CatchWt, "t");
+        units.Load("/no/such/project.vl3");
+        QCOMPARE(units.Typed(columns::CatchWt), std::string());
+    }
+
+    void UnitsThatAreTakenBackLeaveNothingInTheSettings()
+    {
+        Saved session("alone.vl3");
+        const qsizetype before = Kept();
+        session.Units({{columns::CatchNums, "fish"}});
+        QCOMPARE(Kept(), before + 1);
+        session.Units({{columns::CatchNums, ""}});
+        QCOMPARE(Kept(), before);
+    }
+
+    void ATableThatIsNoProjectYetKeepsItsUnitsUntilTheFirstSave()
+    {
+        Saved session(nullptr); // Save As is cancelled
+        const qsizetype before = Kept();
+        session.Units({{columns::CatchNums, "fish"}});
+        QCOMPARE(Kept(), before);
+        session.user.filesToSave = {session.Path("later.vl3")};
+        session.Entry("mnuSaveAs")->trigger();
+        QCOMPARE(Kept(), before + 1);
     }
 
     void TheResidualsOfLogarithmsKeepTheirs()
@@ -134,6 +182,12 @@ private slots:
         units.Apply(graph);
         QCOMPARE(graph.XUnit(), std::string("t"));
         QCOMPARE(graph.YUnit(), std::string("ln"));
+        GraphTitles turned;
+        turned.XUnit("ln");
+        turned.YMeasure({.column = columns::CatchWt});
+        units.Apply(turned);
+        QCOMPARE(turned.XUnit(), std::string("ln"));
+        QCOMPARE(turned.YUnit(), std::string("t"));
     }
 
     void UnitsComeBackWithTheirProjectAndNeverInAnother()
