@@ -105,10 +105,11 @@ bool HelpCommands::eventFilter(QObject* watched, QEvent* event)
     // Windows of the system see a key first and pass it on to the widget that has the focus.
     if (!watched->isWidgetType() || !IsHelpKey(*event))
         return false;
+    const std::string topic = TopicOf(qobject_cast<QWidget*>(watched));
+    // An open menu or list would keep the mouse.
     while (QWidget* popup = QApplication::activePopupWidget())
         if (!popup->close())
-            break; // an open menu or list would keep the mouse
-    const QWidget* over = QApplication::activeWindow();
-    ShowTopic(TopicOf(over ? over : qobject_cast<QWidget*>(watched)));
+            break;
+    ShowTopic(topic);
     return true;
 }

@@ -22,6 +22,7 @@
 #include <QScopeGuard>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QToolButton>
 #include <QWindow>
 
 #include <functional>
@@ -212,7 +213,7 @@ private slots:
     void F1InAnOpenMenuClosesItAndOpensThePageOfItsWindow()
     {
         Desk desk;
-        desk.Activate();
+        desk.window.Help().ShowTopic(help_topics::kOptions); // a window that comes new closes menus by itself
         desk.Menu("mnuFile")->popup(QPoint(0, 0));
         QTest::keyClick(desk.Menu("mnuFile"), Qt::Key_F1);
         QVERIFY(!desk.Menu("mnuFile")->isVisible());
@@ -404,6 +405,12 @@ private slots:
         QTest::keyClick(line, Qt::Key_Return);
         const int first = page->textCursor().position();
         QCOMPARE(page->textCursor().selectedText().toLower(), QString("the"));
+        QTest::keyClick(line, Qt::Key_F3);
+        QVERIFY(page->textCursor().position() > first);
+        QTest::keyClick(line, Qt::Key_F3, Qt::ShiftModifier);
+        QCOMPARE(page->textCursor().position(), first);
+        QTest::mouseClick(desk.reader.The<QToolButton>("cmdFindNext"), Qt::LeftButton);
+        QVERIFY(page->textCursor().position() > first);
         int rounds = 0;
         do {
             QTest::keyClick(line, Qt::Key_Return);

@@ -61,15 +61,16 @@ say "velt-batch"
     --columns "Tot_Catch_Nums=Tot. Catch Nums,Effort_=Effort" --model no-recruitment --m 0 >"$work/report"
 grep -q N1 "$work/report" || fail "no estimate of the sample"
 
-say "the desktop and its manual"
+say "the desktop, a project and the manual"
+cp tests/samples/projects/minimal.vl3 "$work/stock.vl3"
 mkdir "$work/home" "$work/runtime"
 chmod 700 "$work/runtime"
 (cd / && env -i PATH="$PATH" HOME="$work/home" TMPDIR="$work" XDG_RUNTIME_DIR="$work/runtime" LC_ALL=C.UTF-8 \
-    QT_QPA_PLATFORM=offscreen LD_PRELOAD="$driver" timeout 60 "$usr/bin/velt") >"$work/seen" 2>"$work/said" ||
+    QT_QPA_PLATFORM=offscreen LD_PRELOAD="$driver" timeout 60 "$usr/bin/velt" "$work/stock.vl3") >"$work/seen" 2>"$work/said" ||
     { cat "$work/seen" "$work/said"; fail "the desktop did not end well"; }
 grep -qx 'page: qthelp://org.velt.manual/manual/index.html' "$work/seen" || { cat "$work/seen"; fail "no manual"; }
 grep -qx 'icon: drawn' "$work/seen" || { cat "$work/seen"; fail "the window has no icon"; }
-grep -qx 'title: VELT 3.0' "$work/seen" || { cat "$work/seen"; fail "no main window"; }
+grep -q '^title: VELT 3.0 - stock.vl3 - ' "$work/seen" || { cat "$work/seen"; fail "the project is not open"; }
 if find "$work/home" -name 'velt-help-*' | grep .; then fail "the manual left files in the cache"; fi
 
 if [ "$installed" = yes ]; then
