@@ -100,12 +100,14 @@ std::map<QString, Rule> Rules()
         both(working, [](const RunState& run) { return run.projScenarios >= 1 && run.currMethType != 2; });
 
     std::map<QString, Rule> rules{
-        {"mnuFile", outside},    {"mnuEdit", always},  {"mnuData", working},    {"mnuFit", working},
-        {"mnuOptions", outside}, {"mnuHelp", always},  {"mnuGraph", graphs},    {"mnuProjections", working},
-        {"mnuNew", outside},     {"mnuOpen", outside}, {"mnuEditMode", open},   {"mnuFileDescription", open},
-        {"mnuCopy", open},       {"mnuFormat", open},  {"mnuNumber", open},     {"mnuSettings", outside},
-        {"mnuTile", graphs},     {"mnuAbout", always}, {"mnuCascade", graphs},  {"mnuCloseAll", graphs},
-        {"mnuOverview", graphs}, {"mnuExit", always},  {"mnuNewModel", working}};
+        {"mnuFile", outside},     {"mnuEdit", always},         {"mnuData", working},
+        {"mnuFit", working},      {"mnuOptions", outside},     {"mnuHelp", always},
+        {"mnuGraph", graphs},     {"mnuProjections", working}, {"mnuNew", outside},
+        {"mnuOpen", outside},     {"mnuEditMode", open},       {"mnuFileDescription", open},
+        {"mnuCopy", open},        {"mnuFormat", open},         {"mnuNumber", open},
+        {"mnuSettings", outside}, {"mnuTile", graphs},         {"mnuHelpContents", always},
+        {"mnuAbout", always},     {"mnuCascade", graphs},      {"mnuCloseAll", graphs},
+        {"mnuOverview", graphs},  {"mnuExit", always},         {"mnuNewModel", working}};
     for (const char* name : {"mnuSave", "mnuSaveAs", "mnuClose", "mnuPrint", "mnuTextExport", "mnuDataPlots",
                              "mnuColumnUnits", "mnuFitManager"})
         rules[name] = working;
