@@ -155,7 +155,7 @@ std::vector<Line> contour_lines::Trace(const std::vector<double>& x, const std::
 
 namespace
 {
-constexpr int kBorder = 4; ///< rows and columns around the grid
+constexpr std::size_t kBorder = 4; ///< rows and columns around the grid
 
 /// 1 for valid and 0 for invalid, with the rim carried on around it and a valid ring around all.
 std::vector<std::vector<double>> Bordered(const std::vector<std::vector<bool>>& valid)
@@ -207,8 +207,9 @@ std::vector<Line> contour_lines::SmoothOutlines(const std::vector<std::vector<bo
     const std::vector<std::vector<double>> field = Bordered(valid);
     const auto numbers = [](std::size_t count) {
         std::vector<double> positions;
+        positions.reserve(count);
         for (std::size_t k = 0; k < count; ++k)
-            positions.push_back(static_cast<double>(k) - kBorder);
+            positions.push_back(static_cast<double>(k) - static_cast<double>(kBorder));
         return positions;
     };
     std::vector<Line> lines = Trace(numbers(field.size()), numbers(field.front().size()), field, 0.5);
