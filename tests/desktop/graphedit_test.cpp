@@ -626,8 +626,6 @@ private slots:
     void TheRangesOfAGraphAreShownInSixDigits()
     {
         frmModelGraph graph(Cpue());
-        graph.Graph().XData(std::vector<double>{1000001.0 / 3.0, 400000, 500000, 600000});
-        graph.Redraw();
         const QCPRange x = graph.Plot().xAxis->range();
         Edit(graph, [&](frmGraphEdit& form) {
             const auto close = [&](const char* box, double end) {
@@ -689,6 +687,14 @@ private slots:
             Click(form, "cmdOK");
         });
         QVERIFY(graph.Graph().Look() == GraphLook{});
+    }
+
+    void AScenarioThatIsCalledAsTheFitSharesItsRow()
+    {
+        auto projection = Projection();
+        projection->LegendText(1, "Fit");
+        frmProjGraph graph(projection);
+        QCOMPARE(RowsOf(graph).colours.size(), 1);
     }
 
     void ALineWithoutANameHasNothingToChoose()
