@@ -756,6 +756,54 @@ private slots:
         QCOMPARE(graph.Plot().yAxis->range(), whole);
     }
 
+    void ADialogThatIsCancelledLeavesAnEarlierEditAndTheDefaultsAreTheGraphsOwn()
+    {
+        frmModelGraph graph(Cpue());
+        QString own;
+        Edit(graph, [&](frmGraphEdit& form) {
+            own = form.findChild<QLineEdit*>("txtHighY")->text();
+            Tick(form, "chkAutomaticY", false);
+            Enter(form, "txtHighY", "400");
+            Enter(form, "txtTitle", "Mine");
+            Choose(form, "cmbSymbol2", "Cross");
+            Click(form, "cmdOK");
+        });
+        const GraphLook look = graph.Graph().Look();
+        Edit(graph, [&](frmGraphEdit& form) {
+            Click(form, "cmdDefaults");
+            QCOMPARE(form.findChild<QLineEdit*>("txtHighY")->text(), own);
+            QCOMPARE(form.findChild<QLineEdit*>("txtTitle")->text(), QString("Expected and Observed CPUE"));
+            Click(form, "cmdCancel");
+        });
+        QVERIFY(graph.Graph().Look() == look);
+        QCOMPARE(TitleOf(graph), QString("Mine"));
+        QCOMPARE(Named(graph.Plot(), "Observed (Excluded)")->scatterStyle().shape(),
+                 QCPScatterStyle::ssCross);
+    }
+
+    void AGraphThatTheUserRenamedIsReplacedByTheNextOfItsOwnTitle()
+    {
+        Session session;
+        session.window.AddModelGraph(::Graph("Effort"));
+        Edit(*session.window.Graphs().WindowAt(0), [](frmGraphEdit& form) {
+            Enter(form, "txtTitle", "Mine");
+            Click(form, "cmdOK");
+        });
+        session.window.AddModelGraph(::Graph("Effort"));
+        QCOMPARE(session.ListedGraphs(), QStringList{"Effort"});
+    }
+
+    void TheLegendWrapsWhenTheWindowGetsNarrow()
+    {
+        frmModelGraph graph(Cpue());
+        graph.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&graph));
+        graph.resize(1200, 500);
+        QCOMPARE(graph.Plot().legend->rowCount(), 1);
+        graph.resize(graph.minimumSizeHint());
+        QVERIFY(graph.Plot().legend->rowCount() > 1);
+    }
+
     void AnEditOutlivesATogglingAndTheHighlightThatIsNotSeen()
     {
         frmModelGraph graph(Cpue());

@@ -393,6 +393,53 @@ private slots:
         QCOMPARE(graph->Plot().toPixmap(600, 400).toImage(), before);
     }
 
+    void AProjectionTellsThePointUnderTheCursorAndNoneThatIsHidden()
+    {
+        auto projection = std::make_shared<ProjGraph>();
+        projection->Create(1, 4, true, 2, true);
+        projection->XTitle("Time");
+        projection->YTitle("Population");
+        projection->LegendText(1, "Low");
+        projection->LegendText(2, "Fit");
+        const float low[] = {60.0F, 90.0F, 50.0F, 40.0F}; // the first belongs to the past
+        const float fit[] = {100.0F, 90.0F, 75.0F, 75.0F};
+        for (int i = 1; i <= 4; ++i) {
+            projection->XData(i, 2000.0F + static_cast<float>(i));
+            projection->ProjData(1, i, low[i - 1]);
+            projection->ProjData(2, i, fit[i - 1]);
+            projection->ErrorMinus(i, low[i - 1] - 5.0F);
+            projection->ErrorPlus(i, low[i - 1] + 7.0F);
+        }
+        frmProjGraph window(projection);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.Plot().replot();
+        const auto said = [&](double time, double population) {
+            const QPointF at(window.Plot().xAxis->coordToPixel(time),
+                             window.Plot().yAxis->coordToPixel(population));
+            QMouseEvent move(QEvent::MouseMove, at.toPoint(), window.Plot().mapToGlobal(at.toPoint()),
+                             Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(&window.Plot(), &move);
+            return window.StatusText();
+        };
+        QCOMPARE(said(2003, 50), QString("Low:  Time 2003,  Population 50,  limits 45 to 57"));
+        QCOMPARE(said(2001, 60), QString());
+        QCOMPARE(said(2004, 75), QString());
+        QVERIFY(said(2001, 100).startsWith("Fit:  Time 2001"));
+        QVERIFY(said(2002, 90).startsWith("Low:")); // of two as near the one that is listed first
+    }
+
+    void AProjectionWithoutAFitHasNoneToShowAndNothingIsSaidWhereThereIsNothingToSay()
+    {
+        auto projection = std::make_shared<ProjGraph>();
+        projection->Create(1, 4, false, 2, false);
+        frmProjGraph window(projection);
+        const auto* button = window.findChild<QAction*>("WithFit");
+        QVERIFY(!button->isEnabled());
+        QVERIFY(!button->isChecked());
+        QVERIFY(window.findChild<QLabel*>("lblRemark") == nullptr);
+    }
+
     void TheNumbersAndThePictureAreCopied()
     {
         Fitted session;

@@ -21,6 +21,7 @@
 #include <QTimer>
 
 #include <array>
+#include <numeric>
 #include <random>
 
 namespace
@@ -1214,6 +1215,28 @@ private slots:
         QVERIFY(!s.window.objData().ToggledIn(5));
     }
 
+    void OfCrowdedPointsTheOneUnderTheCursorIsMeant()
+    {
+        auto crowded = std::make_shared<ModelGraph>();
+        crowded->Create(200);
+        crowded->WithToggs(true);
+        std::vector<double> periods(200);
+        std::iota(periods.begin(), periods.end(), 1.0);
+        crowded->XData(periods);
+        crowded->YData(std::vector<double>(200, 5.0));
+        frmModelGraph window(crowded);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.Plot().replot();
+        QSignalSpy toggled(&window, &frmModelGraph::UserToggle);
+        for (const int point : {1, 50, 200}) {
+            const QPointF at(window.Plot().xAxis->coordToPixel(point),
+                             window.Plot().yAxis->coordToPixel(5.0));
+            QTest::mouseClick(&window.Plot(), Qt::LeftButton, Qt::NoModifier, at.toPoint());
+            QCOMPARE(toggled.last().at(0).toInt(), point);
+        }
+    }
+
     void AHighlightedPeriodLightsUpInAllGraphsAndInTheTableAndGoesOutAgain()
     {
         Working s;
@@ -1240,6 +1263,31 @@ private slots:
         QVERIFY(!s.GraphAt(0).Highlighted());
     }
 
+    void AGraphThatIsLitUpOrTooShortFollowsTheOneThatIsClicked()
+    {
+        Working s;
+        s.Fit();
+        auto brief = Graph("Two periods", GraphType::PointsAndLine);
+        brief->WithToggs(true);
+        brief->HighlightPoint(ModelGraph::kIncluded, 2);
+        s.window.AddModelGraph(brief);
+        auto alike = std::make_shared<ModelGraph>(s.window.Graphs().At(0)->Graph());
+        alike->Title("Lit up before it came");
+        alike->HighlightPoint(ModelGraph::kIncluded, 5);
+        s.window.AddModelGraph(alike);
+        s.ClickPoint(0, 5, Qt::ShiftModifier);
+        QVERIFY(alike->Highlighted() && alike->Highlighted()->point == 5);
+        QVERIFY(!brief->Highlighted()); // it has no fifth point
+
+        s.user.messages.clear();
+        s.user.answers = {Answer::Yes};
+        s.ClickPoint(0, 5);
+        QCOMPARE(s.user.messages.size(), std::size_t{1}); // the question, and no failure
+        QVERIFY(!s.window.objData().ToggledIn(5));
+        QCOMPARE(alike->SetOf(5), int(ModelGraph::kExcluded));
+        QCOMPARE(brief->SetOf(2), int(ModelGraph::kIncluded));
+    }
+
     void TheKeysOfAGraphMoveTheLightToggleUnderItAndPutItOut()
     {
         Working s;
@@ -1257,6 +1305,23 @@ private slots:
         QVERIFY(!s.window.objData().ToggledIn(1));
         QTest::keyClick(graph, Qt::Key_Escape);
         QVERIFY(!graph->Graph().Highlighted());
+    }
+
+    void TheKeysOfAGraphPassOverAPointThatIsNotDrawnAndLeaveOtherKeysAlone()
+    {
+        auto graph = Graph("Effort", GraphType::PointsAndLine);
+        graph->Create(3);
+        graph->WithToggs(true);
+        graph->XData(std::vector<double>{1, 2, 3});
+        graph->YData(std::vector<double>{10, ModelGraph::InvalidData, 30});
+        graph->HighlightPoint(ModelGraph::kIncluded, 1);
+        frmModelGraph window(graph);
+        QSignalSpy asked(&window, &frmModelGraph::UserInterrogate);
+        QTest::keyClick(&window, Qt::Key_Right, Qt::ControlModifier);
+        QCOMPARE(asked.count(), 0);
+        QTest::keyClick(&window, Qt::Key_Right);
+        QCOMPARE(asked.count(), 1);
+        QCOMPARE(asked.last(), (QVariantList{int(ModelGraph::kIncluded), 3}));
     }
 
     void AGraphSaysWhichButtonDoesWhatOnlyWhereItReactsToClicks()

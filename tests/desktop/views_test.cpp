@@ -189,7 +189,9 @@ private slots:
 
     // Windows
     void TheGraphWindowTellsThePointUnderTheCursor();
+    void TheHistogramTellsTheClassUnderTheCursor();
     void ADoubleClickShowsAllAgain();
+    void ATogglingKeepsTheZoomAndAResetShowsWhatIsThereNow();
     void ClosingAGraphWindowHidesIt();
     void TheRightButtonsMenuHoldsZoomPictureAndData();
     void TheCopiedPictureHasTwiceTheDotsOfTheWindow();
@@ -712,6 +714,46 @@ void ViewsTest::ADoubleClickShowsAllAgain()
     QTest::mouseDClick(&window.Plot(), Qt::LeftButton);
 
     QCOMPARE(window.Plot().xAxis->range(), before);
+}
+
+// Four classes from 1 on, each 1 wide.
+void ViewsTest::TheHistogramTellsTheClassUnderTheCursor()
+{
+    auto graph = std::make_shared<ModelGraph>();
+    graph->Create(4);
+    graph->Type(GraphType::Histogram);
+    graph->XTitle("K");
+    graph->XData(std::vector<double>{1, 2, 3, 4});
+    graph->YData(std::vector<double>{5, 9, 4, 1});
+    frmModelGraph window(graph);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.Plot().replot();
+    const auto said = [&](double x) {
+        const QPointF at(window.Plot().xAxis->coordToPixel(x), window.Plot().yAxis->coordToPixel(2.0));
+        QTest::mouseMove(&window.Plot(), at.toPoint());
+        return window.StatusText();
+    };
+    QCOMPARE(said(2.2), QString("K 2 to 3:  9")); // nearer to the middle of the class before than its width
+    QCOMPARE(said(1.8), QString("K 1 to 2:  5"));
+    QCOMPARE(said(5.1), QString());
+    QTest::mouseMove(&window.Plot(), QPoint(static_cast<int>(window.Plot().xAxis->coordToPixel(2.2)),
+                                            window.Plot().height() - 2)); // below the axis
+    QCOMPARE(window.StatusText(), QString());
+}
+
+void ViewsTest::ATogglingKeepsTheZoomAndAResetShowsWhatIsThereNow()
+{
+    frmModelGraph window(std::make_shared<ModelGraph>(CpueGraph(10)));
+    const QCPRange zoom(3.0, 4.0);
+    window.Plot().xAxis->setRange(zoom);
+    window.Plot().yAxis->setRange(zoom);
+    window.Graph().YData(std::vector<double>(10, 500.0)); // far above what was there
+    window.Refresh();
+    QCOMPARE(window.Plot().xAxis->range(), zoom);
+    QCOMPARE(window.Plot().yAxis->range(), zoom);
+    window.ResetZoom();
+    QVERIFY(window.Plot().yAxis->range().contains(500.0));
 }
 
 void ViewsTest::ClosingAGraphWindowHidesIt()
