@@ -4,6 +4,7 @@
 #include "views/HelpLibrary.h"
 
 #include <QDesktopServices>
+#include <QRegularExpression>
 #include <QTextCursor>
 #include <QWheelEvent>
 #include <algorithm>
@@ -13,6 +14,14 @@ namespace
 const QString kScheme = QStringLiteral("qthelp");
 constexpr int kMostSteps = 16;
 constexpr int kFewestSteps = -4;
+
+/// The text document loses the blank between two comments.
+QString WithoutComments(const QByteArray& page)
+{
+    static const QRegularExpression comment(QStringLiteral("<!--.*?-->"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    return QString::fromUtf8(page).remove(comment);
+}
 } // namespace
 
 HelpBrowser::HelpBrowser(const HelpLibrary& library, QWidget* parent)
@@ -31,7 +40,7 @@ QVariant HelpBrowser::loadResource(int type, const QUrl& name)
     if (bytes.isEmpty() && type == QTextDocument::HtmlResource)
         return tr("<h1>There is no such page</h1><p>The manual has no page %1.</p>")
             .arg(whole.toString().toHtmlEscaped());
-    return bytes;
+    return type == QTextDocument::HtmlResource ? QVariant(WithoutComments(bytes)) : QVariant(bytes);
 }
 
 void HelpBrowser::doSetSource(const QUrl& name, QTextDocument::ResourceType type)

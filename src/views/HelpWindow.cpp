@@ -124,8 +124,10 @@ QWidget* HelpWindow::ContentsPage()
     tree->setHeaderHidden(true);
     connect(tree, &QHelpContentWidget::linkActivated, this, &HelpWindow::GoTo);
     // The contents come from a thread of their own, as a rule after the page.
-    connect(m_library.Engine().contentModel(), &QHelpContentModel::contentsCreated, this,
-            &HelpWindow::ShowWhereWeAre);
+    connect(m_library.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this, tree] {
+        tree->expandToDepth(0);
+        ShowWhereWeAre();
+    });
     return tree;
 }
 

@@ -360,12 +360,13 @@ private slots:
 
     void TheWizardCarriesItsWordsInBothSteps()
     {
-        frmASCIIWizard wizard(TextFile());
+        frmASCIIWizard wizard(m_user, TextFile());
         const ImportDesk desk(wizard);
         const std::pair<const char*, const char*> buttons[] = {{"cmdBack", "< &Back"},
                                                                {"cmdNext", "&Next >"},
                                                                {"cmdFinish", "&Finish"},
-                                                               {"cmdCancel", "&Cancel"}};
+                                                               {"cmdCancel", "&Cancel"},
+                                                               {"cmdHelp", "&Help"}};
         for (const auto& [button, words] : buttons)
             QCOMPARE(desk.The<QPushButton>(button)->text(), QString(words));
         QStringList labels;

@@ -19,10 +19,12 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
+#include <QTreeView>
 #include <QWindow>
 
 #include <functional>
@@ -360,6 +362,23 @@ private slots:
         desk.window.OpenPath(file.fileName());
         QVERIFY(desk.user.Saw("File type not recognised."));
         QCOMPARE(desk.user.messages.back().helpTopic, std::string("file-type"));
+    }
+
+    void AMadeNumberStandsApartFromTheWordsBesideIt()
+    {
+        Desk desk;
+        desk.Entry("mnuHelpContents")->trigger();
+        const QString page = desk.reader.The<HelpBrowser>("txtPage")->toPlainText();
+        QVERIFY2(page.contains(QRegularExpression("N1 about [0-9.]+ to [0-9.]+\\.")), qPrintable(page));
+    }
+
+    void TheContentsOpenWithTheirFirstLevelInSight()
+    {
+        Desk desk;
+        desk.Entry("mnuHelpContents")->trigger();
+        auto* tree = desk.reader.The<QTreeView>("treContents");
+        QTRY_VERIFY(tree->model()->rowCount() > 0);
+        QTRY_VERIFY(tree->isExpanded(tree->model()->index(0, 0)));
     }
 
     void TheSearchFindsAWordAndAHitOpensItsPage()
