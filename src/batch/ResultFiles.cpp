@@ -99,12 +99,11 @@ void ResultFiles::RefuseToReplace(const std::string& input, const std::string& k
     for (const auto& [option, set] : m_directories)
         for (const fs::path& within : {fs::path(), m_tables.within, m_pictures.within})
             if (const auto result = ResultThatIs(set.Folder() / within, input))
-                throw BatchFailure(ExitStatus::BadUsage,
-                                   (option + ": the results would replace ")
-                                       .append(Quotable(result->string()))
-                                       .append(", which is the ")
-                                       .append(kind)
-                                       .append(" file. Name another directory."));
+                throw BatchFailure(ExitStatus::BadUsage, (option + ": the results would replace ")
+                                                             .append(Quotable(result->string()))
+                                                             .append(", which is the ")
+                                                             .append(kind)
+                                                             .append(" file. Name another directory."));
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
         if (IsSameFile(stream, input))
             throw BatchFailure(ExitStatus::BadUsage, "The output goes into " + Quotable(input) +

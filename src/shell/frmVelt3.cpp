@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/frmVelt3.h"
 
-#include "base/FileType.h"
 #include "base/HelpTopics.h"
-#include "base/Paths.h"
-#include "base/StringTable.h"
-#include "base/Text.h"
 #include "fit/ParameterReport.h"
 #include "graphs/ModelGraph.h"
 #include "graphs/ProjGraph.h"
 #include "graphs/VELT_ContourPlot.h"
 #include "shell/MainMenu.h"
-#include "toolkit/Words.h"
+#include "shell/MainWords.h"
 #include "views/DataGridView.h"
 #include "views/GridWidget.h"
 
@@ -19,20 +15,16 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QLabel>
-#include <QMimeData>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QStyle>
-#include <QUrl>
 
 #include <algorithm>
 #include <new>
 
 namespace
 {
-constexpr const char* kTitle = "VELT 3.0";
-
 /// Remembers that a command runs, so that the turns it gives to the event queue start no second one.
 class Busy
 {
@@ -52,17 +44,6 @@ bool KeepsTheCell(const QString& name)
     return name == "mnuCut" || name == "mnuCopy" || name == "mnuPaste";
 }
 
-/// The one file a drag carries when this version can open it; else empty.
-QString FileIn(const QMimeData& mime)
-{
-    if (mime.urls().size() != 1 || !mime.urls().first().isLocalFile())
-        return {};
-    QString path = mime.urls().first().toLocalFile();
-    for (const char* ending : {".txt", ".csv", ".vl3", ".vl2"})
-        if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
-            return path;
-    return {};
-}
 } // namespace
 
 frmVelt3::frmVelt3(IUser* user)
@@ -104,7 +85,7 @@ frmVelt3::frmVelt3(IUser* user)
                  {"mnuCloseAll", [this] { m_graphCommands.CloseAll(); }},
                  {"mnuOverview", [this] { m_graphCommands.ShowOverview(); }},
                  {"mnuSettings", [this] { m_fits.Settings(); }},
-                 {"mnuAbout", [this] { OnAbout(); }}}
+                 {"mnuAbout", [this] { m_run.reporter.Show(main_words::About()); }}}
 {
     setObjectName("frmVelt3");
     BuildWindow();
@@ -298,11 +279,6 @@ void frmVelt3::OpenPath(const QString& path)
     Guarded("mnuOpen", [&] { m_files.Open(path.toStdString()); });
 }
 
-void frmVelt3::OfferLeftovers()
-{
-    Guarded("Form_Load", [this] { m_files.OfferLeftovers(); });
-}
-
 void frmVelt3::NoteOpened(const std::string& path)
 {
     NoteFile(path);
@@ -346,21 +322,6 @@ void frmVelt3::KeepResultsInSight()
     m_graphs.RaiseHistograms();
     if (m_report.isVisible())
         m_report.raise();
-}
-
-void frmVelt3::OnAbout()
-{
-    m_run.reporter.Show({.text =
-                             "VELT " VELT_VERSION "\n\n"
-                             "Catch, effort and abundance index data of a fishery: stock sizes, "
-                             "catchability and their confidence intervals.\n\n"
-                             "To cite it: VELT developers (2026). VELT " VELT_VERSION
-                             ": estimates of fish stocks from catch, effort and abundance. Say which model "
-                             "and which error model were used.\n\n"
-                             "This program is free software under the GNU General Public License, "
-                             "version 3 or later. It comes without any warranty.",
-                         .icon = Icon::Information,
-                         .title = "About VELT 3.0"});
 }
 
 void frmVelt3::StatusText(const std::string& text)
@@ -483,11 +444,6 @@ std::unique_ptr<VELT_ContourPlot> frmVelt3::NewContourPlot()
     return m_graphs.NewContourPlot();
 }
 
-void frmVelt3::YieldToEvents()
-{
-    QCoreApplication::processEvents();
-}
-
 void frmVelt3::ShowDataSet()
 {
     ShowCaption();
@@ -496,21 +452,12 @@ void frmVelt3::ShowDataSet()
 
 void frmVelt3::ShowCaption()
 {
-    QString caption = kTitle;
-    const std::string& path = m_project.Data().DSFName();
-    if (FileOpen())
-        caption += " - " + (path.empty() ? tr("Untitled") : QString::fromStdString(GetFileName(path))) +
-                   " - " + QString::fromStdString(Trim(m_project.Data().DSDesc()));
-    setWindowTitle(caption);
+    setWindowTitle(main_words::Caption(FileOpen() ? &m_project.Data() : nullptr));
 }
 
 void frmVelt3::ShowHint(bool noData)
 {
-    m_hint->setText(FileOpen()
-                        ? tr("This data set has no time periods. Open another text file, or fill it by hand: "
-                             "Edit Mode, Insert Column and Add Row(s) in the Edit menu.")
-                        : tr("To begin, choose New or Open from the File menu, or drop a project (*.vl3, "
-                             "*.vl2) or a table (*.txt, *.csv) here."));
+    m_hint->setText(main_words::Hint(FileOpen()));
     const bool comesBack = !noData && m_pages->currentWidget() != m_grid;
     m_pages->setCurrentWidget(noData ? static_cast<QWidget*>(m_hint) : m_grid);
     if (comesBack)
@@ -535,13 +482,13 @@ void frmVelt3::closeEvent(QCloseEvent* event)
 
 void frmVelt3::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!m_busy && !m_edit->EditMode() && !FileIn(*event->mimeData()).isEmpty())
+    if (!m_busy && !m_edit->EditMode() && !main_words::FileIn(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void frmVelt3::dropEvent(QDropEvent* event)
 {
-    const QString path = FileIn(*event->mimeData());
+    const QString path = main_words::FileIn(*event->mimeData());
     event->acceptProposedAction();
     // Queued, so that the program the file comes from is not kept waiting for the questions of an import.
     QMetaObject::invokeMethod(

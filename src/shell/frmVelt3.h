@@ -22,6 +22,7 @@
 #include "views/frmFitManager.h"
 #include "views/frmParams.h"
 
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <functional>
 #include <map>
@@ -63,7 +64,10 @@ public:
     void OpenPath(const QString& path);
 
     /// Offers the working copies that a crash left behind.
-    void OfferLeftovers();
+    void OfferLeftovers()
+    {
+        Guarded("Form_Load", [this] { m_files.OfferLeftovers(); });
+    }
 
     // IMainWindow
     void StatusText(const std::string& text) override;
@@ -77,7 +81,7 @@ public:
     void EnableControls() override;
     void ShowParameterReport(const ParameterReport* report) override;
     std::unique_ptr<VELT_ContourPlot> NewContourPlot() override;
-    void YieldToEvents() override;
+    void YieldToEvents() override { QCoreApplication::processEvents(); }
 
     // IProjectView
     void LetGoOfProject() override;
@@ -103,7 +107,6 @@ private:
     void ListenToTable();
     void OnEditMenu();
     MenuState Menu(bool clipboardHasText = true) const;
-    void OnAbout();
     void ShowFitManager();
     void RestoreFitManager();
     void ShowDataSet();

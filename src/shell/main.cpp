@@ -38,9 +38,9 @@ int main(int argc, char* argv[])
     parser.setApplicationDescription(QStringLiteral("Stock sizes from catch, effort and index data."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("A project (*.vl3, *.vl2) or a table (*.txt, *.csv) to open."),
-                                 QStringLiteral("[file]"));
+    parser.addPositionalArgument(
+        QStringLiteral("file"), QStringLiteral("A project (*.vl3, *.vl2) or a table (*.txt, *.csv) to open."),
+        QStringLiteral("[file]"));
     parser.process(application);
     frmVelt3 window;
     window.show();
