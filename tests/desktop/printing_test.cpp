@@ -238,6 +238,7 @@ private slots:
     // The report
     void TheButtonOfTheReportPrintsItWithoutLimits();
     void LimitsArePrintedUnderTheEstimates();
+    void RemarksArePrintedUnderTheEstimates();
     void LabelsAndValuesStandBelowOneAnother();
 
     // Graphs
@@ -488,6 +489,25 @@ void PrintingTest::LimitsArePrintedUnderTheEstimates()
     // How many blanks stand for a gap hangs on the widths of the font.
     const qsizetype levels = text.indexOf(QRegularExpression("Confidence Intervals +0\\.1 - 0\\.9\n"));
     QVERIFY(levels > text.indexOf("Model Parameters"));
+}
+
+void PrintingTest::RemarksArePrintedUnderTheEstimates()
+{
+    Session session;
+    session.Open();
+    session.user.ChoosesFit("NO RECRUITMENT", fit_op::kLog); // a stock with recruits has no such fit
+    session.Entry("mnuNewModel")->trigger();
+    QVERIFY(!session.window.objMeth().Remarks().empty());
+    Paper paper;
+    session.window.Printer().ChosenBy(paper.Choice());
+
+    session.Report()->findChild<QPushButton*>("cmdPrint")->click();
+
+    const QString text = paper.Text();
+    QVERIFY(text.indexOf("Final Population") > 0);
+    QVERIFY(text.indexOf("Remarks") > text.indexOf("Final Population"));
+    const QString first = QString::fromStdString(session.window.objMeth().Remarks().front().text);
+    QVERIFY2(text.simplified().contains(first), qPrintable(text));
 }
 
 void PrintingTest::LabelsAndValuesStandBelowOneAnother()
