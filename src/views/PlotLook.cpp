@@ -21,8 +21,8 @@ bool IsCompanion(const QCPAbstractPlottable& piece)
     return piece.property(kCompanionProperty).toBool();
 }
 
-/// `colour` as thick as `was`, so that a band stays one that shows what lies below.
-QColor AsThickAs(const QColor& was, QColor colour)
+/// So that a band still shows what lies below.
+QColor AsOpaqueAs(const QColor& was, QColor colour)
 {
     colour.setAlpha(was.alpha());
     return colour;
@@ -30,13 +30,13 @@ QColor AsThickAs(const QColor& was, QColor colour)
 
 void Recolour(QPen& pen, const QColor& colour)
 {
-    pen.setColor(AsThickAs(pen.color(), colour));
+    pen.setColor(AsOpaqueAs(pen.color(), colour));
 }
 
 void Recolour(QBrush& brush, const QColor& colour)
 {
     if (brush.style() != Qt::NoBrush && brush.color() != Qt::white)
-        brush.setColor(AsThickAs(brush.color(), colour));
+        brush.setColor(AsOpaqueAs(brush.color(), colour));
 }
 
 template <typename Piece>
@@ -178,11 +178,11 @@ void plot_look::Accompany(QCPAbstractPlottable& piece, const QString& series)
     piece.setProperty(kCompanionProperty, true);
 }
 
-std::vector<plot_look::Series> plot_look::SeriesOf(const QCustomPlot& plot)
+std::vector<plot_look::Series> plot_look::SeriesOf(QCustomPlot& plot)
 {
     std::vector<Series> all;
     for (int i = 0; i < plot.plottableCount(); ++i) {
-        const QCPAbstractPlottable& piece = *const_cast<QCustomPlot&>(plot).plottable(i);
+        const QCPAbstractPlottable& piece = *plot.plottable(i);
         const auto listed = [&](const Series& series) { return series.name == piece.name(); };
         if (piece.name().isEmpty() || IsCompanion(piece) || std::ranges::any_of(all, listed))
             continue;

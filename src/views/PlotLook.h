@@ -26,7 +26,7 @@ struct Series {
 void Accompany(QCPAbstractPlottable& piece, const QString& series);
 
 /// The named series of a plot, each name once, in the order of drawing.
-std::vector<Series> SeriesOf(const QCustomPlot& plot);
+std::vector<Series> SeriesOf(QCustomPlot& plot);
 
 /// Writes the titles into a prepared plot, and changes what else the user has changed. Does not replot.
 void Apply(QCustomPlot& plot, const GraphTitles& titles);
