@@ -2,8 +2,11 @@
 velt_core_test(engines SOURCES
   MinimumTest_test.cpp
   OriginRegress_test.cpp
+  PenaltySurfaces_test.cpp
   RandomSource_test.cpp
+  SearchEnd_test.cpp
   SearchSpace_test.cpp
+  SimplexSteps_test.cpp
   VELT_NelMead_test.cpp
   VELT_Regress_test.cpp
   VELT_Solver_test.cpp
