@@ -12,6 +12,8 @@ velt_core_test(models SOURCES
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp
   ProductionFit_test.cpp
+  SingleCohortRegression_test.cpp
+  SingleCohortSearch_test.cpp
   StartVals_test.cpp
   clsBootStrap_test.cpp
   clsConstRecruit_test.cpp
