@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 velt_core_test(models SOURCES
+  ConstRecruitFits_test.cpp
   ContourGrid_test.cpp
   ContourRange_test.cpp
   DepletionBootstraps_test.cpp
@@ -12,6 +13,8 @@ velt_core_test(models SOURCES
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp
   ProductionFit_test.cpp
+  RecruitIndexRegression_test.cpp
+  RecruitIndexSearch_test.cpp
   SingleCohortRegression_test.cpp
   SingleCohortSearch_test.cpp
   StartVals_test.cpp
