@@ -6,6 +6,8 @@
 #include "support/ScriptedUser.h"
 #include "support/TableBuilder.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -136,3 +138,25 @@ inline std::vector<float> ContrastedEffort()
         effort.push_back(static_cast<float>(t < 10 ? 100 + 60 * t : t < 18 ? 30 + t : 250));
     return effort;
 }
+
+/// The tests of the production models.
+class Production : public ::testing::Test, public ProductionBench
+{
+protected:
+    /// 100 tons out of each of four periods.
+    void HundredAPeriod(std::int32_t whichMeth, std::int16_t lag = 0, float z = 1.0F, float initDep = 1.0F)
+    {
+        Table({1.0F, 1.0F, 1.0F, 1.0F}, {100.0F, 100.0F, 100.0F, 100.0F});
+        Prepare(whichMeth, fit_op::kLeastSquares, lag, z, initDep);
+    }
+
+    /// Biomass at the start of periods 1, 2, ...
+    void ExpectBiomass(const std::vector<double>& expected)
+    {
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_NEAR(model.Nt(static_cast<std::int16_t>(i + 1)), expected[i], 2e-4) << "period " << i + 1;
+    }
+};
+
+inline const std::vector<std::int32_t> kProductionModels{models::kFox, models::kSchaefer,
+                                                         models::kPellaTomlinson};

@@ -13,6 +13,7 @@ velt_core_test(models SOURCES
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp
   ProductionFit_test.cpp
+  ProductionStarts_test.cpp
   RecruitIndexRegression_test.cpp
   RecruitIndexSearch_test.cpp
   SingleCohortRegression_test.cpp
