@@ -10,7 +10,8 @@
 
 namespace const_recruit
 {
-
+using small_tables::Table;
+using small_tables::ThreePeriods;
 using ConstBench = ModelBench<clsConstRecruit>;
 
 inline const double kLn4 = std::log(4.0); // exp(M) = 4, exp(-M) = 1/4, exp(-M/2) = 1/2, recruits 3 K

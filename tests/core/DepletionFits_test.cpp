@@ -1,38 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the fits of the three depletion models have in common.
-#include "models/clsConstRecruit.h"
+#include "core/DepletionStocks.h"
 #include "models/clsRecruitINdex.h"
-#include "models/clsSingleCohort.h"
-#include "support/SimulatedStock.h"
-#include "support/TableBuilder.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <type_traits>
+#include <vector>
 
 namespace
 {
-template <typename Model>
-TableBuilder DataFor()
-{
-    SimulatedStock stock;
-    if constexpr (std::is_same_v<Model, clsConstRecruit>) {
-        stock.n1 = 8000.0;
-        stock.recruits = 8000.0 * (std::exp(stock.mort) - 1.0);
-    } else if constexpr (std::is_same_v<Model, clsRecruitINdex>) {
-        stock.n1 = 6000.0;
-        stock.lambda = 1500.0;
-        stock.q = 0.008;
-    }
-    return TableBuilder().Effort(stock.effort).Catch(stock.Catches(0.05)).Recruits(stock.index);
-}
+using namespace depletion;
 
 template <typename Model>
 class DepletionFits : public testing::Test
 {
 };
-using ThreeModels = testing::Types<clsSingleCohort, clsConstRecruit, clsRecruitINdex>;
 TYPED_TEST_SUITE(DepletionFits, ThreeModels);
 } // namespace
 

@@ -9,7 +9,6 @@
 
 namespace recruit_index
 {
-
 using IndexBench = ModelBench<clsRecruitINdex>;
 
 inline SimulatedStock Truth()

@@ -10,6 +10,8 @@
 
 namespace single_cohort
 {
+using small_tables::Table;
+using small_tables::ThreePeriods;
 using SingleBench = ModelBench<clsSingleCohort>;
 
 inline TableBuilder Simulated(double scatter = 0.0)

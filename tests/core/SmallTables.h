@@ -6,7 +6,8 @@
 #include <vector>
 
 // Tables of efforts and catches in numbers, the total catch being that of the fleet.
-
+namespace small_tables
+{
 inline TableBuilder Table(const std::vector<double>& effort, const std::vector<double>& catches)
 {
     return TableBuilder().Effort(effort).Catch(catches);
@@ -16,3 +17,4 @@ inline TableBuilder ThreePeriods()
 {
     return Table({2, 3, 4}, {10, 20, 30});
 }
+} // namespace small_tables

@@ -3,6 +3,7 @@ velt_core_test(models SOURCES
   ConstRecruitFits_test.cpp
   ContourGrid_test.cpp
   ContourRange_test.cpp
+  DepletionBootstrapsOfOneModel_test.cpp
   DepletionBootstraps_test.cpp
   DepletionFits_test.cpp
   FitSurface_test.cpp
