@@ -13,8 +13,10 @@ velt_core_test(models SOURCES
   ModelGraphs_test.cpp
   ModelTable_test.cpp
   ProductionBootstraps_test.cpp
+  ProductionContours_test.cpp
   ProductionFit_test.cpp
   ProductionStarts_test.cpp
+  RecruitIndexContours_test.cpp
   RecruitIndexRegression_test.cpp
   RecruitIndexSearch_test.cpp
   SingleCohortRegression_test.cpp
