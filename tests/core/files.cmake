@@ -6,6 +6,7 @@ velt_core_test(files SOURCES
   CsvReader_test.cpp
   CsvText_test.cpp
   GuessDataColumn_test.cpp
+  KilledResultSet_test.cpp
   LegacyRecords_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
