@@ -13,6 +13,7 @@ velt_core_test(data SOURCES
   PrintData_test.cpp
   ProjectData_test.cpp
   RandomGrid_test.cpp
+  ScenarioEntries_test.cpp
   ScenarioSheet_test.cpp
   StructuralEditing_test.cpp
   clsDataGrid_test.cpp
