@@ -5,6 +5,7 @@ velt_core_test(data SOURCES
   DataTable_test.cpp
   ExportText_test.cpp
   FormatsDocument_test.cpp
+  GridClipboard_test.cpp
   ImportLegacy_test.cpp
   ImportText_test.cpp
   NewDataSet_test.cpp
@@ -16,6 +17,7 @@ velt_core_test(data SOURCES
   ScenarioEntries_test.cpp
   ScenarioSheet_test.cpp
   StructuralEditing_test.cpp
+  TableSheet_test.cpp
   clsDataGrid_test.cpp
   clsFit_test.cpp
   clsProjScenario_test.cpp
