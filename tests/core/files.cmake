@@ -8,6 +8,7 @@ velt_core_test(files SOURCES
   GuessDataColumn_test.cpp
   KilledResultSet_test.cpp
   LegacyRecords_test.cpp
+  ProjectRecordFields_test.cpp
   ProjectRecords_test.cpp
   ReadWholeFile_test.cpp
   ResultSet_test.cpp
