@@ -1,123 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "data/ProjectData.h"
 
-#include "support/ByteStrings.h"
-#include "support/ScriptedUser.h"
+#include "core/ProjectDataBench.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
-#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace
 {
-using namespace byte_strings;
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+using namespace project_data;
+
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-std::string Contents(const std::string& name)
-{
-    std::ifstream file(VELT_TEST_SAMPLES "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-/// A project over the periods 1986 to 1990 with these columns, scenarios and fits.
-std::string ProjectBytes(const std::string& columns, const std::vector<std::string>& scenarios = {},
-                         const std::vector<std::string>& fits = {})
-{
-    std::string file =
-        ProjectHeader("Ling", 1986, 1990) + columns +
-        Counts(static_cast<std::int64_t>(fits.size()), static_cast<std::int64_t>(scenarios.size()));
-    for (const std::string& record : scenarios)
-        file += record;
-    for (const std::string& record : fits)
-        file += record;
-    return file;
-}
-
-std::string ScenarioTitled(const std::string& title)
-{
-    return Scenario(title, Times(201, Tagged16(0)), 0);
-}
-
-std::string FitNamed(const std::string& name)
-{
-    return FitIndex(name, 4, 1, 1, 1);
-}
-
-std::string OverRange(std::int64_t minTimeP, std::int64_t maxTimeP)
-{
-    return ProjectHeader("", minTimeP, maxTimeP) + AbsentColumns(15) + Counts(0, 0);
-}
-
-/// Effort of 5, 0 and two periods without one, and a catch per period.
-std::string EffortColumns(std::initializer_list<float> effort)
-{
-    return AbsentColumns(3) + PresentColumn("0", effort) + PresentColumn("0.0", {1, 2, 3, 4, 5}) +
-           AbsentColumns(10);
-}
-
-class ProjectData : public testing::Test
-{
-protected:
-    OpenedProject Open(const std::string& file) { return ReadProjectData(file, bench.run); }
-    clsVeltData DataOf(const std::string& file) { return Open(file).data; }
-
-    /// Number of the failure and what is said behind its first words; nothing when the project opens.
-    std::optional<std::pair<std::uint32_t, std::string>> Refusal(const std::string& file)
-    {
-        try {
-            Open(file);
-        } catch (const VeltError& error) {
-            return std::pair{error.number, error.description};
-        }
-        return std::nullopt;
-    }
-
-    std::vector<std::string> TitlesOf(const std::vector<std::string>& inFile)
-    {
-        std::vector<std::string> records;
-        for (const std::string& title : inFile)
-            records.push_back(ScenarioTitled(title));
-        const clsVeltData data = DataOf(ProjectBytes(AbsentColumns(15), records));
-        std::vector<std::string> titles;
-        for (std::int32_t i = 1; i <= data.NumProjScenarios(); ++i)
-            titles.push_back(data.ProjScenario(i)->Title());
-        return titles;
-    }
-
-    std::vector<std::string> NamesOf(const std::vector<std::string>& inFile)
-    {
-        std::vector<std::string> records;
-        for (const std::string& name : inFile)
-            records.push_back(FitNamed(name));
-        const clsVeltData data = DataOf(ProjectBytes(AbsentColumns(15), {}, records));
-        std::vector<std::string> names;
-        for (std::int32_t i = 1; i <= data.NumLoggedFits(); ++i)
-            names.push_back(data.LoggedFit(i).FitName());
-        return names;
-    }
-
-    /// Opened and saved again, with the bodies carried over.
-    std::string SavedAgain(const std::string& file)
-    {
-        const clsVeltData data = DataOf(file);
-        project_file::Project project = ProjectOf(data);
-        std::vector<std::string_view> bodies;
-        for (const project_file::FitIndexRecord& fit : project.fits)
-            bodies.push_back(project_file::BodyOf(fit, file));
-        return project_file::WriteProject(project, bodies);
-    }
-
-    /// The data that a fit of `data` would log.
-    static project_file::DataRecord OfFit(const clsVeltData& data) { return DataRecordOf(data, true); }
-
-    Bench bench;
-};
 using Names = std::vector<std::string>;
 } // namespace
 
@@ -417,97 +317,6 @@ TEST_F(ProjectData, ANameThatTheCodePageLacksIsRefusedAtEntry)
     EXPECT_TRUE(RefusalOfName("\u0141osos"));
 }
 
-// ---- the data of a fit ------------------------------------------------------------------------------------
-
-TEST_F(ProjectData, ReloadingTheDataOfAFitBringsItsColumnsAndTogglesBack)
-{
-    clsVeltData data = DataOf(ProjectBytes(EffortColumns({1, 2, 3, 4, 5})));
-    data.ColPresent(columns::PopWt, true);
-    data.PopWt(1, 0.5F);
-    data.Toggle(2);
-    const project_file::DataRecord logged = OfFit(data);
-
-    clsVeltData opened = DataOf(ProjectBytes(EffortColumns({1, 2, 3, 4, 5})));
-    TakeDataOfFit(opened, logged);
-
-    EXPECT_EQ(opened.Table().db, data.Table().db);
-    EXPECT_EQ(opened.Table().present, data.Table().present);
-    EXPECT_EQ(opened.ToggledIn(), data.ToggledIn());
-    EXPECT_FALSE(opened.IsDirty()); // its user columns are those of the project
-}
-
-TEST_F(ProjectData, UserColumnsOfAFitThatDifferAreAChange)
-{
-    const clsVeltData data = DataOf(ProjectBytes(EffortColumns({1, 2, 3, 4, 5})));
-    const auto dirties = [&](const std::string& columns) {
-        clsVeltData copy = data;
-        TakeDataOfFit(copy, OfFit(DataOf(ProjectBytes(columns))));
-        return copy.IsDirty();
-    };
-    EXPECT_FALSE(dirties(EffortColumns({1, 2, 3, 4, 5})));
-    EXPECT_TRUE(dirties(EffortColumns({1, 2, 3, 4, 6})));
-    EXPECT_TRUE(dirties(AbsentColumns(3) + PresentColumn("0", {1, 2, 3, 4, 5}) + AbsentColumns(11)));
-    EXPECT_TRUE(dirties(PresentColumn("0", {1}) + AbsentColumns(2) + PresentColumn("0", {1, 2, 3, 4, 5}) +
-                        PresentColumn("0.0", {1, 2, 3, 4, 5}) + AbsentColumns(10)));
-    EXPECT_TRUE(dirties(AbsentColumns(3) + PresentColumn("0.00", {1, 2, 3, 4, 5}) +
-                        PresentColumn("0.0", {1, 2, 3, 4, 5}) + AbsentColumns(10)));
-}
-
-TEST_F(ProjectData, AValueThatIsNoNumberIsEqualToItself)
-{
-    clsVeltData data = DataOf(ProjectBytes(EffortColumns({1, kNaN, 3, 4, 5})));
-    TakeDataOfFit(data, OfFit(data));
-    EXPECT_FALSE(data.IsDirty());
-}
-
-// Used to be a change: the format of a new column had no blanks behind it, the one from the file had.
-TEST_F(ProjectData, FormatsAreComparedWithoutTheBlanksBehindThem)
-{
-    clsVeltData data(bench.run);
-    data.AddColumn(columns::Effort);
-    data.TimeInts(3);
-    data.MarkSaved();
-    project_file::Body body;
-    body.data = OfFit(data);
-    body.bootStraps.resize(8000);
-    const auto read = project_file::ReadBody(project_file::WriteBody(body, 4), 4);
-    TakeDataOfFit(data, read.data);
-    EXPECT_FALSE(data.IsDirty());
-}
-
-TEST_F(ProjectData, TheRowsInTheFitAreNotCountedAnewAfterAReload) // deliberate: the model counts them
-{
-    clsVeltData data = DataOf(ProjectBytes(EffortColumns({1, 2, 3, 4, 5})));
-    project_file::DataRecord logged = OfFit(data);
-    (*logged.ToggledIn)(2) = false;
-    TakeDataOfFit(data, logged);
-    EXPECT_FALSE(data.ToggledIn(2));
-    EXPECT_EQ(data.NNtPoints(), 5);
-}
-
-TEST_F(ProjectData, TheCountsOfAFitsDataAreTakenAndThoseOfTheHeaderStay)
-{
-    clsVeltData data = DataOf(ProjectHeader("", 1, 3, 11, 0, 0) + AbsentColumns(15) + Counts(0, 0));
-    project_file::DataRecord logged = OfFit(data);
-    logged.loggedFits = 2147483647;
-    logged.scenarios = -5;
-    TakeDataOfFit(data, logged);
-    EXPECT_EQ(data.V2KLoggedFits(), 2147483647);
-    EXPECT_EQ(data.V2kProjScens(), -5);
-    EXPECT_EQ(data.NumLoggedRuns(), 11);
-}
-
-TEST_F(ProjectData, AConversionThatFailsOnReloadLeavesTheDataAsTheyWere)
-{
-    clsVeltData data = DataOf(ProjectBytes(EffortColumns({1, 2, 3, 4, 5})));
-    const DataTable before = data.Table();
-    project_file::DataRecord logged = OfFit(data);
-    logged.columns[2] = project_file::ColumnRecord{"0", project_file::Series(0.0F)}; // mean weight 0
-    EXPECT_THROW(TakeDataOfFit(data, logged), VeltError);
-    EXPECT_EQ(data.Table(), before);
-    EXPECT_FALSE(data.IsDirty());
-}
-
 // ---- samples ----------------------------------------------------------------------------------------------
 
 TEST_F(ProjectData, SampleProjectsAreSavedAsTheyWereRead)
@@ -564,90 +373,4 @@ TEST_F(ProjectData, TheSampleOfTwoFitsSaysWhatItsFitsAre)
     EXPECT_EQ(body.model.NumBootStraps, 500);
     EXPECT_TRUE(body.bootStraps[1000 + 499]); // of parameter 2
     EXPECT_FALSE(body.bootStraps[1000 + 500]);
-}
-
-// ---- hostile files ----------------------------------------------------------------------------------------
-
-namespace
-{
-/// How a file ends: it does not open, it opens but the body of a fit cannot be read, or all can be read.
-enum class End { Refused, BodyRefused, Read };
-
-void ExpectSentence(const VeltError& error, const std::string& file)
-{
-    EXPECT_GT(error.description.size(), 20U) << file;
-    EXPECT_LT(error.description.size(), 500U) << file;
-    EXPECT_TRUE(error.number == 0x80040000U + 2253U || error.number == 6U) << file;
-}
-
-void ExpectSane(const clsVeltData& data, const std::string& file)
-{
-    EXPECT_EQ(data.NumLoggedFits(), data.V2KLoggedFits()) << file;
-    EXPECT_EQ(data.NumProjScenarios(), data.V2kProjScens()) << file;
-    EXPECT_EQ(data.NDPoints(), data.TimeInts() + 1) << file;
-    for (int row = 1; row <= clsVeltData::kRows; ++row)
-        EXPECT_TRUE(data.Included(row) || !data.ToggledIn(row)) << file << " row " << row;
-}
-
-/// Reads all of `file`. Any exception but a VeltError goes through and fails the test.
-End ReadAll(const std::string& name, const std::string& file, Run& run)
-{
-    std::optional<OpenedProject> opened;
-    try {
-        opened = ReadProjectData(file, run);
-    } catch (const VeltError& error) {
-        ExpectSentence(error, name);
-        return End::Refused;
-    }
-    ExpectSane(opened->data, name);
-    for (const auto& fit : ProjectOf(opened->data).fits) {
-        try {
-            const std::string_view body = project_file::BodyOf(fit, file);
-            project_file::ReadBody(body, fit.MethType, static_cast<std::size_t>(fit.Start));
-        } catch (const VeltError& error) {
-            ExpectSentence(error, name);
-            return End::BodyRefused;
-        }
-    }
-    return End::Read;
-}
-
-/// As the manifest says it.
-std::string Word(End end)
-{
-    return end == End::Refused ? "refused" : end == End::BodyRefused ? "body refused" : "read";
-}
-} // namespace
-
-TEST_F(ProjectData, HostileFilesAreRefusedInASentenceOrReadAsSaneData)
-{
-    int files = 0;
-    for (const auto& entry : nlohmann::json::parse(Contents("hostile/manifest.json"))) {
-        const auto name = entry.at("file").get<std::string>();
-        ASSERT_TRUE(std::filesystem::exists(VELT_TEST_SAMPLES "/hostile/" + name)) << name;
-        const End end = ReadAll(name, Contents("hostile/" + name), bench.run);
-        EXPECT_EQ(Word(end), entry.at("end").get<std::string>()) << name << ": " << entry.at("what");
-        ++files;
-    }
-    EXPECT_GE(files, 60);
-}
-
-TEST_F(ProjectData, AProjectWithAnyByteChangedIsRefusedInASentenceOrReadAsSaneData)
-{
-    const std::string whole = ProjectBytes(EffortColumns({1, 2, 3}), {ScenarioTitled("A")}, {FitNamed("B")});
-    int read = 0;
-    for (std::size_t at = 0; at < whole.size(); ++at)
-        for (const int change : {0x01, 0x80, 0xFF}) {
-            std::string file = whole;
-            file[at] = static_cast<char>(file[at] ^ change);
-            read += ReadAll("byte " + std::to_string(at), file, bench.run) == End::Refused ? 0 : 1;
-        }
-    EXPECT_GT(read, 3 * 48); // those of the unused bytes of the header at least
-}
-
-TEST_F(ProjectData, AProjectCutOffAtAnyByteIsRefusedInASentence)
-{
-    const std::string whole = ProjectBytes(EffortColumns({1, 2, 3}), {ScenarioTitled("A")}, {FitNamed("B")});
-    for (std::size_t size = 0; size < whole.size(); ++size)
-        ASSERT_EQ(ReadAll("cut at " + std::to_string(size), whole.substr(0, size), bench.run), End::Refused);
 }

@@ -2,10 +2,12 @@
 find_package(nlohmann_json REQUIRED)
 velt_core_test(data SOURCES
   ColumnConversions_test.cpp
+  DataOfFit_test.cpp
   DataTable_test.cpp
   ExportText_test.cpp
   FormatsDocument_test.cpp
   GridClipboard_test.cpp
+  HostileProjects_test.cpp
   ImportLegacy_test.cpp
   ImportText_test.cpp
   NewDataSet_test.cpp
