@@ -16,6 +16,7 @@ velt_core_test(fit SOURCES
   ParameterReport_test.cpp
   PrintParameters_test.cpp
   ProjectFile_test.cpp
+  ProjectionLimits_test.cpp
   ProjectionStale_test.cpp
   Projections_test.cpp
   Remarks_test.cpp
