@@ -8,6 +8,7 @@ velt_core_test(fit SOURCES
   FitLog_test.cpp
   FitNewModel_test.cpp
   ImportASCIIFile_test.cpp
+  ImportCommaSeparated_test.cpp
   ImportVELT2File_test.cpp
   InputParams_test.cpp
   LimitRemarks_test.cpp
@@ -19,6 +20,7 @@ velt_core_test(fit SOURCES
   ProjectionLimits_test.cpp
   ProjectionStale_test.cpp
   Projections_test.cpp
+  RefusedImports_test.cpp
   Remarks_test.cpp
   SurfaceRemarks_test.cpp
   clsMethManager_test.cpp
