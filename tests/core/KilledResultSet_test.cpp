@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program is killed while a set of results is published.
-#include "ResultSetBench.h"
+#include "core/ResultSetBench.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engines/VELT_NelMead.h"
 
-#include "MinimiserBench.h"
+#include "core/MinimiserBench.h"
 
 #include <gtest/gtest.h>
 

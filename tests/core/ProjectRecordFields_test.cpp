@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What single fields of the records of a project may hold.
-#include "ProjectRecordBytes.h"
+#include "core/ProjectRecordBytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/ProjectRecords.h"
 
-#include "ProjectRecordBytes.h"
+#include "core/ProjectRecordBytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/ResultSet.h"
 
-#include "ResultSetBench.h"
 #include "base/SignalHold.h"
+#include "core/ResultSetBench.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engines/VELT_NelMead.h"
 
-#include "MinimiserBench.h"
 #include "base/VeltError.h"
+#include "core/MinimiserBench.h"
 
 #include <gtest/gtest.h>
 
