@@ -55,10 +55,20 @@ std::string ProjectFile::SavedName(const std::string& path)
     return path.substr(0, path.size() - kEndingLength) + ".VL3";
 }
 
+/// As ReplaceFile, and says that it was the project that could not be written.
+void ProjectFile::Replace(const fs::path& path, const std::string& bytes) const
+{
+    try {
+        ReplaceFile(path, bytes, m_calls);
+    } catch (const WriteError& error) {
+        throw ProgramError(errors::kWriteObj, "WriteObj Failure.\n" + error.description, "WriteObj");
+    }
+}
+
 fs::path ProjectFile::WriteCopy(const std::string& bytes)
 {
     fs::path copy = Scratch().NewName();
-    ReplaceFile(copy, bytes, m_calls);
+    Replace(copy, bytes);
     return copy;
 }
 
@@ -142,8 +152,7 @@ void ProjectFile::Save()
     const std::string bytes = Rebuild(places);
     const fs::path copy = WriteCopy(bytes);
     try {
-        Scratch().Origin(target);
-        ReplaceFile(target, bytes, m_calls);
+        Replace(target, bytes);
     } catch (...) {
         std::error_code ignored;
         fs::remove(copy, ignored);
@@ -154,6 +163,11 @@ void ProjectFile::Save()
     m_data.NumScens(m_data.NumProjScenarios());
     m_data.MarkSaved();
     m_stamp = StampOf(target);
+    try {
+        Scratch().Origin(target);
+    } catch (const VeltError&) {
+        return; // the project is saved; after a crash its copy would be offered under its former name
+    }
 }
 
 void ProjectFile::KeepCopy()
@@ -179,7 +193,7 @@ void ProjectFile::Append(clsFit& fit, const std::string& body)
                            "WriteObj");
     if (m_copy.empty())
         m_copy = Scratch().NewName();
-    ReplaceFile(m_copy, bytes, m_calls);
+    Replace(m_copy, bytes);
     fit.Start(static_cast<std::int32_t>(start));
     fit.TheEnd(static_cast<std::int32_t>(bytes.size() + 1));
 }

@@ -23,14 +23,14 @@ public:
 
     /// Reads the project at `path` into the data set, in place of what it held, and makes the working copy.
     /// \return a conversion of its columns that failed; they are then as the file has them
-    /// \throws FileError, RecordError, VeltError 57: the data set is as it was
+    /// \throws FileError, RecordError, VeltError 2254: the data set is as it was
     std::optional<VeltError> Open(const std::string& path);
 
     /// The same for a copy that a crash left behind: the data set is then changed and not saved.
     std::optional<VeltError> OpenLeftover(const ScratchFolder::Leftover& leftover);
 
     /// Writes the project under DSFName, whose ending becomes ".vl3", and the working copy anew. Afterwards
-    /// the data set is unchanged against the disk. \throws VeltError 57, FileError, RecordError (a fit whose
+    /// the data set is unchanged against the disk. \throws VeltError 2254, FileError, RecordError (a fit whose
     /// place in the copy is not sound): project, copy and data set are as they were
     void Save();
 
@@ -39,7 +39,7 @@ public:
     void KeepCopy();
 
     /// Puts the body of a fit behind the working copy and notes its place in the fit.
-    /// \throws VeltError 57 with the copy as it was
+    /// \throws VeltError 2254 with the copy as it was
     void Append(clsFit& fit, const std::string& body);
 
     /// The body of a fit. \throws FileError, RecordError
@@ -50,9 +50,6 @@ public:
 
     /// Whether somebody else has changed the project on disk since it was opened or saved here.
     bool ChangedOnDisk() const;
-
-    /// The data set goes under another name, whose file the user has agreed to replace.
-    void ForgetDisk() { m_stamp.reset(); }
 
     /// The name under which Save writes: one that ends in ".vl3", in any case of letters, is kept; of any
     /// other the last four characters give way to ".VL3".
@@ -69,6 +66,7 @@ private:
     std::string CopyBytes() const;
     std::string Rebuild(std::vector<std::int32_t>& places) const;
     void Adopt(const std::filesystem::path& copy, const std::vector<std::int32_t>& places);
+    void Replace(const std::filesystem::path& path, const std::string& bytes) const;
     std::filesystem::path WriteCopy(const std::string& bytes);
     ScratchFolder& Scratch();
 

@@ -60,7 +60,6 @@ void FileCommands::New()
         throw UserCancelled("frmVelt3_mnuNew_Click");
     Begin(m_project.Data(), wanted);
     m_project.FileOpen(true);
-    Save();
     m_project.View().EnterEditMode();
     if (m_project.Data().TimeInts() > m_project.Data().ShownRows())
         TheRun().reporter.Show({.text = "This range has " + std::to_string(m_project.Data().TimeInts()) +
@@ -68,6 +67,7 @@ void FileCommands::New()
                                         std::to_string(clsVeltData::kRows) +
                                         ". The last one cannot hold data.",
                                 .icon = Icon::Information});
+    Save(); // last: one that fails leaves the new table to be typed in and saved elsewhere
 }
 
 void FileCommands::Open()
@@ -169,15 +169,21 @@ bool FileCommands::Save()
         !Says("The project on disk was changed since it was opened here:\n" + m_project.Data().DSFName() +
               "\n\nReplace it by what is open here?"))
         return false;
+    Write();
+    return true;
+}
+
+/// What fails here ends the command, which puts the pointer back.
+void FileCommands::Write()
+{
     IMainWindow& window = TheRun().window;
     window.StatusText(TheRun().globals.SavingFile);
     window.HourglassOn();
-    m_project.Fits().SaveAsVELT3(); // what fails here ends the command, which puts the pointer back
+    m_project.Fits().SaveAsVELT3();
     window.HourglassOff();
     m_project.View().ShowCaption();
     m_project.View().NoteSaved(m_project.Data().DSFName());
     window.StatusText(TheRun().globals.Ready);
-    return true;
 }
 
 bool FileCommands::SaveAs()
@@ -199,9 +205,9 @@ bool FileCommands::SaveAs()
               "\n\nReplace it all the same?"))
         return false;
     m_project.Data().DSFName(*path);
-    m_project.File().ForgetDisk(); // the user has agreed to replace what stands there
     try {
-        return Save();
+        Write(); // the user has agreed to replace what stands there
+        return true;
     } catch (...) {
         m_project.Data().DSFName(before);
         throw;

@@ -32,6 +32,7 @@ public:
 
 private:
     bool MayLose();
+    void Write();
     Answer QuerySaveChanges() const;
     void Drop();
     void Load(const std::string& path);

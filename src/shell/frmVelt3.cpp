@@ -466,8 +466,11 @@ void frmVelt3::ShowHint(bool noData)
 
 void frmVelt3::closeEvent(QCloseEvent* event)
 {
-    // Work in progress stands on objects that a close would take away; its own Cancel ends it first.
-    if (m_busy || !m_edit->MayLeaveCell() || !m_projections.Editor().MayLeaveCell() || !m_files.MayExit()) {
+    // Work in progress stands on objects that a close would take away; its own Cancel ends it first. A save
+    // that fails on the way is told as that of any command, and keeps the window.
+    bool leaves = false;
+    Guarded("mnuExit", [&] { leaves = m_projections.Editor().MayLeaveCell() && m_files.MayExit(); });
+    if (!leaves) {
         event->ignore();
         return;
     }

@@ -409,7 +409,9 @@ TEST(ProjectFile, EverySingleCallThatFailsLeavesTheOldProjectOrTheNewOneWholeAnd
             file.Save();
             survived = failing;
         } catch (const VeltError& error) {
-            EXPECT_FALSE(error.description.empty());
+            EXPECT_EQ(error.number, kProgramErrorBase + 2254U);
+            EXPECT_EQ(error.source, "WriteObj");
+            EXPECT_TRUE(error.description.starts_with("WriteObj Failure.\n")) << error.description;
             EXPECT_TRUE(data.IsDirty());
             EXPECT_EQ(data.LoggedFit(1).FitName(), desk.data.LoggedFit(1).FitName());
         }

@@ -156,12 +156,77 @@ private slots:
         s.Change();
         s.user.filesToSave = {s.Path("missing/stock.vl3")};
         s.Entry("mnuSaveAs")->trigger();
-        QVERIFY(s.user.Saw("cannot be written"));
+        QVERIFY(s.user.Saw("WriteObj Failure."));
+        QVERIFY(s.user.Saw("cannot be written: No such file or directory."));
         QVERIFY(s.Dirty());
         QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
         QVERIFY(!s.Bytes().contains("Changed"));
         s.Entry("mnuSave")->trigger(); // where it was it can still be saved
         QVERIFY(s.Bytes().contains("Changed"));
+    }
+
+    void ASaveThatFailsWhileTheWindowClosesIsToldOnceAndKeepsTheWindow()
+    {
+        Saved s;
+        s.Change();
+        s.TakeFolderAway();
+        s.user.messages.clear();
+        s.user.answers = {Answer::Yes};
+        s.window.close();
+        QVERIFY(s.window.isVisible());
+        QVERIFY(s.window.FileOpen() && s.Dirty());
+        QCOMPARE(s.user.messages.size(), std::size_t{2}); // the question and the failure
+        QVERIFY(s.user.messages.back().text.find("WriteObj Failure.") == 0);
+        QCOMPARE(s.Panel("Status"), QString("Ready..."));
+        s.BringFolderBack();
+        s.user.answers = {Answer::Yes};
+        s.window.close();
+        QVERIFY(!s.window.isVisible());
+        QVERIFY(s.Bytes().contains("Changed"));
+    }
+
+    void ANewDataSetWhoseSaveFailsStandsOpenInEditModeAndCanBeSavedElsewhere()
+    {
+        Saved s;
+        s.user.filesToSave = {s.Path("missing/new.vl3")};
+        s.New(3, {columns::Effort});
+        QVERIFY(s.user.Saw("WriteObj Failure."));
+        QVERIFY(s.window.Edit().EditMode());
+        QVERIFY(s.Grid().isVisible());
+        QCOMPARE(s.Grid().Rows(), 4); // with the one behind the last period
+        s.user.filesToSave = {s.Path("new.vl3")};
+        s.Entry("mnuEditMode")->trigger();
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(!s.Bytes("new.vl3").isEmpty());
+    }
+
+    void ASaveAsThatFailsStillNoticesThatTheProjectItselfWasChangedOnDisk()
+    {
+        Saved s;
+        s.Change();
+        s.user.filesToSave = {s.Path("missing/stock.vl3")};
+        s.Entry("mnuSaveAs")->trigger();
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("from elsewhere");
+        file.close();
+        s.user.messages.clear();
+        s.user.answers = {Answer::No};
+        s.Entry("mnuSave")->trigger();
+        QVERIFY(s.user.Saw("was changed since it was opened here"));
+        QVERIFY(s.Bytes().endsWith("from elsewhere"));
+    }
+
+    void ASaveAsThatFailsLeavesTheProjectOpenUnderItsNameForOtherPrograms()
+    {
+        Saved s;
+        s.Change();
+        s.user.filesToSave = {s.Path("missing/stock.vl3")};
+        s.Entry("mnuSaveAs")->trigger();
+        Session other;
+        other.user.answers = {Answer::No};
+        other.window.OpenPath(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(other.user.Saw("Another VELT on this computer has this project open"));
     }
 
     void AProjectThatSomebodyElseChangedOnDiskIsReplacedOnlyOnYes()
