@@ -33,6 +33,14 @@ std::string Formatted(const std::string& value, const std::string& format)
     return number ? FormatNumber(static_cast<float>(*number), format) : value;
 }
 
+/// A number as it is typed: without the commas that a format sets between its thousands.
+std::string ForTyping(std::string shown, const std::string& format)
+{
+    if (format.starts_with("#,"))
+        std::erase(shown, ',');
+    return shown;
+}
+
 /// A spreadsheet ends also a single cell with a line end, which a line cannot hold.
 std::string WithoutLineEnds(std::string text)
 {
@@ -79,7 +87,8 @@ void clsDataGrid::GridEdit(int key)
     } else {
         if (key > kSpace && !isText)
             Grid().Beep();
-        Box().Text(Grid().TextMatrix(m_old.row, m_old.col));
+        const std::string shown = Grid().TextMatrix(m_old.row, m_old.col);
+        Box().Text(isText ? shown : ForTyping(shown, m_host->FormatString(m_old.col)));
         Box().SelectAll();
     }
     Box().ShowOver(m_old.row, m_old.col);
@@ -88,7 +97,8 @@ void clsDataGrid::GridEdit(int key)
 
 bool clsDataGrid::IsValidData()
 {
-    if ((Box().Text().empty() && !HoldsText()) || m_host->IsValidData())
+    // What stands in a cell may be more than can be typed, such as no number at all; left alone, it stays.
+    if (!Box().Edited() || (Box().Text().empty() && !HoldsText()) || m_host->IsValidData())
         return true;
     // The selection may have gone elsewhere; the box remembers its cell from it when it gets the focus.
     Grid().Select(GridSelection::At(m_old.row, m_old.col));

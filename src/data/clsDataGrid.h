@@ -52,7 +52,8 @@ public:
     /// Enter, Escape, Up, Down and Tab end the editing of a cell. \return false for every other key
     bool EditKeyCode(int key, int shift);
 
-    /// Whether the text box holds acceptable data; an empty one stands for the host's NoData. On refusal the
+    /// Whether the text box holds acceptable data: what was opened and left as it was is, and an empty box
+    /// stands for the host's NoData. On refusal the
     /// box keeps the focus with its text selected.
     bool IsValidData();
 

@@ -40,17 +40,22 @@ private:
     Rule m_rule;
 };
 
-/// The rule of a box whose value goes to `target`, read by `read`. With `show` the box then shows the value
-/// in its normal form, without it the text as it was typed.
+/// Whether a box shows a value in its normal form once it was taken, or the text as it was typed.
+enum class Afterwards { Normal, AsTyped };
+
+/// The rule of a box whose value goes to `target`, read by `read`. `show` is the text that the box was given
+/// for a value: while that stands in it, the value stays as it is to the bit, which may have more digits.
+/// Without `show` the box began empty.
 template <typename T>
 EntryBox::Rule StoreIn(T& target, std::function<Reading<T>(std::string_view)> read,
-                       std::function<std::string(T)> show = {})
+                       std::function<std::string(T)> show = {}, Afterwards afterwards = Afterwards::Normal)
 {
-    return [&target, read = std::move(read), show = std::move(show)](const std::string& typed) {
+    return [&target, read = std::move(read), show = std::move(show), afterwards](const std::string& typed) {
         const Reading<T> reading = read(typed);
         if (const auto* sentence = std::get_if<std::string>(&reading))
             return EntryBox::Verdict{false, *sentence};
-        target = std::get<T>(reading);
-        return EntryBox::Verdict{true, show ? show(target) : typed};
+        if (!show || typed != show(target))
+            target = std::get<T>(reading);
+        return EntryBox::Verdict{true, show && afterwards == Afterwards::Normal ? show(target) : typed};
     };
 }

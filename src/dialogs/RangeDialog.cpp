@@ -36,9 +36,10 @@ RangeDialog::RangeDialog(IUser& user, const RangeQuestion& question, QWidget* pa
 
 EntryBox* RangeDialog::AddLevel(const char* name, double& value)
 {
-    EntryBox* box = AddBox(name, kDigits, StoreIn<double>(value, ReadLevel));
     // The levels are kept as 32-bit floats; more digits than those have would only be noise.
-    box->setText(QString::fromStdString(number_text::Plain(static_cast<float>(value))));
+    const auto show = [](double level) { return number_text::Plain(static_cast<float>(level)); };
+    EntryBox* box = AddBox(name, kDigits, StoreIn<double>(value, ReadLevel, show, Afterwards::AsTyped));
+    box->setText(QString::fromStdString(show(value)));
     return box;
 }
 

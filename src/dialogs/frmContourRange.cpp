@@ -52,10 +52,16 @@ bool frmContourRange::Ask(IUser& user, ContourRange& range, QWidget* parent)
 
 EntryBox* frmContourRange::AddBound(const char* name, double& value, const std::string& parameter)
 {
-    EntryBox* box = AddBox(name, kDigits, StoreIn<double>(value, [parameter](std::string_view typed) {
-                               return ReadContourBound(typed, parameter);
-                           }));
-    box->setText(QString::fromStdString(number_text::Plain(value)));
+    const auto rule = StoreIn<double>(
+        value, [parameter](std::string_view typed) { return ReadContourBound(typed, parameter); });
+    const std::string offered = number_text::Plain(value);
+    EntryBox* box = AddBox(name, kDigits, [&value, was = value, offered, rule](const std::string& typed) {
+        if (typed != offered)
+            return rule(typed);
+        value = was; // what is offered is asked nothing, and stands to the bit
+        return EntryBox::Verdict{true, typed};
+    });
+    box->setText(QString::fromStdString(offered));
     return box;
 }
 

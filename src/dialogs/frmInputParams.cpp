@@ -22,6 +22,13 @@ std::string ShowLag(std::int16_t lag)
 {
     return std::to_string(lag);
 }
+
+/// The rule of a box that was given the plain text of `value`.
+EntryBox::Rule StoreNumber(float& value, std::function<Reading<float>(std::string_view)> read)
+{
+    const auto show = [](float number) { return number_text::Plain(number); };
+    return StoreIn<float>(value, std::move(read), show, Afterwards::AsTyped);
+}
 } // namespace
 
 frmInputParams::frmInputParams(IUser& user, const InputParams& params, QWidget* parent)
@@ -71,12 +78,12 @@ void frmInputParams::BuildInputs()
     Body()->addLayout(m_inputs);
     using number_text::Plain;
     m_txtInitProp = AddInput("txtInitProp", "lblInitProp", 302, tr("0 to 1"), Plain(m_record.InitProp),
-                             StoreIn<float>(m_record.InitProp, ReadInitialProportion));
+                             StoreNumber(m_record.InitProp, ReadInitialProportion));
     m_txtLag = AddInput("txtLag", "lblLag", 303, tr("periods of lag"), ShowLag(m_record.TimeLag),
                         StoreIn<std::int16_t>(m_record.TimeLag, ReadTimeLag, ShowLag));
-    m_txtZ = AddInput("txtZ", "lblZ", 304, {}, Plain(m_record.Z), StoreIn<float>(m_record.Z, ReadZShape));
+    m_txtZ = AddInput("txtZ", "lblZ", 304, {}, Plain(m_record.Z), StoreNumber(m_record.Z, ReadZShape));
     m_txtMort = AddInput("txtMort", "lblMort", 305, tr("per period"), Plain(m_record.Mort),
-                         StoreIn<float>(m_record.Mort, ReadNaturalMortality));
+                         StoreNumber(m_record.Mort, ReadNaturalMortality));
 }
 
 void frmInputParams::BuildErrorModels()

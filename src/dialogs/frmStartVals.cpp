@@ -40,9 +40,10 @@ QCheckBox* frmStartVals::AddParameter(QGridLayout* grid, int row, const std::str
                                       bool fixed)
 {
     const QString number = QString::number(row);
-    EntryBox* box =
-        AddBox(("txtParam" + number).toLatin1(), kDigits, StoreIn<double>(value, ReadStartingValue));
-    box->setText(QString::fromStdString(number_text::Plain(value)));
+    const auto show = [](double start) { return number_text::Plain(start); };
+    EntryBox* box = AddBox(("txtParam" + number).toLatin1(), kDigits,
+                           StoreIn<double>(value, ReadStartingValue, show, Afterwards::AsTyped));
+    box->setText(QString::fromStdString(show(value)));
     auto* caption = new QLabel(QString::fromStdString(name));
     caption->setBuddy(box);
     auto* check = new QCheckBox(Words(1103));

@@ -52,14 +52,20 @@ bool clsMethManager::LogCurrentFit(const std::string& name)
     clsFit* const fit = GetANewLog(*m_data, m_method->WhichMeth(), m_method->FitOp(), name);
     if (fit == nullptr)
         return false;
+    const auto takeBack = [&] { // what is not on disk is not logged
+        m_data->DeleteLoggedFit(fit->FitName());
+        if (!wasDirty)
+            m_data->MarkSaved();
+    };
     try {
         m_project->Append(*fit, project_file::WriteBody(m_method->SaveAsVELT3(), m_method->WhichMeth()));
         m_project->Save();
     } catch (VeltError& error) {
-        m_data->DeleteLoggedFit(fit->FitName()); // what is not on disk is not logged
-        if (!wasDirty)
-            m_data->MarkSaved();
+        takeBack();
         error.source = "VELT 3.0_LogCurrentFit";
+        throw;
+    } catch (...) { // no memory for the body, for one
+        takeBack();
         throw;
     }
     m_fitLogged = true;
@@ -101,7 +107,7 @@ void clsMethManager::ReLoadFit(const clsFit& fit)
             NumBootStraps(m_method->NumBootStraps());
             m_method->CalcBootStrapHistos(m_ciLow, m_ciHigh);
         }
-    } catch (const VeltError&) {
+    } catch (...) {
         m_data->Table(before);
         if (!wasDirty)
             m_data->MarkSaved();

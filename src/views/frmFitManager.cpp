@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "views/frmFitManager.h"
 
+#include "base/Text.h"
 #include "toolkit/Words.h"
 
 #include <QDateTime>
@@ -142,7 +143,7 @@ void frmFitManager::Restore(const clsVeltData& data, const Offers& offers)
     for (int i = 1; i <= data.NumLoggedFits(); ++i) {
         const clsFit& fit = data.LoggedFit(i);
         const QStringList texts{
-            QString::fromStdString(fit.FitName()).trimmed(), OneOf(kFirstModel, kModels, fit.MethType()),
+            QString::fromStdString(Trim(fit.FitName())), OneOf(kFirstModel, kModels, fit.MethType()),
             OneOf(kFirstFitOp, kFitOps, fit.FitOp()), DayText(fit.TheDate()), TimeText(fit.TheTime())};
         for (int column = 0; column < texts.size(); ++column)
             m_grdFits->setItem(i - 1, column, new QTableWidgetItem(texts[column]));

@@ -372,6 +372,24 @@ TEST(ProjectFile, AWorkingCopyThatWasSweptAwayIsReplacedByTheProjectOnDisk)
     EXPECT_EQ(again.manager.K(), desk.manager.K());
 }
 
+TEST(ProjectFile, AFitThatNoMemoryIsLeftToLogIsTakenOutAgain)
+{
+    LoggedDesk desk;
+    clsVeltData data(desk.run);
+    FileCalls poor = SystemFileCalls();
+    ProjectFile file(data, poor);
+    clsMethManager manager(desk.run);
+    manager.Create(data);
+    manager.LogsInto(file);
+    file.Open(desk.folder / "stock.vl3");
+    manager.ReLoadFit(data.LoggedFit(1));
+    poor.open = [](const char*, int, mode_t) -> int { throw std::bad_alloc(); };
+    EXPECT_THROW(manager.LogCurrentFit("second"), std::bad_alloc);
+    EXPECT_EQ(data.NumLoggedFits(), 1);
+    EXPECT_FALSE(data.IsDirty());
+    EXPECT_FALSE(manager.FitLogged());
+}
+
 TEST(ProjectFile, EverySingleCallThatFailsLeavesTheOldProjectOrTheNewOneWholeAndIsRaised)
 {
     LoggedDesk desk;

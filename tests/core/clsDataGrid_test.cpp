@@ -91,6 +91,40 @@ TEST(GridEdit, ABoxThatIsOpenedAndLeftAsItWasKeepsTheValueToTheBit)
     EXPECT_TRUE(s.changes.empty());
 }
 
+TEST(GridEdit, ACellWithThousandsSetApartIsOpenedWithoutItsCommasAndCanBeLeftOrChanged)
+{
+    Sheet s;
+    s.data.ColFormat(columns::TotCatchWt, "#,0");
+    s.Set(1, kA, 1234567);
+    EXPECT_EQ(s.grid.TextMatrix(1, kA), "1,234,567");
+    s.Press(kEnter);
+    EXPECT_EQ(s.box.text, "1234567");
+    s.Press(kEnter); // left as it was
+    EXPECT_FALSE(s.box.visible);
+    EXPECT_TRUE(s.user.messages.empty());
+    EXPECT_FALSE(s.data.IsDirty());
+    s.Press(kEnter);
+    s.Type("1234568");
+    s.Press(kEnter);
+    EXPECT_TRUE(s.user.messages.empty());
+    EXPECT_EQ(s.Value(1, kA), 1234568.0F);
+}
+
+TEST(GridEdit, ACellThatHoldsNoNumberCanBeOpenedAndLeft)
+{
+    for (const float value : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        Sheet s;
+        s.Set(1, kA, value);
+        s.Press(kEnter);
+        s.Press(kEnter);
+        EXPECT_FALSE(s.box.visible);
+        EXPECT_TRUE(s.user.messages.empty());
+        s.Press(kEnter);
+        EXPECT_TRUE(s.control.CommitIfOpen());
+        EXPECT_FALSE(s.data.IsDirty());
+    }
+}
+
 TEST(GridEdit, TypingTheShownTextAnewStoresWhatWasTyped)
 {
     Sheet s;

@@ -295,6 +295,55 @@ private slots:
         QVERIFY(desk.HasFocusSelected("txtP1Lo"));
     }
 
+    void AnOfferedKBelowOneIsAskedNothingAndAChangedOneIs()
+    {
+        frmContourRange form(m_user, ContourRange{"K", "r", 0.25, 2, 0.1, 1, 20}, nullptr);
+        const Desk desk(form);
+        desk.The("txtP1Lo")->setFocus();
+        desk.Leave("txtP1Lo");
+        QVERIFY(m_user.messages.empty());
+        desk.Type("txtP1Lo", "0.5");
+        desk.Leave("txtP1Lo");
+        QVERIFY(m_user.Saw("Value must be in the range 1 - 3.4E+38"));
+        m_user.messages.clear();
+        desk.Type("txtP1Lo", "1.5");
+        desk.Leave("txtP1Lo");
+        desk.Type("txtP1Lo", "0.25"); // back to what was offered
+        desk.Click("cmdOK");
+        QVERIFY(m_user.messages.empty());
+        QVERIFY(!form.isVisible());
+        QCOMPARE(form.Record().Param1Lo, 0.25);
+    }
+
+    void BoxesThatWereNotTouchedKeepTheirValueToTheBit()
+    {
+        // None of these has a text of as many digits as its box shows.
+        constexpr double kThird = 1.0 / 3.0;
+        constexpr float kFloatThird = 1.0F / 3.0F;
+        frmContourRange contours(m_user, ContourRange{"K", "r", 7 * kThird, 8 * kThird, kThird, 2 * kThird, 20},
+                                 nullptr);
+        Desk(contours).Click("cmdOK");
+        QCOMPARE(contours.result(), int{QDialog::Accepted});
+        QVERIFY(contours.Record().Param1Lo == 7 * kThird && contours.Record().Param1Hi == 8 * kThird);
+        QVERIFY(contours.Record().Param2Lo == kThird && contours.Record().Param2Hi == 2 * kThird);
+
+        frmStartVals starts(m_user, StartVals{"K", "r", 1000 * kThird, kThird, false, false}, nullptr);
+        Desk(starts).Click("cmdOK");
+        QCOMPARE(starts.result(), int{QDialog::Accepted});
+        QVERIFY(starts.Record().param1 == 1000 * kThird && starts.Record().param2 == kThird);
+
+        InputParams inputs = Inputs(6);
+        inputs.InitProp = inputs.Z = kFloatThird;
+        frmInputParams form(m_user, inputs, nullptr);
+        Desk(form).Click("cmdOK");
+        QCOMPARE(form.result(), int{QDialog::Accepted});
+        QVERIFY(form.Record().InitProp == kFloatThird && form.Record().Z == kFloatThird);
+
+        RangeDialog levels(m_user, {"Range", "Levels", "Low", "High", kThird, 2 * kThird}, nullptr);
+        Desk(levels).Click("cmdOK");
+        QVERIFY(levels.Record().low == kThird && levels.Record().high == 2 * kThird);
+    }
+
     void TheContourDialogCarriesItsWordsAndTheNamesOfTheParameters()
     {
         frmContourRange form(m_user, ContourRange{"K", "r", 1, 2, 0.1, 1, 20}, nullptr);

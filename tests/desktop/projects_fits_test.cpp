@@ -62,6 +62,18 @@ private slots:
         QCOMPARE(s.Fits()->item(0, 0)->text(), QString("Second try"));
     }
 
+    void AFitWhoseNameEndsInABlankThatDoesNotBreakLoads()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("abc\xC2\xA0"); // U+00A0, which is no blank of a name
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        QVERIFY(!s.Button("cmdAdd")->isEnabled()); // the fit on the screen is logged
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdLoad")->click();
+        QVERIFY(s.Button("cmdAdd")->isEnabled()); // it gave way to the loaded one
+    }
+
     void LoggingADataSetThatIsNoProjectYetGoesThroughSaveAsAndItsCancelLogsNothing()
     {
         Saved s;
