@@ -30,8 +30,8 @@ public:
     std::optional<VeltError> OpenLeftover(const ScratchFolder::Leftover& leftover);
 
     /// Writes the project under DSFName, whose ending becomes ".vl3", and the working copy anew. Afterwards
-    /// the data set is unchanged against the disk. \throws VeltError 2254, FileError, RecordError (a fit whose
-    /// place in the copy is not sound): project, copy and data set are as they were
+    /// the data set is unchanged against the disk. \throws VeltError 2254, FileError, RecordError (a fit
+    /// whose place in the copy is not sound): project, copy and data set are as they were
     void Save();
 
     /// Brings the working copy into step with the data set; the project stays as it is. For what must survive

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -48,8 +49,8 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
 
     std::vector<std::vector<std::optional<double>>> cells(points, std::vector<std::optional<double>>(points));
     ContourSurface surface;
-    float zMin = 1e20F;
-    float zMax = -1e20F;
+    float zMin = std::numeric_limits<float>::max();
+    float zMax = -zMin;
     bool nothingDrawn = true;
     MeterScope meter(m.run->meter, m.run->globals.DrawingContours, range.ContEvals);
     for (std::size_t i = 0; i < points; ++i) {
@@ -60,10 +61,11 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
             const double value = objective(surface.x[i], surface.y[j]);
             if (!(value < kInvalid))
                 continue;
-            cells[i][j] = value;
+            const double height = value * m.objectiveUnit;
+            cells[i][j] = height;
             nothingDrawn = false;
-            zMin = std::min(zMin, ToFloat(value)); // the range alone is in 32 bits
-            zMax = std::max(zMax, ToFloat(value));
+            zMin = std::min(zMin, ToFloat(height)); // the range alone is in 32 bits
+            zMax = std::max(zMax, ToFloat(height));
         }
         meter.Done(static_cast<int>(i) + 1, cancelSource);
     }

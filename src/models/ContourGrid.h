@@ -25,10 +25,10 @@ public:
     /// times that; 0 and 1 for an estimate that is not above 0.
     static std::pair<double, double> DecadeAround(double estimate);
 
-    /// Evaluates `objective` over the grid under the meter and shows the surface. Cells at or above 1e20 take
-    /// a value a ninth of the range above the highest valid one, so that the region of invalid parameters
-    /// shows as a plateau. \throws VeltError 2262 with `emptySource` when no cell is valid, 2263 with
-    /// `cancelSource` on Cancel
+    /// Evaluates `objective`, counted in `m.objectiveUnit`, over the grid under the meter and shows the
+    /// surface. Cells at or above 1e20 take a value a ninth of the range above the highest valid one, so that
+    /// the region of invalid parameters shows as a plateau. \throws VeltError 2262 with `emptySource` when no
+    /// cell is valid, 2263 with `cancelSource` on Cancel
     void Draw(ModelState& m, const std::function<double(double, double)>& objective, const std::string& title,
               const std::string& emptySource, const std::string& cancelSource);
 

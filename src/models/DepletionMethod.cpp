@@ -99,6 +99,7 @@ void DepletionMethod::LSQFinalEstimates()
     m.FinalEsts = m.InitEsts;
     m.QValue = m.FinalEsts.Q;
     m.FinalEsts.Var = LSQVariance(m);
+    m.objectiveUnit = UnitOfSumSq(m, m_regression.Weights());
 }
 
 double DepletionMethod::Objective(std::span<const double> x)
@@ -116,7 +117,8 @@ double DepletionMethod::SurfaceValue(std::span<const double> x)
     if (!fit_op::IsLeastSquares(m.FitOp))
         return Objective(x);
     FollowAt(x);
-    return m.PopUnderflow ? static_cast<double>(kPenalty) : WeightedSumSq(m, m_regression.Weights());
+    return m.PopUnderflow ? static_cast<double>(kPenalty)
+                          : WeightedSumSq(m, m_regression.Weights()) / m.objectiveUnit;
 }
 
 void DepletionMethod::Search(const Estimates& start, const std::string& procedure)

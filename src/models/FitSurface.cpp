@@ -28,7 +28,8 @@ constexpr double kInsideLimit = 0.999;
 } // namespace
 
 FitSurface::FitSurface(ISurfaceModel& model)
-    : m_model(model), m_kept(std::make_unique<ModelState>(model.State())), m_searched(model.Searched())
+    : m_model(model), m_kept(std::make_unique<ModelState>(model.State())),
+      m_unit(model.State().objectiveUnit), m_searched(model.Searched())
 {
     model.State().PlotEvaluations = false; // the path of the search is drawn already
     for (int i = 1; i <= m_kept->NAPoints(); ++i)
@@ -48,12 +49,17 @@ double FitSurface::At(std::span<const double> x)
     m_model.State().GammaBeta = m_kept->GammaBeta;
     try {
         const double value = m_model.SurfaceValue(x);
-        return value < VELT_NelMead::kPenalty ? value : kInfinite;
+        return InItsOwnUnit(value);
     } catch (const VeltError& error) {
         if (!error.IsNumeric())
             throw;
         return kInfinite;
     }
+}
+
+double FitSurface::InItsOwnUnit(double value) const
+{
+    return value < VELT_NelMead::kPenalty ? value * m_unit : kInfinite;
 }
 
 double FitSurface::AtEstimate()
@@ -65,7 +71,7 @@ double FitSurface::AtEstimate()
 
 double FitSurface::INelMead_MinFunc(std::span<const double> x)
 {
-    return std::min(At(x), VELT_NelMead::kPenalty); // its sign for "outside"
+    return std::min(At(x) / m_unit, VELT_NelMead::kPenalty); // its sign for "outside"
 }
 
 void FitSurface::SetUp(float ftol, float xtol, std::int32_t convergeOn)
@@ -90,8 +96,7 @@ double FitSurface::Refitted(std::size_t held, double value)
                                  i == held ? x.at(i) : x.at(i) * kSecondPoint, 0.0,
                                  std::max(kUpperLimit, x.at(i)));
     m_minimiser.Minimise();
-    const double best = m_minimiser.MinValue(); // also of a search that used up its steps
-    return best < VELT_NelMead::kPenalty ? best : kInfinite;
+    return InItsOwnUnit(m_minimiser.MinValue()); // also of a search that used up its steps
 }
 
 std::optional<FitSurface::Point> FitSurface::BestBelow(double limit)
@@ -108,7 +113,8 @@ std::optional<FitSurface::Point> FitSurface::BestBelow(double limit)
                                  std::max(kUpperLimit, first));
         m_minimiser.SetParameter(2, second, (second + limit) / 2.0, 0.0, limit);
         m_minimiser.Minimise();
-        const Point found{{m_minimiser.Estimate(1), m_minimiser.Estimate(2)}, m_minimiser.MinValue()};
+        const Point found{{m_minimiser.Estimate(1), m_minimiser.Estimate(2)},
+                          InItsOwnUnit(m_minimiser.MinValue())};
         if (m_minimiser.Converged() && found.x[1] < kInsideLimit * limit &&
             (!best || found.objective < best->objective))
             best = found;

@@ -26,8 +26,8 @@ public:
     virtual ~ISurfaceModel() = default;
     virtual ModelState& State() = 0;
     virtual SearchedParameters Searched() const = 0;
-    /// The objective at the searched parameters `x`; 1e20 or more is outside the domain.
-    /// \throws VeltError 5, 6, 11 where the arithmetic fails
+    /// The objective at the searched parameters `x`, counted in State().objectiveUnit; 1e20 or more is
+    /// outside the domain. \throws VeltError 5, 6, 11 where the arithmetic fails
     virtual double SurfaceValue(std::span<const double> x) = 0;
     /// Starting points of the model's own search, `number` from 0; none behind the last.
     virtual std::optional<Start> SurfaceStart(std::size_t number) = 0;
@@ -76,10 +76,12 @@ public:
 
 private:
     double INelMead_MinFunc(std::span<const double> x) override;
+    double InItsOwnUnit(double value) const;
     void SetUp(float ftol, float xtol, std::int32_t convergeOn);
 
     ISurfaceModel& m_model;
     std::unique_ptr<ModelState> m_kept;
+    double m_unit; ///< of the values that the model gives
     SearchedParameters m_searched;
     int m_periods = 0;
     std::optional<double> m_atEstimate;

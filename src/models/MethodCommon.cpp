@@ -82,6 +82,7 @@ void MethodCommon::CalcCPUEVectors()
 bool MethodCommon::CalcFinalEstimates()
 {
     m.objective.reset();
+    m.objectiveUnit = 1.0;
     m.notArrivedAt.reset();
     m.atBorder = false;
     m.evaluations = 0;

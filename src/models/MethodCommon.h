@@ -211,7 +211,7 @@ protected:
     /// A minimiser on this model with the settings of a final fit, or of a bootstrap fit.
     void SetUpFinal(VELT_NelMead& minimiser, const SearchRange& range);
     void SetUpBootStrap(VELT_NelMead& minimiser, const SearchRange& range);
-    /// Keeps the objective and the count of evaluations of a search that arrived.
+    /// Keeps the objective, in the unit of the search, and the count of evaluations of a search that arrived.
     void KeepReport(double minValue, std::int32_t evaluations, bool atBorder);
     [[noreturn]] void RaiseNotConverged(const std::string& text, const std::string& source);
 

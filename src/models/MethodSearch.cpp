@@ -92,7 +92,7 @@ void MethodCommon::SetUpBootStrap(VELT_NelMead& minimiser, const SearchRange& ra
 void MethodCommon::KeepReport(double minValue, std::int32_t evaluations, bool atBorder)
 {
     m.atBorder = atBorder;
-    m.objective = minValue;
+    m.objective = minValue * m.objectiveUnit;
     m.evaluations = evaluations;
     TheRun().globals.settings.LastEvaluations = evaluations;
 }
@@ -169,7 +169,8 @@ bool MethodCommon::AskStartingValue()
             TheRun().user.Show({.text = LoadResString(1924)});
             return false;
         }
-        m.WorkEsts[searched] = *value;
+        // What is suggested may have more digits than its text.
+        m.WorkEsts[searched] = *reply == suggestion ? m.InitEsts[searched] : *value;
         CalcPopTraj();
         if (!m.PopUnderflow)
             break;

@@ -203,6 +203,17 @@ double LSQVariance(const ModelState& m)
     return n >= 2 ? sum / n : 0.0;
 }
 
+double UnitOfSumSq(const ModelState& m, std::span<const double> weight)
+{
+    constexpr int kMostBits = 60;
+    double sum = 0.0;
+    for (int i = 1; i <= m.NAPoints(); ++i)
+        if (m.ToggledIn(i))
+            sum += weight[static_cast<std::size_t>(i - 1)] * m.CatchVector(i) * m.CatchVector(i);
+    const bool fits = !std::isfinite(sum) || sum < std::ldexp(1.0, kMostBits);
+    return fits ? 1.0 : std::ldexp(1.0, std::ilogb(sum) - kMostBits);
+}
+
 double WeightedSumSq(const ModelState& m, std::span<const double> weight)
 {
     const auto periods = static_cast<std::size_t>(m.NAPoints());

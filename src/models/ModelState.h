@@ -77,7 +77,10 @@ struct ModelState {
     std::int32_t StartEstKind = 2;
     std::int32_t StartEstKind2 = 2;
 
-    std::optional<double> objective;    ///< at the estimate, of the last final fit
+    std::optional<double> objective; ///< at the estimate, of the last final fit
+    /// What a search counts the objective in: a power of two, so that no value is rounded; 1 unless sums of
+    /// squares could come near the values that mean "outside the domain".
+    double objectiveUnit = 1.0;
     bool atBorder = false;              ///< its search ended where the domain of the objective does
     std::optional<double> notArrivedAt; ///< lower than it, of a start whose search did not arrive
     std::int32_t evaluations = 0;
@@ -144,6 +147,10 @@ inline constexpr int kMostHalvings =
 /// it. \param weight  of period 1 first, as many as there are periods or more \throws VeltError 11 when
 /// nothing is expected in any period
 double WeightedSumSq(const ModelState& m, std::span<const double> weight);
+
+/// A power of two in which no weighted sum of squares about a line through the origin exceeds 2^60, since
+/// none exceeds that of the catches themselves; 1 where that holds anyway.
+double UnitOfSumSq(const ModelState& m, std::span<const double> weight);
 
 /// The smallest start that survives: a bisection between 0 and `good` to 1 % of the answer.
 /// \param maxRounds 0 for no limit but that of the numbers \param survives runs the trajectory from a start

@@ -167,6 +167,8 @@ void DepletionMethod::PrepareReloaded()
         TakeCoefficients(own);
         m.replacedStart = own[m.Table().searched[0]];
     }
+    if (fit_op::IsLeastSquares(m.FitOp))
+        m.objectiveUnit = UnitOfSumSq(m, m_regression.Weights());
 }
 
 TaggedNumber clsRecruitINdex::StoredZ() const

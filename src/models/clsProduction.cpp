@@ -155,7 +155,8 @@ void clsProduction::FollowBy(const Growth& growth, bool withMean)
     float biomass = t.stock[0];
     for (std::size_t p = 0; p < t.periods; ++p) {
         // The growth is the same in both uses: nothing that it reads changes between them.
-        const double grown = growth(lag == 0 ? biomass : t.stock[p > lag ? p - lag : 0]);
+        const float from = lag == 0 ? biomass : t.stock[p > lag ? p - lag : 0];
+        const double grown = from < 0.0F ? 0.0 : static_cast<double>(growth(from));
         if (withMean) { // what the effort alone would leave, by the trapezium; only a projected catch reads
                         // it
             const double qE = q * t.effort[p];

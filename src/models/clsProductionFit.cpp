@@ -42,6 +42,7 @@ void clsProduction::FillWeights()
         else
             WeightVec(t) = weighted ? Div(1.0, m.data->AbundIndex(t)) : 1.0;
     }
+    m.objectiveUnit = UnitOfSumSq(m, WeightVec.All());
 }
 
 bool clsProduction::SurvivesAt(double K, double R)
@@ -72,7 +73,7 @@ double clsProduction::MinLSQFunction(double K, double R)
     m_line.Solve();
     m.QValue = m_line.Slope();
     m.MinOK = true;
-    return m_line.SumSq();
+    return m_line.SumSq() / m.objectiveUnit;
 }
 
 float clsProduction::MinLogFunction(float K, float R)
@@ -175,7 +176,7 @@ clsProduction::BestFit clsProduction::Search(const Scheme& scheme)
         RaiseNotConverged(whyNot, Source(scheme.procedure));
     KeepReport(best.value, best.evaluations, best.atBorder);
     if (best.notArrivedAt < best.value)
-        m.notArrivedAt = best.notArrivedAt;
+        m.notArrivedAt = best.notArrivedAt * m.objectiveUnit;
     m.FinalEsts = best.estimates;
     m.QValue = m.FinalEsts.Q;
     MarkOnSurface(ContourMark::Final, m.FinalEsts);
@@ -190,7 +191,7 @@ void clsProduction::LSQFinalEstimates()
     const BestFit best = Search({.upperK = static_cast<double>(kFarPenalty),
                                  .upperR = static_cast<double>(kFarPenalty),
                                  .procedure = "_CalcLSQFinalEstimates"});
-    m.FinalEsts.Var = best.value;
+    m.FinalEsts.Var = best.value * m.objectiveUnit;
     for (int t = 1; t <= m.NAPoints(); ++t) { // every period, whether included or not
         m.FittedVec(t) = ToFloat(m.EffMidPop(t) * m.QValue);
         m.ResidVec(t) =

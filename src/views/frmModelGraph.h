@@ -29,7 +29,8 @@ signals:
     // Points count from 1, sets are those of ModelGraph.
     void UserToggle(int point);
     void UserInterrogate(int set, int point);
-    void StopHighlight();
+    void
+    StopHighlight(); ///< by a click beside the points or Escape: light must go out as it came. Deliberate
 
 protected:
     QString ValueAt(const QPointF& position) const override;

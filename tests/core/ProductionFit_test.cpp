@@ -149,6 +149,46 @@ TEST_F(ProductionFit, TheFitIsReportedWithItsObjectiveAndEvaluations)
     EXPECT_EQ(run.globals.settings.LastEvaluations, details.evaluations);
 }
 
+// With catches of 1e12 the sums of squares pass 1e20, which means "outside the domain" to a search. Units are
+// changed by a power of two, which rounds nothing but the size of the first step along K.
+TEST_F(ProductionFit, TheUnitsOfTheCatchDoNotDecideWhetherLeastSquaresArrives)
+{
+    constexpr double kUnits = 0x1p30;
+    std::vector<std::vector<double>> estimates;
+    std::vector<double> objectives;
+    std::vector<double> lowest;
+    for (const double units : {1.0, kUnits}) {
+        KnownStock stock = kStocks[1];
+        stock.K *= units;
+        TakeFrom(stock, 0.1);
+        Prepared(stock, fit_op::kLeastSquares);
+        model.CalcInitEstimates();
+        user.onContourRange = [&](ContourRange& range) {
+            range.Param1Lo = 4000.0 * units;
+            range.Param1Hi = 8000.0 * units;
+            range.Param2Lo = 0.3;
+            range.Param2Hi = 0.6;
+            range.ContEvals = 5;
+            return true;
+        };
+        window.nextPlot = std::make_unique<RecordedPlot>(m_record);
+        model.PlotEvaluations(true);
+        ASSERT_TRUE(model.SetContourRanges() && model.PlotInitContours());
+        lowest.push_back(m_record.surface->zMin);
+        ASSERT_FALSE(FailureOfFit());
+        estimates.push_back(model.FinalEsts());
+        objectives.push_back(*model.Details().objective);
+        EXPECT_EQ(model.Details().var, objectives.back());
+        EXPECT_LT(objectives.back(), m_record.surface->zMin); // the grid is coarse, and in the same units
+    }
+    EXPECT_GT(objectives[1], 1e21);
+    EXPECT_NEAR(estimates[1][0] / kUnits, estimates[0][0], 1e-3 * estimates[0][0]);
+    EXPECT_NEAR(estimates[1][1], estimates[0][1], 1e-3 * estimates[0][1]);
+    EXPECT_NEAR(estimates[1][2], estimates[0][2], 1e-3 * estimates[0][2]);
+    EXPECT_NEAR(objectives[1] / (kUnits * kUnits), objectives[0], 1e-5 * objectives[0]);
+    EXPECT_NEAR(lowest[1] / (kUnits * kUnits), lowest[0], 1e-5 * lowest[0]);
+}
+
 // The best of least squares is the closed-form slope of C on X at the trajectory of the estimates.
 TEST_F(ProductionFit, FittedValuesAndResidualsOfLeastSquaresStandOnTheFinalTrajectory)
 {

@@ -110,6 +110,19 @@ TEST(StockUnbounded, IsSaidWhereTenTimesTheStockCannotBeToldApart)
     EXPECT_FALSE(UnboundedOf({114.7, 53.9, 85.9, 92.1, 48.6, 53.8, 73.6, 34.4}));
 }
 
+TEST(StockUnbounded, IsAskedOfCatchesInAnyUnits)
+{
+    Values bounded{114.7, 53.9, 85.9, 92.1, 48.6, 53.8, 73.6, 34.4};
+    for (double& catches : bounded)
+        catches *= 0x1p33;
+    ModelBench<clsSingleCohort> bench(TableBuilder().Effort(Values(bounded.size(), 1.0)).Catch(bounded));
+    const double n1 = bench.Fit(fit_op::kLeastSquares, 0.0).at(0);
+    ASSERT_GT(SumOfSquares(n1, bounded), 1e20);
+    FitSurface surface = bench.model.Surface();
+    EXPECT_NEAR(surface.RatioOfLikelihoods(surface.Refitted(0, 10.0 * n1)), 4.118, 0.01);
+    EXPECT_NEAR(surface.AtEstimate(), SumOfSquares(n1, bounded), 1e-5 * SumOfSquares(n1, bounded));
+}
+
 // The same catches as an index under a much larger total catch in 8 years: an index with so much scatter
 // follows from a stock of any size.
 TEST(StockUnbounded, NamesWhatStandsOnTheStockOfAProductionModelUnlessTheUserHoldsIt)

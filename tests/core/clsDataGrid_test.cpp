@@ -112,7 +112,8 @@ TEST(GridEdit, ACellWithThousandsSetApartIsOpenedWithoutItsCommasAndCanBeLeftOrC
 
 TEST(GridEdit, ACellThatHoldsNoNumberCanBeOpenedAndLeft)
 {
-    for (const float value : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+    for (const float value :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
         Sheet s;
         s.Set(1, kA, value);
         s.Press(kEnter);

@@ -152,6 +152,14 @@ TEST_F(Production, AfterAnUnderflowTheBiomassStaysZero)
     EXPECT_TRUE(model.PopUnderflow());
 }
 
+TEST_F(Production, ANegativeBiomassGrowsByNothingAndIsAnUnderflow)
+{
+    HundredAPeriod(models::kFox, 0, 1.0F, -0.5F); // whose logarithm no growth may ask for
+    Follow(1000.0, 0.0, 0.4);
+    ExpectBiomass({-500.0, 0.0, 0.0, 0.0});
+    EXPECT_TRUE(model.PopUnderflow());
+}
+
 TEST_F(Production, AnInitialProportionOf0GivesNoStartAndUnderFoxALogarithmOfZero)
 {
     HundredAPeriod(models::kSchaefer, 0, 1.0F, 0.0F);

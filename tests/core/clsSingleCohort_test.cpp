@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "models/clsSingleCohort.h"
 
+#include "base/NumberText.h"
 #include "core/SingleCohortBench.h"
 #include "fit/clsMethManager.h"
 
@@ -264,6 +265,19 @@ TEST(clsSingleCohort, AStartingValueIsAskedForUntilItSurvives)
     EXPECT_EQ(bench.user.asked.size(), 2U);
     EXPECT_EQ(bench.user.asked[0], "input box: Initial Population (N1) ");
     EXPECT_EQ(bench.model.Details().initEsts.at(0).value, 200.0);
+}
+
+TEST(clsSingleCohort, TheSuggestedStartingValueIsTakenToTheBit)
+{
+    SingleBench bench(Table({2, 3, 4}, {70, 61, 43}));
+    bench.model.Mort(0.0F);
+    ASSERT_TRUE(bench.model.CalcInitEstimates());
+    const double suggested = bench.model.Details().initEsts.at(0).value;
+    const std::string text = number_text::Plain(suggested);
+    ASSERT_NE(number_text::ParseTyped(text), suggested); // it has more digits than its text
+    bench.user.inputs = {text};
+    ASSERT_TRUE(bench.model.InputStartingEsts());
+    EXPECT_EQ(bench.model.Details().initEsts.at(0).value, suggested);
 }
 
 TEST(clsSingleCohort, AStartingValueThatIsNoNumberEndsTheQuestionAndCancelEndsItSilently)

@@ -320,8 +320,8 @@ private slots:
         // None of these has a text of as many digits as its box shows.
         constexpr double kThird = 1.0 / 3.0;
         constexpr float kFloatThird = 1.0F / 3.0F;
-        frmContourRange contours(m_user, ContourRange{"K", "r", 7 * kThird, 8 * kThird, kThird, 2 * kThird, 20},
-                                 nullptr);
+        frmContourRange contours(
+            m_user, ContourRange{"K", "r", 7 * kThird, 8 * kThird, kThird, 2 * kThird, 20}, nullptr);
         Desk(contours).Click("cmdOK");
         QCOMPARE(contours.result(), int{QDialog::Accepted});
         QVERIFY(contours.Record().Param1Lo == 7 * kThird && contours.Record().Param1Hi == 8 * kThird);

@@ -227,6 +227,21 @@ private slots:
         QVERIFY(!s.GraphAt(0).Highlighted());
     }
 
+    void AClickBesideThePointsPutsTheLightOutAndAsksNothing()
+    {
+        Working s;
+        s.Fit();
+        s.ClickPoint(0, 5, Qt::ShiftModifier);
+        QVERIFY(s.GraphAt(0).Highlighted());
+        s.user.messages.clear();
+        QCustomPlot& plot = s.window.Graphs().At(0)->Plot();
+        QTest::mouseClick(&plot, Qt::LeftButton, Qt::NoModifier,
+                          plot.axisRect()->rect().topLeft() + QPoint(2, 2));
+        QVERIFY(!s.GraphAt(0).Highlighted());
+        QVERIFY(s.user.messages.empty());
+        QVERIFY(s.window.objMeth().MethDefined());
+    }
+
     void AGraphThatIsLitUpOrTooShortFollowsTheOneThatIsClicked()
     {
         Working s;
