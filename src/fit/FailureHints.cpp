@@ -72,7 +72,23 @@ std::string OnDivisionByZero(const IMethod& method, const clsVeltData& data)
                "exactly.";
     return {};
 }
+/// The titles of the columns that the model needs and the data set lacks.
+std::string Lacking(const clsVeltData& data, std::int32_t model)
+{
+    std::string titles;
+    for (const int column : model_table::Of(model).columns)
+        if (!data.ColPresent(column))
+            titles += (titles.empty() ? "" : ", ") + data.TheRun().globals.ColumnDisplayNames(column);
+    return titles;
+}
 } // namespace
+
+std::string HintOnNoModel(const clsVeltData& data)
+{
+    return "Missing for the production models: " + Lacking(data, models::kSchaefer) +
+           ".\nMissing for the models in numbers: " + Lacking(data, models::kConstantRecruitment) +
+           ".\n\nInsert them in Edit Mode, or assign them when the table is imported.";
+}
 
 std::string HintOn(const VeltError& error, const clsVeltData& data, const IMethod* method)
 {

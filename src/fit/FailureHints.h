@@ -11,3 +11,6 @@ struct VeltError;
 /// what happened and not what to do. It stands in a paragraph of its own behind them. Empty where the cause
 /// is not known, and for a cancel. \param method  null when there was none yet
 std::string HintOn(const VeltError& error, const clsVeltData& data, const IMethod* method);
+
+/// Which columns a data set lacks that allows no model, and how to give it some.
+std::string HintOnNoModel(const clsVeltData& data);

@@ -244,7 +244,7 @@ void clsMethManager::RunFit(bool keepInputs)
 
     BuildModelList();
     if (m_availableModels.empty()) {
-        Say(LoadResString(1909), Icon::Exclamation, Buttons::OkCancel);
+        Say(LoadResString(1909) + "\n\n" + HintOnNoModel(*m_data), Icon::Exclamation, Buttons::OkCancel);
         return;
     }
     const bool noModelToKeep = m_currMethType == 0; // the first New Fit was cancelled

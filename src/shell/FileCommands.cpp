@@ -179,7 +179,14 @@ void FileCommands::Write()
     IMainWindow& window = TheRun().window;
     window.StatusText(TheRun().globals.SavingFile);
     window.HourglassOn();
-    m_project.Fits().SaveAsVELT3();
+    try {
+        m_project.Fits().SaveAsVELT3();
+    } catch (VeltError& error) {
+        error.description +=
+            "\n\nWhat is open here stays open and unsaved. Save As keeps it under another name "
+            "or in another folder.";
+        throw;
+    }
     window.HourglassOff();
     m_project.View().ShowCaption();
     m_project.View().NoteSaved(m_project.Data().DSFName());

@@ -53,6 +53,11 @@ bool MovesAbout(const QKeyEvent& event)
     }
 }
 
+bool IsArrow(int key)
+{
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
 /// Draws the cell where the selection began as spreadsheets do: in a frame, and not filled.
 class CellPainter : public QStyledItemDelegate
 {
@@ -230,6 +235,8 @@ void GridWidget::keyPressEvent(QKeyEvent* event)
     const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     if (command && event->key() == Qt::Key_Space)
         emit ToggleAsked(Selected().row);
+    else if (event->modifiers().testFlag(Qt::ControlModifier) && IsArrow(event->key()))
+        GoToEdge(event->key(), event->modifiers().testFlag(Qt::ShiftModifier));
     else if (MovesAbout(*event))
         QTableView::keyPressEvent(event);
     else if (event->key() == Qt::Key_Delete && !command)
@@ -240,6 +247,18 @@ void GridWidget::keyPressEvent(QKeyEvent* event)
         emit EditAsked(event->text().at(0).unicode());
     else
         event->ignore();
+}
+
+/// As in a spreadsheet: the moving end of the selection goes to the first or last row or column.
+void GridWidget::GoToEdge(int arrow, bool extends)
+{
+    GridSelection cells = Selected();
+    if (arrow == Qt::Key_Up || arrow == Qt::Key_Down)
+        cells.rowSel = arrow == Qt::Key_Up ? FixedRows() : Rows() - 1;
+    else
+        cells.colSel = arrow == Qt::Key_Left ? m_fixedCols : Cols() - 1;
+    Select(extends ? cells : GridSelection::At(cells.rowSel, cells.colSel));
+    scrollTo(currentIndex());
 }
 
 void GridWidget::mousePressEvent(QMouseEvent* event)

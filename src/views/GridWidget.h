@@ -96,6 +96,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
 
 private:
+    void GoToEdge(int arrow, bool extends);
     QModelIndex At(int row, int col) const { return model()->index(row - FixedRows(), col); }
 
     int m_fixedCols;

@@ -22,6 +22,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -60,6 +61,10 @@ HelpWindow::HelpWindow(HelpLibrary& library, QWidget* parent)
     m_tabs->addTab(ContentsPage(), tr("&Contents"));
     m_tabs->addTab(IndexPage(), tr("I&ndex"));
     m_tabs->addTab(SearchPage(), tr("&Search"));
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
+        if (!m_tabs->tabBar()->hasFocus()) // the arrows walk along the tabs
+            m_tabs->currentWidget()->setFocus();
+    });
     auto* right = new QWidget;
     auto* column = new QVBoxLayout(right);
     column->setContentsMargins(0, 0, 0, 0);
@@ -137,6 +142,7 @@ QWidget* HelpWindow::IndexPage()
     auto* column = new QVBoxLayout(page);
     auto* filter = new QLineEdit;
     filter->setObjectName("txtIndex");
+    page->setFocusProxy(filter); // who opens the page begins to type
     filter->setClearButtonEnabled(true);
     auto* label = new QLabel(tr("&Keyword:"));
     label->setBuddy(filter);
@@ -160,6 +166,7 @@ QWidget* HelpWindow::SearchPage()
     auto* column = new QVBoxLayout(page);
     m_txtSearch = new QLineEdit;
     m_txtSearch->setObjectName("txtSearch");
+    page->setFocusProxy(m_txtSearch);
     m_txtSearch->setClearButtonEnabled(true);
     auto* label = new QLabel(tr("Pages with all these &words:"));
     label->setBuddy(m_txtSearch);

@@ -19,7 +19,10 @@ TEST_F(Manager, WithoutTheRequiredColumnsNoModelIsOffered)
     On(TableBuilder().Effort({1, 2, 3}).CatchWt({1, 2, 3}));
     manager.FitNewModel(false);
     ASSERT_EQ(user.messages.size(), 1U);
-    EXPECT_EQ(user.messages[0].text, "No models available for this dataset");
+    EXPECT_EQ(user.messages[0].text, "No models available for this dataset\n\n"
+                                     "Missing for the production models: Tot. Catch Wt.\n"
+                                     "Missing for the models in numbers: Catch Nums, Tot. Catch Nums.\n\n"
+                                     "Insert them in Edit Mode, or assign them when the table is imported.");
     EXPECT_EQ(user.messages[0].icon, Icon::Exclamation);
     EXPECT_EQ(user.messages[0].buttons, Buttons::OkCancel);
     EXPECT_EQ(user.messages[0].title, "VELT 3.0");

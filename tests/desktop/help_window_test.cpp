@@ -7,6 +7,7 @@
 #include <QDesktopServices>
 #include <QListWidget>
 #include <QRegularExpression>
+#include <QTabBar>
 #include <QToolButton>
 #include <QTreeView>
 
@@ -52,6 +53,22 @@ private slots:
         QCOMPARE(desk.reader.Page(), page);
         QVERIFY(desk.reader.The<HelpBrowser>("txtPage")->toPlainText().contains("catchability",
                                                                                 Qt::CaseInsensitive));
+    }
+
+    void WhoOpensTheSearchOrTheIndexBeginsToType()
+    {
+        Desk desk;
+        desk.Entry("mnuHelpContents")->trigger();
+        desk.reader.InFront();
+        QTabBar* tabs = desk.reader.The<QTabWidget>("tabHelp")->tabBar();
+        for (const auto& [tab, box] : {std::pair(2, "txtSearch"), std::pair(1, "txtIndex")}) {
+            QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(tab).center());
+            QTest::keyClicks(QApplication::focusWidget(), "under");
+            QCOMPARE(desk.reader.The<QLineEdit>(box)->text(), QString("under"));
+        }
+        tabs->setFocus();
+        QTest::keyClick(tabs, Qt::Key_Right); // along the tabs
+        QVERIFY(tabs->hasFocus());
     }
 
     void TheSearchSaysWhenNothingIsFoundAndTakesSignsAsTheyStand()

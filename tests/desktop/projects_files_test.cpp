@@ -158,6 +158,7 @@ private slots:
         s.Entry("mnuSaveAs")->trigger();
         QVERIFY(s.user.Saw("WriteObj Failure."));
         QVERIFY(s.user.Saw("cannot be written: No such file or directory."));
+        QVERIFY(s.user.Saw("stays open and unsaved. Save As keeps it under another name"));
         QVERIFY(s.Dirty());
         QCOMPARE(s.window.objData().DSFName(), s.Path("stock.vl3"));
         QVERIFY(!s.Bytes().contains("Changed"));

@@ -74,6 +74,24 @@ private slots:
         QCOMPARE(s.Grid().Selected(), (GridSelection{2, kA, 2, kB}));
     }
 
+    void ControlAndAnArrowGoToTheEdgeAndShiftSelectsOnTheWay()
+    {
+        Editing s;
+        s.Go(2, kB);
+        s.Press(Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(s.Grid().Selected(), (GridSelection{2, kB, 4, kB}));
+        s.Press(Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(s.Grid().Selected(), (GridSelection{2, kB, 4, kA}));
+        s.Press(Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(s.Grid().Selected(), (GridSelection{2, kB, 1, kA}));
+        s.Press(Qt::Key_Right, Qt::ControlModifier);
+        QCOMPARE(s.Grid().Selected(), GridSelection::At(1, 4));
+        s.Press(Qt::Key_Down, Qt::ControlModifier);
+        QCOMPARE(s.Grid().Selected(), GridSelection::At(4, 4));
+        s.Press(Qt::Key_Left, Qt::ControlModifier);
+        QCOMPARE(s.Grid().Selected(), GridSelection::At(4, kA));
+    }
+
     void AMouseThatIsDrawnOverCellsSelectsThem()
     {
         Editing s;
