@@ -4,6 +4,7 @@
 #include "dialogs/TwoLists.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace
@@ -29,6 +30,10 @@ ListPickerDialog::ListPickerDialog(IUser& user, const ListPicker& picker, QWidge
     Body()->addWidget(new QLabel(QString::fromStdString(picker.prompt)));
     Body()->addWidget(m_lists);
     AddButtons(kOK, kCancel);
+    auto* ok = findChild<QPushButton*>("cmdOK");
+    const auto follow = [this, ok] { ok->setEnabled(m_lists->AnySelected()); };
+    connect(m_lists, &TwoLists::Moved, ok, follow); // nothing would come of none
+    follow();
     m_lists->setFocus();
 }
 

@@ -3,6 +3,7 @@
 
 #include <QLabel>
 #include <QListWidget>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -50,6 +51,8 @@ TwoLists::TwoLists(const QString& leftCaption, const QString& rightCaption, cons
             item->setSelected(true);
             Move(list == m_lstUnSelected ? Direction::Right : Direction::Left, false);
         });
+    m_rightKeys = EnterMoves(m_lstUnSelected, Direction::Right);
+    m_leftKeys = EnterMoves(m_lstSelected, Direction::Left);
     for (QListWidget* list : {m_lstUnSelected, m_lstSelected}) {
         list->setCurrentRow(0);
         connect(list, &QListWidget::currentRowChanged, this, &TwoLists::ShowWhatCanMove);
@@ -71,6 +74,17 @@ QWidget* TwoLists::ListUnder(const QString& caption, QListWidget* list)
     list->setMinimumSize(kNarrowest * fontMetrics().averageCharWidth(),
                          kLines * fontMetrics().height() * 5 / 4);
     return box;
+}
+
+/// Enter at an item does what a double click does. At an empty list it is the dialog's own again.
+std::vector<QShortcut*> TwoLists::EnterMoves(QListWidget* list, Direction direction)
+{
+    std::vector<QShortcut*> keys;
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        const auto move = [this, direction] { Move(direction, false); };
+        keys.push_back(new QShortcut(key, list, this, move, Qt::WidgetShortcut));
+    }
+    return keys;
 }
 
 QAbstractButton* TwoLists::MoveButton(const char* name, const QString& sign, const QString& hint)
@@ -105,14 +119,25 @@ void TwoLists::Move(Direction direction, bool all)
     }
     from->setCurrentRow(std::min(stay, from->count() - 1));
     ShowWhatCanMove();
+    emit Moved();
 }
 
 void TwoLists::ShowWhatCanMove()
 {
-    m_oneRight->setEnabled(m_lstUnSelected->count() > 0);
-    m_allRight->setEnabled(m_lstUnSelected->count() > 0);
-    m_oneLeft->setEnabled(m_lstSelected->count() > 0);
-    m_allLeft->setEnabled(m_lstSelected->count() > 0);
+    const bool right = m_lstUnSelected->count() > 0;
+    m_oneRight->setEnabled(right);
+    m_allRight->setEnabled(right);
+    for (QShortcut* key : m_rightKeys)
+        key->setEnabled(right);
+    m_oneLeft->setEnabled(AnySelected());
+    m_allLeft->setEnabled(AnySelected());
+    for (QShortcut* key : m_leftKeys)
+        key->setEnabled(AnySelected());
+}
+
+bool TwoLists::AnySelected() const
+{
+    return m_lstSelected->count() > 0;
 }
 
 std::vector<bool> TwoLists::Selected() const

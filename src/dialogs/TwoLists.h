@@ -6,6 +6,7 @@
 
 class QAbstractButton;
 class QListWidget;
+class QShortcut;
 
 /// Two lists side by side and the buttons that move items between them. Each list keeps the items in their
 /// common order, wherever they were before.
@@ -24,6 +25,10 @@ public:
 
     /// By item, in their common order: whether it stands in the right list.
     std::vector<bool> Selected() const;
+    bool AnySelected() const;
+
+signals:
+    void Moved();
 
 private:
     enum class Direction { Right, Left };
@@ -31,6 +36,7 @@ private:
     QAbstractButton* MoveButton(const char* name, const QString& sign, const QString& hint);
     void Move(Direction direction, bool all);
     void ShowWhatCanMove();
+    std::vector<QShortcut*> EnterMoves(QListWidget* list, Direction direction);
 
     int m_count = 0;
     QListWidget* m_lstUnSelected;
@@ -39,4 +45,6 @@ private:
     QAbstractButton* m_allRight;
     QAbstractButton* m_oneLeft;
     QAbstractButton* m_allLeft;
+    std::vector<QShortcut*> m_rightKeys; ///< of the left list
+    std::vector<QShortcut*> m_leftKeys;
 };

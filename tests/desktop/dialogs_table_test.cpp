@@ -92,6 +92,35 @@ private slots:
         QCOMPARE(right->count(), 1);
     }
 
+    void EnterAtAnItemMovesItAndAtAnEmptyListItIsOK()
+    {
+        ScriptedUser user;
+        const ListPicker picker{
+            .caption = "c", .prompt = "p", .leftCaption = "l", .rightCaption = "r", .items = {{"A"}, {"B"}}};
+        ListPickerDialog form(user, picker, nullptr);
+        const Desk desk(form);
+        auto* left = desk.The<QListWidget>("lstUnSelected");
+        auto* right = desk.The<QListWidget>("lstSelected");
+        const auto enter = [](QWidget* list, Qt::Key key) {
+            list->setFocus();
+            QTest::keyClick(list, key);
+        };
+        QVERIFY(!desk.The<QAbstractButton>("cmdOK")->isEnabled()); // nothing would come of none
+        enter(left, Qt::Key_Return);
+        QCOMPARE(right->count(), 1);
+        QVERIFY(desk.The<QAbstractButton>("cmdOK")->isEnabled());
+        enter(right, Qt::Key_Enter);
+        QCOMPARE(right->count(), 0);
+        QVERIFY(!desk.The<QAbstractButton>("cmdOK")->isEnabled());
+        enter(left, Qt::Key_Return);
+        enter(left, Qt::Key_Enter);
+        QCOMPARE(right->count(), 2);
+        QVERIFY(form.isVisible());
+        enter(left, Qt::Key_Return);
+        QVERIFY(!form.isVisible());
+        QCOMPARE(form.result(), int{QDialog::Accepted});
+    }
+
     void TheListPickerGivesItsChoiceBackOnOkAndLeavesTheRecordOnCancel()
     {
         ScriptedUser user;
