@@ -77,7 +77,7 @@ int TextColumn(const std::vector<std::string>& headings, const std::string& head
 
 bool BatchUser::Said(const std::string& text) const
 {
-    return std::find(messages.begin(), messages.end(), text) != messages.end();
+    return std::ranges::any_of(messages, [&](const std::string& said) { return said.starts_with(text); });
 }
 
 std::string BatchUser::AllMessages(const std::string& otherwise) const

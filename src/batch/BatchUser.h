@@ -26,7 +26,7 @@ public:
     bool modelMissing = false;          ///< the wanted model was not among them
     bool startMissing = false;          ///< starting values were asked for and not in the request
 
-    bool Said(const std::string& text) const; ///< a box had exactly this text
+    bool Said(const std::string& text) const; ///< a box began with this text
     /// Every message, one a line, or `otherwise` when there was none.
     std::string AllMessages(const std::string& otherwise) const;
 

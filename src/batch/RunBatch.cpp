@@ -92,7 +92,7 @@ void Fit(Job& job)
     job.manager.FitNewModel(false);
     if (job.manager.MethDefined())
         return;
-    if (job.user.modelMissing || job.manager.AvailableModels().empty())
+    if (job.user.modelMissing || job.user.Said(LoadResString(1909)))
         RefuseData(job);
     const bool fewPoints = job.user.Said(LoadResString(1908));
     throw BatchFailure(fewPoints ? ExitStatus::BadData : ExitStatus::FitFailed, Messages(job),

@@ -99,13 +99,15 @@ private:
 } // namespace
 
 /// The dialog in front, when one asks something on its own behalf; else the window in front.
-QWidget* DesktopUser::Over() const
+QWidget* DesktopUser::Over()
 {
     if (QWidget* dialog = QApplication::activeModalWidget())
         return dialog;
     // A window that belongs to the main one, such as the Fit Manager, keeps its place above it.
-    QWidget* active = QApplication::activeWindow();
-    return active && active->parentWidget() == m_parent ? active : m_parent;
+    if (QWidget* active = QApplication::activeWindow())
+        m_inFront = active->parentWidget() == m_parent ? active : m_parent;
+    // Right behind a box no window is active: the system has not given the focus back yet.
+    return m_inFront && m_inFront->isVisible() ? m_inFront.data() : m_parent;
 }
 
 void DesktopUser::AddHelpButton(QMessageBox& box, const Message& message)

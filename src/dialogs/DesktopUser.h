@@ -3,6 +3,8 @@
 
 #include "base/Ports.h"
 
+#include <QPointer>
+
 class QMessageBox;
 class QWidget;
 
@@ -34,9 +36,10 @@ public:
     void ShowHelp(const std::string& topic) override;
 
 private:
-    QWidget* Over() const;
+    QWidget* Over();
     void AddHelpButton(QMessageBox& box, const Message& message);
 
     QWidget* m_parent;
+    QPointer<QWidget> m_inFront; ///< the window in front when it was last seen
     IHelpViewer* m_help = nullptr;
 };

@@ -13,6 +13,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
@@ -32,6 +33,36 @@ private slots:
         RangeDialog form(m_user, question, nullptr);
         const Desk desk(form);
         QVERIFY(form.width() >= WidthForTitle(form, form.windowTitle()));
+    }
+
+    void AMessageBehindAnotherBoxStandsOverTheSameWindow()
+    {
+        QWidget main;
+        QWidget manager(&main, Qt::Window);
+        main.show();
+        manager.show();
+        DesktopUser person(&main);
+        const auto standsOver = [&person] {
+            const QWidget* over = nullptr;
+            QTimer::singleShot(0, [&over] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                over = box->parentWidget();
+                box->accept();
+            });
+            person.Show({.text = "?"});
+            return over;
+        };
+        QApplication::setActiveWindow(&manager);
+        QCOMPARE(standsOver(), &manager);
+        QApplication::setActiveWindow(nullptr); // as until the system gives the focus back
+        QCOMPARE(standsOver(), &manager);
+        QApplication::setActiveWindow(&main);
+        QCOMPARE(standsOver(), &main);
+        QApplication::setActiveWindow(&manager);
+        QCOMPARE(standsOver(), &manager);
+        manager.hide();
+        QApplication::setActiveWindow(nullptr);
+        QCOMPARE(standsOver(), &main);
     }
 
     void TheInputBoxShowsItsWholeTitleAndGivesTheText()
