@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The regression and the searches of constant recruitment.
 #include "core/ConstRecruitBench.h"
+#include "core/LimitOfSearch.h"
 #include "fit/clsMethManager.h"
 
 #include <gtest/gtest.h>
@@ -145,29 +146,12 @@ TEST(clsConstRecruit, DoublingsThatFailLeaveTheStartThatTheRegressionGave)
 
 TEST(clsConstRecruit, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
 {
-    ConstBench bench(Simulated(0.1));
-    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
-        ASSERT_TRUE(bench.Start(fitOp, 0.2));
-        const auto far = static_cast<float>(bench.model.Objective(std::array{1.1e20}));
-        EXPECT_EQ(std::bit_cast<std::uint32_t>(far), 0x7F7FC99EU);
-    }
+    limit_of_search::ExpectThePenaltyBeyond<clsConstRecruit>(Simulated(0.1));
 }
 
-// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
 TEST(clsConstRecruit, TheLimitItselfIsInsideAndTheNextFloatIsNot)
 {
-    const double limit = static_cast<double>(1e20F);
-    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
-    ASSERT_GT(limit, 1e20);
-    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
-        ConstBench bench(Simulated(0.1));
-        ASSERT_TRUE(bench.Start(fitOp, 0.2));
-        const float before = bench.model.Nt(1);
-        EXPECT_EQ(bench.model.Objective(std::array{next}), static_cast<double>(3.4E+38F));
-        EXPECT_EQ(bench.model.Nt(1), before);                              // no trajectory was run
-        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit}), limit); // the penalty is the limit
-        EXPECT_EQ(bench.model.Nt(1), 1e20F);
-    }
+    limit_of_search::ExpectTheLimitInside<clsConstRecruit>(Simulated(0.1));
 }
 
 TEST(clsConstRecruit, AnUnderflowIsAPenaltyUnderLogUnlikeInTheClosedCohort)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The log and gamma fits of the closed cohort.
+#include "core/LimitOfSearch.h"
 #include "core/SingleCohortBench.h"
 #include "fit/clsMethManager.h"
 
@@ -146,29 +147,12 @@ TEST(clsSingleCohort, GammaPositionsUseTheStockAtTheStartOfThePeriod)
 
 TEST(clsSingleCohort, BeyondTheLimitTheObjectiveIsThePenaltyOfExactlyTheseBits)
 {
-    SingleBench bench(Simulated(0.1));
-    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
-        ASSERT_TRUE(bench.Start(fitOp, 0.2));
-        const auto far = static_cast<float>(bench.model.Objective(std::array{1.1e20}));
-        EXPECT_EQ(std::bit_cast<std::uint32_t>(far), 0x7F7FC99EU);
-    }
+    limit_of_search::ExpectThePenaltyBeyond<clsSingleCohort>(Simulated(0.1));
 }
 
-// The limit as a float is a little more than 1e20, and is inside itself: its trajectory runs.
 TEST(clsSingleCohort, TheLimitItselfIsInsideAndTheNextFloatIsNot)
 {
-    const double limit = static_cast<double>(1e20F);
-    const double next = static_cast<double>(std::nextafter(1e20F, 1e30F));
-    ASSERT_GT(limit, 1e20);
-    for (const std::int32_t fitOp : {fit_op::kLog, fit_op::kGamma}) {
-        SingleBench bench(Simulated(0.1));
-        ASSERT_TRUE(bench.Start(fitOp, 0.2));
-        const float before = bench.model.Nt(1);
-        EXPECT_EQ(bench.model.Objective(std::array{next}), static_cast<double>(3.4E+38F));
-        EXPECT_EQ(bench.model.Nt(1), before);                              // no trajectory was run
-        EXPECT_LE(bench.model.INelMead_MinFunc(std::array{limit}), limit); // the penalty is the limit
-        EXPECT_EQ(bench.model.Nt(1), 1e20F);
-    }
+    limit_of_search::ExpectTheLimitInside<clsSingleCohort>(Simulated(0.1));
 }
 
 // Deliberate asymmetry: gamma turns a start below MinPop away without a trajectory, log computes the variance

@@ -21,6 +21,20 @@ std::vector<fs::path> WorkingFolders()
             found.push_back(entry.path());
     return found;
 }
+
+/// Somebody else changes the project on disk, and Save leaves that on No.
+void ChangeFromElsewhereIsNoticed(Saved& s)
+{
+    QFile file(QString::fromStdString(s.Path("stock.vl3")));
+    QVERIFY(file.open(QIODevice::Append));
+    file.write("from elsewhere");
+    file.close();
+    s.user.messages.clear();
+    s.user.answers = {Answer::No};
+    s.Entry("mnuSave")->trigger();
+    QVERIFY(s.user.Saw("was changed since it was opened here"));
+    QVERIFY(s.Bytes().endsWith("from elsewhere"));
+}
 } // namespace
 
 class projects_files_test : public QObject
@@ -207,15 +221,7 @@ private slots:
         s.Change();
         s.user.filesToSave = {s.Path("missing/stock.vl3")};
         s.Entry("mnuSaveAs")->trigger();
-        QFile file(QString::fromStdString(s.Path("stock.vl3")));
-        QVERIFY(file.open(QIODevice::Append));
-        file.write("from elsewhere");
-        file.close();
-        s.user.messages.clear();
-        s.user.answers = {Answer::No};
-        s.Entry("mnuSave")->trigger();
-        QVERIFY(s.user.Saw("was changed since it was opened here"));
-        QVERIFY(s.Bytes().endsWith("from elsewhere"));
+        ChangeFromElsewhereIsNoticed(s);
     }
 
     void ASaveAsThatFailsLeavesTheProjectOpenUnderItsNameForOtherPrograms()
@@ -234,15 +240,7 @@ private slots:
     {
         Saved s;
         s.Change();
-        QFile file(QString::fromStdString(s.Path("stock.vl3")));
-        QVERIFY(file.open(QIODevice::Append));
-        file.write("from elsewhere");
-        file.close();
-        s.user.messages.clear();
-        s.user.answers = {Answer::No};
-        s.Entry("mnuSave")->trigger();
-        QVERIFY(s.user.Saw("was changed since it was opened here"));
-        QVERIFY(s.Bytes().endsWith("from elsewhere"));
+        ChangeFromElsewhereIsNoticed(s);
         QVERIFY(s.Dirty());
         s.user.answers = {Answer::Yes};
         s.Entry("mnuSave")->trigger();

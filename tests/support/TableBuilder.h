@@ -4,6 +4,7 @@
 #include "data/clsVeltData.h"
 #include "models/IMethod.h"
 #include "models/ModelState.h"
+#include "support/FailureOf.h"
 #include "support/ScriptedUser.h"
 
 #include <algorithm>
@@ -168,15 +169,3 @@ struct StateBench : Bench {
     clsVeltData data;
     ModelState m;
 };
-
-/// The number of the failure that `work` raises; 0 when it raises none.
-template <typename Work>
-std::uint32_t FailureOf(Work work)
-{
-    try {
-        work();
-    } catch (const VeltError& error) {
-        return error.number;
-    }
-    return 0;
-}
