@@ -1,98 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The three searches of the production models.
-#include "core/ProductionBench.h"
-#include "core/RecordedPlot.h"
+#include "core/ProductionFits.h"
 #include "models/modMaths.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
+#include <cmath>
+#include <memory>
+#include <vector>
 
-namespace
-{
-class ProductionFit : public ::testing::Test, public ProductionBench
-{
-protected:
-    /// The catches that a known stock yields, with a deviation of `share` of each, up and down in turn.
-    void TakeFrom(const KnownStock& stock, double share = 0.0)
-    {
-        const std::vector<float> effort = ContrastedEffort();
-        std::vector<float> catches = stock.Catches(effort);
-        const double pattern[] = {1.0, -0.7, 0.3, -1.0, 0.5, -0.1};
-        for (std::size_t t = 0; t < catches.size(); ++t)
-            catches[t] *= static_cast<float>(1.0 + share * pattern[t % 6]);
-        Table(effort, catches);
-    }
-
-    void Prepared(const KnownStock& stock, std::int32_t fitOp)
-    {
-        Prepare(stock.whichMeth, fitOp, static_cast<std::int16_t>(stock.lag), static_cast<float>(stock.Z));
-    }
-
-    void ExpectBack(const KnownStock& stock, double share)
-    {
-        const std::vector<double> values = model.FinalEsts();
-        EXPECT_NEAR(values[0], stock.K, share * stock.K);
-        EXPECT_NEAR(values[1], stock.Q, share * stock.Q);
-        EXPECT_NEAR(values[2], stock.R, share * stock.R);
-    }
-
-    /// The user types these starts and holds what is told.
-    void Type(double k, double r, bool fixed1 = false, bool fixed2 = false)
-    {
-        user.onStartVals = [=](StartVals& starts) {
-            starts.param1 = k;
-            starts.param2 = r;
-            starts.Fixed1 = fixed1;
-            starts.Fixed2 = fixed2;
-            return true;
-        };
-        model.InputStartingEsts();
-    }
-
-    std::optional<VeltError> FailureOfFit()
-    {
-        try {
-            model.CalcFinalEstimates();
-        } catch (const VeltError& error) {
-            return error;
-        }
-        return std::nullopt;
-    }
-
-    /// Opens the contour view on a grid of four cells, some of which are valid.
-    PlotRecord& Watch()
-    {
-        user.onContourRange = [](ContourRange& range) {
-            range.Param1Hi = 20000.0;
-            range.ContEvals = 2;
-            return true;
-        };
-        window.nextPlot = std::make_unique<RecordedPlot>(m_record);
-        model.PlotEvaluations(true);
-        EXPECT_TRUE(model.SetContourRanges());
-        EXPECT_TRUE(model.PlotInitContours());
-        return m_record;
-    }
-
-    int StartsMarked() const
-    {
-        int starts = 0;
-        for (const PlotRecord::Point& mark : m_record.marks)
-            starts += mark.kind != ContourMark::Final ? 1 : 0;
-        return starts;
-    }
-
-    PlotRecord m_record;
-};
-
-const KnownStock kStocks[] = {
-    {.whichMeth = models::kFox, .K = 5000.0, .Q = 0.0012, .R = 0.3},
-    {.whichMeth = models::kSchaefer, .K = 5000.0, .Q = 0.0012, .R = 0.45},
-    {.whichMeth = models::kPellaTomlinson, .K = 5000.0, .Q = 0.0009, .R = 0.35, .Z = 2.0, .lag = 1},
-};
-} // namespace
+using production_fits::kStocks;
+using ProductionFit = production_fits::KnownStocks;
 
 TEST_F(ProductionFit, NoiseFreeCatchesGiveKRAndQBackUnderLeastSquares)
 {
@@ -411,83 +329,6 @@ TEST_F(ProductionFit, TheWeightIsReadFromTheIndexColumn)
             yy += w * y * y;
         }
         EXPECT_NEAR(value, yy - xy * xy / xx, 1e-9 * yy);
-    }
-}
-
-TEST_F(ProductionFit, AGrowthRateOfExactly0IsAPenalty)
-{
-    TakeFrom(kStocks[1], 0.02);
-    Prepared(kStocks[1], fit_op::kLeastSquares);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    // So large a stock survives without growing, so it is the rate alone that is turned away.
-    EXPECT_EQ(model.MinLSQFunction(60000.0, 0.0), static_cast<double>(1e20F));
-    EXPECT_EQ(model.MinLogFunction(60000.0F, 0.0F), 3.4E+38F);
-    EXPECT_EQ(model.MinGammaFunction(60000.0F, 0.0F), 1e20F);
-    EXPECT_FALSE(model.PopUnderflow());
-}
-
-TEST_F(ProductionFit, AnUnderflowIsAPenalty)
-{
-    TakeFrom(kStocks[1], 0.02);
-    Prepared(kStocks[1], fit_op::kLeastSquares);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    EXPECT_EQ(model.MinLSQFunction(10.0, 0.4), static_cast<double>(1e20F));
-    EXPECT_EQ(model.MinLogFunction(10.0F, 0.4F), 3.4E+38F);
-    EXPECT_EQ(model.MinGammaFunction(10.0F, 0.4F), 1e20F);
-}
-
-TEST_F(ProductionFit, ACapacityBeyond1e20IsFarOutAndComputesNoTrajectory)
-{
-    TakeFrom(kStocks[1], 0.02);
-    Prepared(kStocks[1], fit_op::kLeastSquares);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    const float before = model.Nt(10);
-    EXPECT_EQ(model.MinLSQFunction(1.1e20, 0.4), static_cast<double>(3.4E+38F));
-    EXPECT_EQ(model.MinLogFunction(1.1e20F, 0.4F), 3.4E+38F);
-    EXPECT_EQ(model.MinGammaFunction(1.1e20F, 0.4F), 3.4E+38F);
-    EXPECT_EQ(model.Nt(10), before);
-}
-
-// The two objectives in 32 bits compare with the limit as a float, which is a little more than 1e20; the one
-// in 64 bits with 1e20 itself. The limit is inside: its trajectory runs. The 32-bit limit used to be outside.
-TEST_F(ProductionFit, TheLimitItselfIsInsideAndTheNextValueIsNot)
-{
-    TakeFrom(kStocks[1], 0.02);
-    const double far = static_cast<double>(3.4E+38F);
-    const float next = std::nextafter(1e20F, 1e30F);
-    Prepared(kStocks[1], fit_op::kLog);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    const float before = model.Nt(1);
-    EXPECT_EQ(model.MinLogFunction(next, 0.4F), 3.4E+38F);
-    EXPECT_EQ(model.Nt(1), before); // no trajectory was run
-    EXPECT_LT(model.MinLogFunction(1e20F, 0.4F), 1e10F);
-    EXPECT_EQ(model.Nt(1), 1e20F);
-
-    Prepared(kStocks[1], fit_op::kGamma);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    EXPECT_EQ(model.MinGammaFunction(next, 0.4F), 3.4E+38F);
-    EXPECT_EQ(model.Nt(1), before);
-    EXPECT_LE(model.INelMead_MinFunc(std::array{static_cast<double>(1e20F), 0.4}), 1e20F);
-    EXPECT_EQ(model.Nt(1), 1e20F);
-
-    Prepared(kStocks[1], fit_op::kLeastSquares);
-    ASSERT_TRUE(model.CalcInitEstimates());
-    ASSERT_FALSE(FailureOfFit()); // fills the weights
-    const float fitted = model.Nt(1);
-    EXPECT_EQ(model.MinLSQFunction(std::nextafter(1e20, 1e30), 0.4), far);
-    EXPECT_EQ(model.MinLSQFunction(static_cast<double>(1e20F), 0.4), far);
-    EXPECT_EQ(model.Nt(1), fitted);
-    EXPECT_LT(model.MinLSQFunction(1e20, 0.4), 1e20);
-    EXPECT_EQ(model.Nt(1), 1e20F);
-}
-
-TEST_F(ProductionFit, AFailedEvaluationCountsAsThePenaltyOfItsScheme)
-{
-    TakeFrom(kStocks[0], 0.02);
-    for (const std::int32_t fitOp : {fit_op::kLeastSquares, fit_op::kLog, fit_op::kGamma}) {
-        Prepared(kStocks[0], fitOp);
-        const double expected = static_cast<double>(fitOp == fit_op::kLog ? 3.4E+38F : 1e20F);
-        EXPECT_EQ(model.INelMead_MinFunc(std::array{0.0, 0.4}), expected); // Fox: ln 0
     }
 }
 

@@ -15,6 +15,7 @@ velt_core_test(models SOURCES
   ProductionBootstraps_test.cpp
   ProductionContours_test.cpp
   ProductionFit_test.cpp
+  ProductionPenalties_test.cpp
   ProductionStarts_test.cpp
   RecruitIndexContours_test.cpp
   RecruitIndexRegression_test.cpp
