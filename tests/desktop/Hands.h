@@ -78,8 +78,8 @@ private:
     void Look()
     {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible())
-            return;
+        if (dialog == nullptr || !dialog->isVisible() || dialog->objectName() == "ProgressMeter")
+            return; // the meter comes up where a machine is slow, and goes by itself
         if (dialog == m_last) {
             if (++m_waited > kPatience)
                 qFatal("%s stays open", qPrintable(dialog->objectName() + ' ' + dialog->windowTitle()));
