@@ -102,7 +102,7 @@ void FileCommands::Drop()
 {
     m_project.Fits().DisplayParameters(false);
     TheRun().window.ClearGraphs(false);
-    m_project.Renew();
+    m_project.InitObjects();
     TheRun().window.EnableControls();
 }
 

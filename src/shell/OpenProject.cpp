@@ -3,7 +3,7 @@
 
 #include "base/StringTable.h"
 
-void OpenProject::Renew()
+void OpenProject::InitObjects()
 {
     m_view.LetGoOfProject();
     m_fileOpen = m_fitEverMade = false;

@@ -34,7 +34,7 @@ public:
 class OpenProject
 {
 public:
-    /// Both must outlive this object. The first pair is made by Renew.
+    /// Both must outlive this object. The first pair is made by InitObjects.
     OpenProject(Run& run, IProjectView& view) : m_run(run), m_view(view) {}
 
     Run& TheRun() const { return m_run; }
@@ -44,7 +44,7 @@ public:
     ProjectFile& File() const { return *m_file; }
 
     /// A new data set and a new manager.
-    void Renew();
+    void InitObjects();
 
     bool FileOpen() const { return m_fileOpen; }
     void FileOpen(bool open) { m_fileOpen = open; }

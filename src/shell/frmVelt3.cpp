@@ -90,7 +90,7 @@ frmVelt3::frmVelt3(IUser* user)
     setObjectName("frmVelt3");
     BuildWindow();
     m_desktopUser.HelpBy(m_help);
-    m_project.Renew();
+    m_project.InitObjects();
     connect(&m_report, &frmParams::confIntsRequested, this,
             [this] { Guarded("cmdCIs", [this] { m_fits.ReportConfInts(); }); });
     connect(&m_report, &frmParams::printRequested, this,
