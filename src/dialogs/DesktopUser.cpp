@@ -23,6 +23,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QWindow>
 
 namespace
 {
@@ -98,16 +99,29 @@ private:
 };
 } // namespace
 
+DesktopUser::DesktopUser(QWidget* parent) : m_parent(parent)
+{
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &m_watch,
+                     [this] { NoteWindowInFront(); });
+}
+
+void DesktopUser::NoteWindowInFront()
+{
+    QWidget* active = QApplication::activeWindow();
+    if (active && !active->isModal())
+        m_inFront = active->parentWidget() == m_parent ? active : m_parent;
+}
+
 /// The dialog in front, when one asks something on its own behalf; else the window in front.
 QWidget* DesktopUser::Over()
 {
     if (QWidget* dialog = QApplication::activeModalWidget())
         return dialog;
     // A window that belongs to the main one, such as the Fit Manager, keeps its place above it.
-    if (QWidget* active = QApplication::activeWindow())
-        m_inFront = active->parentWidget() == m_parent ? active : m_parent;
+    NoteWindowInFront();
     // Right behind a box no window is active: the system has not given the focus back yet.
-    return m_inFront && m_inFront->isVisible() ? m_inFront.data() : m_parent;
+    const bool canBeSeen = m_inFront && m_inFront->isVisible() && !m_inFront->isMinimized();
+    return canBeSeen ? m_inFront.data() : m_parent;
 }
 
 void DesktopUser::AddHelpButton(QMessageBox& box, const Message& message)

@@ -3,6 +3,7 @@
 
 #include "base/Ports.h"
 
+#include <QObject>
 #include <QPointer>
 
 class QMessageBox;
@@ -13,7 +14,7 @@ class DesktopUser : public IUser
 {
 public:
     /// `parent`: the window the boxes stand over; it must outlive this object.
-    explicit DesktopUser(QWidget* parent) : m_parent(parent) {}
+    explicit DesktopUser(QWidget* parent);
     /// What shows the manual; it must outlive the last question. Until there is one, Help buttons do nothing.
     void HelpBy(IHelpViewer& help) { m_help = &help; }
 
@@ -36,10 +37,12 @@ public:
     void ShowHelp(const std::string& topic) override;
 
 private:
+    void NoteWindowInFront();
     QWidget* Over();
     void AddHelpButton(QMessageBox& box, const Message& message);
 
     QWidget* m_parent;
-    QPointer<QWidget> m_inFront; ///< the window in front when it was last seen
+    QPointer<QWidget> m_inFront; ///< the last active window that is no box
+    QObject m_watch;             ///< its connections end with this object
     IHelpViewer* m_help = nullptr;
 };

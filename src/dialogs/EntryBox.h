@@ -40,22 +40,33 @@ private:
     Rule m_rule;
 };
 
-/// Whether a box shows a value in its normal form once it was taken, or the text as it was typed.
-enum class Afterwards { Normal, AsTyped };
-
-/// The rule of a box whose value goes to `target`, read by `read`. `show` is the text that the box was given
-/// for a value: while that stands in it, the value stays as it is to the bit, which may have more digits.
-/// Without `show` the box began empty.
+/// The rule of a box whose value goes to `target`, read by `read`. With `show` the box then shows the value
+/// in its normal form, which leaves the value as it is to the bit when it is read once more; without it the
+/// text stays as it was typed.
 template <typename T>
 EntryBox::Rule StoreIn(T& target, std::function<Reading<T>(std::string_view)> read,
-                       std::function<std::string(T)> show = {}, Afterwards afterwards = Afterwards::Normal)
+                       std::function<std::string(T)> show = {})
 {
-    return [&target, read = std::move(read), show = std::move(show), afterwards](const std::string& typed) {
+    return [&target, read = std::move(read), show = std::move(show)](const std::string& typed) {
         const Reading<T> reading = read(typed);
         if (const auto* sentence = std::get_if<std::string>(&reading))
             return EntryBox::Verdict{false, *sentence};
         if (!show || typed != show(target))
             target = std::get<T>(reading);
-        return EntryBox::Verdict{true, show && afterwards == Afterwards::Normal ? show(target) : typed};
+        return EntryBox::Verdict{true, show ? show(target) : typed};
     };
+}
+
+/// `rule` for a box that begins with the text `shown` for `value`, which may have more digits: while that
+/// text stands in it, or stands in it again, the value is the one it began with, to the bit.
+template <typename T>
+EntryBox::Rule KeepGiven(T& value, std::string shown, EntryBox::Rule rule)
+{
+    return
+        [&value, given = value, shown = std::move(shown), rule = std::move(rule)](const std::string& typed) {
+            EntryBox::Verdict verdict = rule(typed);
+            if (verdict.taken && typed == shown)
+                value = given;
+            return verdict;
+        };
 }

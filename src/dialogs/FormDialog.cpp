@@ -4,6 +4,7 @@
 #include "toolkit/Words.h"
 
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -102,6 +103,14 @@ void FormDialog::OnLeft(EntryBox* box, Qt::FocusReason reason)
         return;
     if (JudgeAt(box))
         BoxTaken();
+}
+
+/// An Enter that is held down for something else, such as moving an item, is no OK.
+void FormDialog::keyPressEvent(QKeyEvent* event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter || !event->isAutoRepeat())
+        QDialog::keyPressEvent(event);
 }
 
 void FormDialog::accept()

@@ -25,6 +25,7 @@ public:
     FormDialog(IUser& user, const QString& title, QWidget* parent);
 
     void accept() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 protected:
     QVBoxLayout* Body() const { return m_body; }

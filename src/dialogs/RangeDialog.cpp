@@ -37,9 +37,9 @@ RangeDialog::RangeDialog(IUser& user, const RangeQuestion& question, QWidget* pa
 EntryBox* RangeDialog::AddLevel(const char* name, double& value)
 {
     // The levels are kept as 32-bit floats; more digits than those have would only be noise.
-    const auto show = [](double level) { return number_text::Plain(static_cast<float>(level)); };
-    EntryBox* box = AddBox(name, kDigits, StoreIn<double>(value, ReadLevel, show, Afterwards::AsTyped));
-    box->setText(QString::fromStdString(show(value)));
+    const std::string shown = number_text::Plain(static_cast<float>(value));
+    EntryBox* box = AddBox(name, kDigits, KeepGiven(value, shown, StoreIn<double>(value, ReadLevel)));
+    box->setText(QString::fromStdString(shown));
     return box;
 }
 

@@ -76,7 +76,8 @@ QWidget* TwoLists::ListUnder(const QString& caption, QListWidget* list)
     return box;
 }
 
-/// Enter at an item does what a double click does. At an empty list it is the dialog's own again.
+/// Enter moves what is selected, as the button between the lists does. At an empty list it is the dialog's
+/// own again.
 std::vector<QShortcut*> TwoLists::EnterMoves(QListWidget* list, Direction direction)
 {
     std::vector<QShortcut*> keys;

@@ -26,8 +26,7 @@ std::string ShowLag(std::int16_t lag)
 /// The rule of a box that was given the plain text of `value`.
 EntryBox::Rule StoreNumber(float& value, std::function<Reading<float>(std::string_view)> read)
 {
-    const auto show = [](float number) { return number_text::Plain(number); };
-    return StoreIn<float>(value, std::move(read), show, Afterwards::AsTyped);
+    return KeepGiven(value, number_text::Plain(value), StoreIn<float>(value, std::move(read)));
 }
 } // namespace
 

@@ -40,10 +40,10 @@ QCheckBox* frmStartVals::AddParameter(QGridLayout* grid, int row, const std::str
                                       bool fixed)
 {
     const QString number = QString::number(row);
-    const auto show = [](double start) { return number_text::Plain(start); };
+    const std::string shown = number_text::Plain(value);
     EntryBox* box = AddBox(("txtParam" + number).toLatin1(), kDigits,
-                           StoreIn<double>(value, ReadStartingValue, show, Afterwards::AsTyped));
-    box->setText(QString::fromStdString(show(value)));
+                           KeepGiven(value, shown, StoreIn<double>(value, ReadStartingValue)));
+    box->setText(QString::fromStdString(shown));
     auto* caption = new QLabel(QString::fromStdString(name));
     caption->setBuddy(box);
     auto* check = new QCheckBox(Words(1103));

@@ -72,6 +72,7 @@ std::string OnDivisionByZero(const IMethod& method, const clsVeltData& data)
                "exactly.";
     return {};
 }
+
 /// The titles of the columns that the model needs and the data set lacks.
 std::string Lacking(const clsVeltData& data, std::int32_t model)
 {

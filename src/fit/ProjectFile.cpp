@@ -21,14 +21,32 @@ std::string ReadFile(const std::string& path)
     });
     return {bytes.begin(), bytes.end()};
 }
+
+VeltError NotWritten(const WriteError& error)
+{
+    return ProgramError(errors::kWriteObj, "WriteObj Failure.\n" + error.description, "WriteObj");
+}
+
+/// Does what writes the working copy, and says of a failure that it was a project that could not be written.
+template <typename Work>
+auto Writing(Work work)
+{
+    try {
+        return work();
+    } catch (const WriteError& error) {
+        throw NotWritten(error);
+    }
+}
 } // namespace
+
+ProjectNotWritten::ProjectNotWritten(const WriteError& error) : VeltError(NotWritten(error)) {}
 
 ProjectFile::ProjectFile(clsVeltData& data, const FileCalls& calls) : m_data(data), m_calls(calls) {}
 
 ScratchFolder& ProjectFile::Scratch()
 {
     if (!m_scratch)
-        m_scratch = std::make_unique<ScratchFolder>();
+        m_scratch = Writing([] { return std::make_unique<ScratchFolder>(); });
     return *m_scratch;
 }
 
@@ -39,13 +57,13 @@ std::optional<ProjectFile::Stamp> ProjectFile::StampOf(const std::string& path)
     if (error)
         return std::nullopt;
     const auto size = fs::file_size(path, error);
-    return error ? std::nullopt : std::optional(Stamp{written, size});
+    return error ? std::nullopt : std::optional(Stamp{path, written, size});
 }
 
 bool ProjectFile::ChangedOnDisk() const
 {
     const auto now = StampOf(SavedName(m_data.DSFName()));
-    return m_stamp && now && *now != *m_stamp;
+    return m_stamp && now && now->path == m_stamp->path && *now != *m_stamp;
 }
 
 std::string ProjectFile::SavedName(const std::string& path)
@@ -55,20 +73,10 @@ std::string ProjectFile::SavedName(const std::string& path)
     return path.substr(0, path.size() - kEndingLength) + ".VL3";
 }
 
-/// As ReplaceFile, and says that it was the project that could not be written.
-void ProjectFile::Replace(const fs::path& path, const std::string& bytes) const
-{
-    try {
-        ReplaceFile(path, bytes, m_calls);
-    } catch (const WriteError& error) {
-        throw ProgramError(errors::kWriteObj, "WriteObj Failure.\n" + error.description, "WriteObj");
-    }
-}
-
 fs::path ProjectFile::WriteCopy(const std::string& bytes)
 {
     fs::path copy = Scratch().NewName();
-    Replace(copy, bytes);
+    Writing([&] { ReplaceFile(copy, bytes, m_calls); });
     return copy;
 }
 
@@ -78,7 +86,7 @@ std::optional<VeltError> ProjectFile::Take(const std::string& bytes, const std::
     OpenedProject opened = ReadProjectData(bytes, m_data.TheRun());
     opened.data.DSFName(origin);
     const fs::path copy = WriteCopy(bytes);
-    Scratch().Origin(origin);
+    Writing([&] { Scratch().Origin(origin); });
     m_data = std::move(opened.data);
     m_copy = copy;
     return opened.failedConversion;
@@ -100,16 +108,15 @@ std::optional<VeltError> ProjectFile::OpenLeftover(const ScratchFolder::Leftover
     return failedConversion;
 }
 
-/// The bytes of the working copy. Should somebody have swept it away, the project on disk holds the same as
-/// long as nobody has changed it.
+/// The bytes of the working copy. Should somebody have swept it away, the project as it was opened or saved
+/// holds the same as long as nobody has changed it, also while it is about to get another name.
 std::string ProjectFile::CopyBytes() const
 {
     if (m_copy.empty())
         return {};
     std::error_code error;
     const bool swept = !fs::exists(m_copy, error);
-    const std::string project = SavedName(m_data.DSFName());
-    return ReadFile(swept && m_stamp && StampOf(project) == m_stamp ? project : m_copy.string());
+    return ReadFile(swept && m_stamp && StampOf(m_stamp->path) == m_stamp ? m_stamp->path : m_copy.string());
 }
 
 /// The project with the bodies out of the present copy. \param places start and end of each fit in it
@@ -151,11 +158,17 @@ void ProjectFile::Save()
     std::vector<std::int32_t> places;
     const std::string bytes = Rebuild(places);
     const fs::path copy = WriteCopy(bytes);
-    try {
-        Replace(target, bytes);
-    } catch (...) {
+    const auto dropCopy = [&copy] {
         std::error_code ignored;
         fs::remove(copy, ignored);
+    };
+    try {
+        ReplaceFile(target, bytes, m_calls);
+    } catch (const WriteError& error) {
+        dropCopy();
+        throw ProjectNotWritten(error);
+    } catch (...) {
+        dropCopy();
         throw;
     }
     Adopt(copy, places);
@@ -166,7 +179,7 @@ void ProjectFile::Save()
     try {
         Scratch().Origin(target);
     } catch (const VeltError&) {
-        return; // the project is saved; after a crash its copy would be offered under its former name
+        return; // the project is saved; a crash and another program would find its copy under the former name
     }
 }
 
@@ -193,7 +206,7 @@ void ProjectFile::Append(clsFit& fit, const std::string& body)
                            "WriteObj");
     if (m_copy.empty())
         m_copy = Scratch().NewName();
-    Replace(m_copy, bytes);
+    Writing([&] { ReplaceFile(m_copy, bytes, m_calls); });
     fit.Start(static_cast<std::int32_t>(start));
     fit.TheEnd(static_cast<std::int32_t>(bytes.size() + 1));
 }

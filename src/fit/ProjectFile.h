@@ -13,6 +13,12 @@
 #include <optional>
 #include <string>
 
+/// The project itself cannot be written: 2254 with the program's base, and the reason. Another name or folder
+/// may do.
+struct ProjectNotWritten : VeltError {
+    explicit ProjectNotWritten(const WriteError& error);
+};
+
 /// The project on disk behind a data set, and the private working copy that holds the bodies of its logged
 /// fits. The project is only ever replaced whole, by Save; all work between happens on the copy.
 class ProjectFile
@@ -30,8 +36,9 @@ public:
     std::optional<VeltError> OpenLeftover(const ScratchFolder::Leftover& leftover);
 
     /// Writes the project under DSFName, whose ending becomes ".vl3", and the working copy anew. Afterwards
-    /// the data set is unchanged against the disk. \throws VeltError 2254, FileError, RecordError (a fit
-    /// whose place in the copy is not sound): project, copy and data set are as they were
+    /// the data set is unchanged against the disk. \throws ProjectNotWritten, FileError, RecordError (a fit
+    /// whose place in the copy is not sound), VeltError 2254: project, copy and data set are as they were;
+    /// only where the very last step failed, that to make the new name last, the new project stands
     void Save();
 
     /// Brings the working copy into step with the data set; the project stays as it is. For what must survive
@@ -57,6 +64,7 @@ public:
 
 private:
     struct Stamp {
+        std::string path;
         std::filesystem::file_time_type written;
         std::uintmax_t size = 0;
         bool operator==(const Stamp&) const = default;
@@ -66,7 +74,6 @@ private:
     std::string CopyBytes() const;
     std::string Rebuild(std::vector<std::int32_t>& places) const;
     void Adopt(const std::filesystem::path& copy, const std::vector<std::int32_t>& places);
-    void Replace(const std::filesystem::path& path, const std::string& bytes) const;
     std::filesystem::path WriteCopy(const std::string& bytes);
     ScratchFolder& Scratch();
 

@@ -16,6 +16,7 @@ using checked::ToFloat;
 namespace
 {
 constexpr double kInvalid = 1e20; // an objective at or above this lies outside the domain
+constexpr double kHighest = std::numeric_limits<float>::max() / 2.0; // room for the plateau above it
 } // namespace
 
 bool ContourGrid::AskRanges(IUser& user)
@@ -59,9 +60,9 @@ void ContourGrid::Draw(ModelState& m, const std::function<double(double, double)
             if (i == 0)
                 surface.y.push_back(static_cast<double>(j) * dy + range.Param2Lo);
             const double value = objective(surface.x[i], surface.y[j]);
-            if (!(value < kInvalid))
-                continue;
             const double height = value * m.objectiveUnit;
+            if (!(value < kInvalid && height < kHighest))
+                continue;
             cells[i][j] = height;
             nothingDrawn = false;
             zMin = std::min(zMin, ToFloat(height)); // the range alone is in 32 bits

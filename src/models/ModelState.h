@@ -148,7 +148,7 @@ inline constexpr int kMostHalvings =
 /// nothing is expected in any period
 double WeightedSumSq(const ModelState& m, std::span<const double> weight);
 
-/// A power of two in which no weighted sum of squares about a line through the origin exceeds 2^60, since
+/// A power of two in which no weighted sum of squares about a line through the origin reaches 2^61, since
 /// none exceeds that of the catches themselves; 1 where that holds anyway.
 double UnitOfSumSq(const ModelState& m, std::span<const double> weight);
 

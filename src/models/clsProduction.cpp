@@ -156,6 +156,7 @@ void clsProduction::FollowBy(const Growth& growth, bool withMean)
     for (std::size_t p = 0; p < t.periods; ++p) {
         // The growth is the same in both uses: nothing that it reads changes between them.
         const float from = lag == 0 ? biomass : t.stock[p > lag ? p - lag : 0];
+        // Below 0 only by the initial proportion of a fit that was read from a file.
         const double grown = from < 0.0F ? 0.0 : static_cast<double>(growth(from));
         if (withMean) { // what the effort alone would leave, by the trapezium; only a projected catch reads
                         // it

@@ -165,9 +165,7 @@ bool FileCommands::Save()
 {
     if (!IsProjectName(m_project.Data().DSFName()))
         return SaveAs();
-    if (m_project.File().ChangedOnDisk() &&
-        !Says("The project on disk was changed since it was opened here:\n" + m_project.Data().DSFName() +
-              "\n\nReplace it by what is open here?"))
+    if (!m_project.MayReplaceOnDisk())
         return false;
     Write();
     return true;
@@ -179,18 +177,19 @@ void FileCommands::Write()
     IMainWindow& window = TheRun().window;
     window.StatusText(TheRun().globals.SavingFile);
     window.HourglassOn();
-    try {
-        m_project.Fits().SaveAsVELT3();
-    } catch (VeltError& error) {
-        error.description +=
-            "\n\nWhat is open here stays open and unsaved. Save As keeps it under another name "
-            "or in another folder.";
-        throw;
-    }
+    m_project.Fits().SaveAsVELT3();
     window.HourglassOff();
     m_project.View().ShowCaption();
     m_project.View().NoteSaved(m_project.Data().DSFName());
     window.StatusText(TheRun().globals.Ready);
+}
+
+std::string FileCommands::AdviceOn(const VeltError& error)
+{
+    if (dynamic_cast<const ProjectNotWritten*>(&error) == nullptr)
+        return {};
+    return "What is open here stays open and unsaved. Save As keeps it under another name or in another "
+           "folder.";
 }
 
 bool FileCommands::SaveAs()

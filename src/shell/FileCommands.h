@@ -27,6 +27,8 @@ public:
     void TextExport();
     /// Whether the program may end: changes are saved, or the user lets them go.
     bool MayExit() { return MayLose(); }
+    /// What the user may do about a failed command; empty when nothing is known.
+    static std::string AdviceOn(const VeltError& error);
     /// Offers what a crash left behind. Yes opens it, No removes it, Cancel leaves it for the next start.
     void OfferLeftovers();
 

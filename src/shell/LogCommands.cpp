@@ -30,7 +30,7 @@ void LogCommands::Tell(int messageId, const char* source, const std::function<vo
     } catch (const VeltError& error) {
         TheRun().window.HourglassOff();
         TheRun().reporter.Show({.text = LoadResString(messageId), .icon = Icon::Critical});
-        TheRun().reporter.HandleError(error, source);
+        TheRun().reporter.HandleError(error, source, FileCommands::AdviceOn(error));
     }
     TheRun().window.StatusText(TheRun().globals.Ready);
     TheRun().window.EnableControls();
@@ -40,6 +40,8 @@ void LogCommands::Add()
 {
     Tell(kUnableToSave, "frmFitManager_cmdAdd_Click", [this] {
         if (!IsProjectName(m_project.Data().DSFName()) && !m_files.SaveAs())
+            return;
+        if (!m_project.MayReplaceOnDisk())
             return;
         m_project.Fits().LogCurrentFit();
         m_project.View().ShowCaption();
@@ -62,11 +64,14 @@ void LogCommands::Load(const std::string& name)
     });
 }
 
-void LogCommands::Delete(const std::string& name)
+void LogCommands::Delete(std::int32_t place)
 {
-    if (TheRun().reporter.Show({.text = LoadResString(kDeletesForGood) + name,
+    // Not by the name as it is shown: two names may differ by a blank in front alone.
+    const std::string name = m_project.Data().LoggedFit(place).FitName();
+    if (TheRun().reporter.Show({.text = LoadResString(kDeletesForGood) + Trim(name),
                                 .icon = Icon::Question,
-                                .buttons = Buttons::YesNoCancel}) != Answer::Yes)
+                                .buttons = Buttons::YesNoCancel}) != Answer::Yes ||
+        !m_project.MayReplaceOnDisk())
         return;
     Tell(kUnableToDelete, "frmFitManager_cmdDelete_Click", [&] {
         clsVeltData& data = m_project.Data();

@@ -4,6 +4,7 @@
 #include "shell/FileCommands.h"
 #include "shell/OpenProject.h"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -17,8 +18,8 @@ public:
     void Add();
     /// Loads the first fit whose name, without the blanks around it, is `name`.
     void Load(const std::string& name);
-    /// Deletes the fit `name` for good, after a question, and writes the project.
-    void Delete(const std::string& name);
+    /// Deletes the fit at `place`, from 1, for good, after a question, and writes the project.
+    void Delete(std::int32_t place);
 
 private:
     void Tell(int messageId, const char* source, const std::function<void()>& work);

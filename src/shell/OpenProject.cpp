@@ -22,3 +22,11 @@ bool OpenProject::MayClearFit() const
     return !m_fits->MethDefined() ||
            m_run.reporter.Show({.text = LoadResString(1930), .buttons = Buttons::YesNo}) == Answer::Yes;
 }
+
+bool OpenProject::MayReplaceOnDisk() const
+{
+    return !m_file->ChangedOnDisk() ||
+           m_run.reporter.Show({.text = "The project on disk was changed since it was opened here:\n" +
+                                        m_data->DSFName() + "\n\nReplace it by what is open here?",
+                                .buttons = Buttons::YesNo}) == Answer::Yes;
+}

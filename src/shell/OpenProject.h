@@ -54,6 +54,9 @@ public:
 
     /// Whether the current fit may go: true when there is none, else the user is asked.
     bool MayClearFit() const;
+    /// Whether the project on disk may be replaced: true unless somebody else has changed it, then the user
+    /// is asked.
+    bool MayReplaceOnDisk() const;
 
 private:
     Run& m_run;

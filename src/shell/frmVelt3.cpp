@@ -104,7 +104,7 @@ frmVelt3::frmVelt3(IUser* user)
     connect(&m_fitManager, &frmFitManager::LoadAsked, this,
             [this](const QString& name) { Guarded("cmdLoad", [&] { m_log.Load(name.toStdString()); }); });
     connect(&m_fitManager, &frmFitManager::DeleteAsked, this,
-            [this](const QString& name) { Guarded("cmdDelete", [&] { m_log.Delete(name.toStdString()); }); });
+            [this](int place) { Guarded("cmdDelete", [this, place] { m_log.Delete(place); }); });
     m_projections.Editor().RunBy([this](const char* name, const std::function<void()>& command) {
         Guarded(QString::fromLatin1(name), command);
     });
@@ -253,7 +253,7 @@ void frmVelt3::Attempt(const QString& name, const std::function<void()>& work)
         return;
     } catch (const VeltError& error) {
         AfterFailure();
-        m_run.reporter.HandleError(error, source);
+        m_run.reporter.HandleError(error, source, FileCommands::AdviceOn(error));
     } catch (const std::bad_alloc&) {
         AfterFailure();
         m_run.reporter.Show({.text = "There is not enough memory for this command. Close other programs or "

@@ -65,6 +65,9 @@ HelpWindow::HelpWindow(HelpLibrary& library, QWidget* parent)
         if (!m_tabs->tabBar()->hasFocus()) // the arrows walk along the tabs
             m_tabs->currentWidget()->setFocus();
     });
+    connect(
+        m_tabs, &QTabWidget::tabBarClicked, this, [this] { m_tabs->currentWidget()->setFocus(); },
+        Qt::QueuedConnection); // behind the click, which changes the page first
     auto* right = new QWidget;
     auto* column = new QVBoxLayout(right);
     column->setContentsMargins(0, 0, 0, 0);

@@ -109,7 +109,8 @@ void frmFitManager::BuildButtons()
     connect(add(kHelp, "cmdHelp"), &QPushButton::clicked, this, &frmFitManager::HelpAsked);
     qobject_cast<QVBoxLayout*>(layout())->addLayout(row);
     connect(m_cmdLoad, &QPushButton::clicked, this, [this] { emit LoadAsked(CurrentName()); });
-    connect(m_cmdDelete, &QPushButton::clicked, this, [this] { emit DeleteAsked(CurrentName()); });
+    connect(m_cmdDelete, &QPushButton::clicked, this,
+            [this] { emit DeleteAsked(m_grdFits->currentRow() + 1); });
     connect(m_cmdAdd, &QPushButton::clicked, this, &frmFitManager::AddAsked);
     connect(exit, &QPushButton::clicked, this, &QWidget::hide);
 

@@ -28,9 +28,8 @@ public:
     void Restore(const clsVeltData& data, const Offers& offers);
 
 signals:
-    // `name` without the blanks around it.
-    void LoadAsked(const QString& name);
-    void DeleteAsked(const QString& name);
+    void LoadAsked(const QString& name); ///< without the blanks around it
+    void DeleteAsked(int place);         ///< in the order of the list, from 1
     void AddAsked();
     void HelpAsked();
 

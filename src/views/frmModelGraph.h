@@ -29,8 +29,8 @@ signals:
     // Points count from 1, sets are those of ModelGraph.
     void UserToggle(int point);
     void UserInterrogate(int set, int point);
-    void
-    StopHighlight(); ///< by a click beside the points or Escape: light must go out as it came. Deliberate
+    /// A click beside the points, or Escape, puts out what is lit up, which nothing else would. Deliberate.
+    void StopHighlight();
 
 protected:
     QString ValueAt(const QPointF& position) const override;

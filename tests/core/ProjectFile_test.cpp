@@ -372,6 +372,17 @@ TEST(ProjectFile, AWorkingCopyThatWasSweptAwayIsReplacedByTheProjectOnDisk)
     EXPECT_EQ(again.manager.K(), desk.manager.K());
 }
 
+TEST(ProjectFile, AWorkingCopyThatWasSweptAwayHindersNoSaveUnderAnotherNameEither)
+{
+    LoggedDesk desk;
+    const Folder& folder = desk.folder;
+    fs::remove(desk.file.strTemp());
+    desk.SaveAs(folder / "other.vl3");
+    Desk again(folder / "other.vl3");
+    again.manager.ReLoadFit(again.data.LoggedFit(1));
+    EXPECT_EQ(again.manager.K(), desk.manager.K());
+}
+
 TEST(ProjectFile, AFitThatNoMemoryIsLeftToLogIsTakenOutAgain)
 {
     LoggedDesk desk;

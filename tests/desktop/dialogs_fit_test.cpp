@@ -328,7 +328,13 @@ private slots:
         QVERIFY(contours.Record().Param2Lo == kThird && contours.Record().Param2Hi == 2 * kThird);
 
         frmStartVals starts(m_user, StartVals{"K", "r", 1000 * kThird, kThird, false, false}, nullptr);
-        Desk(starts).Click("cmdOK");
+        const Desk desk(starts);
+        const QString offered = desk.The("txtParam1")->text();
+        desk.Type("txtParam1", "5");
+        desk.Leave("txtParam1");
+        QCOMPARE(starts.Record().param1, 5.0);
+        desk.Type("txtParam1", qPrintable(offered)); // back to what it was
+        desk.Click("cmdOK");
         QCOMPARE(starts.result(), int{QDialog::Accepted});
         QVERIFY(starts.Record().param1 == 1000 * kThird && starts.Record().param2 == kThird);
 

@@ -17,6 +17,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <functional>
+
 class dialogs_table_test : public QObject
 {
     Q_OBJECT
@@ -60,9 +62,20 @@ private slots:
         QCOMPARE(standsOver(), &main);
         QApplication::setActiveWindow(&manager);
         QCOMPARE(standsOver(), &manager);
-        manager.hide();
+        // The user went to the main window meanwhile, and on to another program.
+        main.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&main));
         QApplication::setActiveWindow(nullptr);
         QCOMPARE(standsOver(), &main);
+        for (const auto& away :
+             {std::function([&] { manager.hide(); }), std::function([&] { manager.showMinimized(); })}) {
+            QApplication::setActiveWindow(&manager);
+            QCOMPARE(standsOver(), &manager);
+            away();
+            QApplication::setActiveWindow(nullptr);
+            QCOMPARE(standsOver(), &main);
+            manager.showNormal();
+        }
     }
 
     void TheInputBoxShowsItsWholeTitleAndGivesTheText()
@@ -146,6 +159,8 @@ private slots:
         enter(left, Qt::Key_Return);
         enter(left, Qt::Key_Enter);
         QCOMPARE(right->count(), 2);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+        QApplication::sendEvent(left, &held);
         QVERIFY(form.isVisible());
         enter(left, Qt::Key_Return);
         QVERIFY(!form.isVisible());

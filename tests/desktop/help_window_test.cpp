@@ -69,6 +69,10 @@ private slots:
         tabs->setFocus();
         QTest::keyClick(tabs, Qt::Key_Right); // along the tabs
         QVERIFY(tabs->hasFocus());
+        desk.reader.The<HelpBrowser>("txtPage")->setFocus();
+        QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier,
+                          tabs->tabRect(2).center()); // in front already
+        QTRY_VERIFY(desk.reader.The<QLineEdit>("txtSearch")->hasFocus());
     }
 
     void TheSearchSaysWhenNothingIsFoundAndTakesSignsAsTheyStand()

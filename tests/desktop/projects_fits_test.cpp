@@ -292,7 +292,7 @@ private slots:
         QCOMPARE(s.Fits()->rowCount(), 1);
     }
 
-    void OfTwoNamesThatDifferByLeadingBlanksLoadTakesTheFirst()
+    void OfTwoNamesThatDifferByLeadingBlanksLoadTakesTheFirstAndDeleteTheChosenOne()
     {
         Saved s;
         s.Fit();
@@ -307,6 +307,40 @@ private slots:
         s.user.answers = {Answer::Yes};
         s.Button("cmdLoad")->click();
         QCOMPARE(s.window.objMeth().ErrorModel(), 1); // that of the first
+        s.Fits()->setCurrentCell(0, 0);
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdDelete")->click();
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        QCOMPARE(s.window.objData().LoggedFit(1).FitOp(), 2);
+    }
+
+    void AddAndDeleteAskBeforeTheyReplaceAProjectThatSomebodyElseChanged()
+    {
+        Saved s;
+        s.Fit();
+        s.Log("First");
+        QFile file(QString::fromStdString(s.Path("stock.vl3")));
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("from elsewhere");
+        file.close();
+        s.user.messages.clear();
+        s.user.answers = {Answer::Yes, Answer::No}; // delete, but do not replace
+        s.Button("cmdDelete")->click();
+        QVERIFY(s.user.Saw("was changed since it was opened here"));
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        s.user.answers = {Answer::Yes};
+        s.Entry("mnuNewModel")->trigger();
+        s.user.messages.clear();
+        s.user.answers = {Answer::No};
+        s.user.inputs = {std::string("Second")};
+        s.Button("cmdAdd")->click();
+        QVERIFY(s.user.Saw("was changed since it was opened here"));
+        QCOMPARE(s.Fits()->rowCount(), 1);
+        QVERIFY(s.Bytes().endsWith("from elsewhere"));
+        s.user.answers = {Answer::Yes};
+        s.Button("cmdAdd")->click();
+        QCOMPARE(s.Fits()->rowCount(), 2);
+        QVERIFY(!s.Bytes().endsWith("from elsewhere"));
     }
 
     void NoFitIsLoadedWhileDataAreEdited()
