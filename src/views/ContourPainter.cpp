@@ -243,7 +243,6 @@ void ContourPainter::AddColours(const ContourSurface& surface)
             map->data()->setCell(i, j, heights.Shade(Nearby(surface, At(x, i), At(y, j), kAnyCorner)));
     map->setInterpolate(false);
     auto* scale = new QCPColorScale(&m_plot);
-    scale->setType(QCPAxis::atRight);
     StyleAxis(*scale->axis());
     scale->axis()->setLabel(QString::fromStdString(surface.zName));
     scale->axis()->setTicker(heights.Ticks());

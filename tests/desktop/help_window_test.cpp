@@ -44,7 +44,8 @@ private slots:
     {
         Desk desk;
         desk.Entry("mnuHelpContents")->trigger();
-        desk.reader.SearchFor("catchability"); // at once: the index may still be in the making
+        desk.reader.SearchFor("catchability"); // at once: the index is still in the making
+        QCOMPARE(desk.reader.The<QLabel>("lblHits")->text(), QString("Reading the manual..."));
         auto* hits = desk.reader.The<QListWidget>("lstHits");
         QTRY_VERIFY(hits->count() > 0);
         const QUrl page = hits->item(0)->data(Qt::UserRole).toUrl();

@@ -81,6 +81,7 @@ private slots:
     void AProjectionStandsAmongTheGraphs();
     void ALongTitleGetsSmallerLettersAndStaysInItsCell();
     void APictureHasTwiceTheDotsOfAPageAndADrawingHasText();
+    void EachBlockOfTheReportHasItsHeading();
     void AnotherEndingIsRefusedAndLeavesNoFile();
     void AFileThatCannotBeReplacedStays();
     void ThePageDoesNotChangeWithTheColoursOfTheWindows();
@@ -235,6 +236,25 @@ void overview_page_test::APictureHasTwiceTheDotsOfAPageAndADrawingHasText()
     const QByteArray text = svg.readAll();
     QVERIFY(text.contains("<text") && text.contains("Subject2"));
     QVERIFY(text.left(4096).contains("VELT 3.0"));
+}
+
+void overview_page_test::EachBlockOfTheReportHasItsHeading()
+{
+    const Folder folder;
+    Overview page = Page(1);
+    page.report->intervalLevels = "0.05 - 0.95";
+    page.report->intervals = {{"q", "2.1E-04 - 2.9E-04"}};
+    QVERIFY(overview_page::Save(page, folder.Path("p.pdf")));
+    // A font may join letters, such as f and i.
+    QString text = Ask("pdftotext", {"-layout", folder.Path("p.pdf"), "-"})
+                       .normalized(QString::NormalizationForm_KC)
+                       .simplified();
+    for (const char* words : {"Input Parameters", "Model Parameters", "Confidence Intervals 0.05 - 0.95"}) {
+        const auto at = text.indexOf(words);
+        QVERIFY2(at >= 0, qPrintable(text));
+        text = text.mid(at); // in this order
+    }
+    QVERIFY2(text.contains("2.1E-04 - 2.9E-04"), qPrintable(text));
 }
 
 void overview_page_test::AnotherEndingIsRefusedAndLeavesNoFile()
